@@ -1,0 +1,91 @@
+#pragma once
+
+#include <functional>
+#include <utility>
+
+#include <sigc++/connection.h>
+#include <sigc++/signal.h>
+
+namespace quillmark {
+
+/// Keeps one handler connected to a signal; the handler is dropped with it.
+class Connection {
+ public:
+  Connection() = default;
+  explicit Connection(sigc::connection connection) : connection_(std::move(connection)) {}
+  Connection(Connection&& other) noexcept : connection_(std::exchange(other.connection_, {})) {}
+  Connection& operator=(Connection&& other) noexcept {
+    if (this != &other) {
+      connection_.disconnect();
+      connection_ = std::exchange(other.connection_, {});
+    }
+    return *this;
+  }
+  Connection(const Connection&) = delete;
+  Connection& operator=(const Connection&) = delete;
+  ~Connection() { connection_.disconnect(); }
+
+ private:
+  sigc::connection connection_;
+};
+
+/// A list of handlers that one owner calls. Main thread only.
+template <class... Args>
+class Signal {
+ public:
+  [[nodiscard]] Connection connect(std::function<void(Args...)> handler) {
+    return Connection(signal_.connect(std::move(handler)));
+  }
+
+  void emit(Args... args) const { signal_.emit(args...); }
+
+ private:
+  sigc::signal<void(Args...)> signal_;
+};
+
+/// A value that tells its observers when it is set. Main thread only.
+template <class T>
+class Observable {
+ public:
+  Observable() = default;
+  explicit Observable(T value) : value_(std::move(value)) {}
+
+  const T& get() const { return value_; }
+  operator const T&() const { return value_; }
+  const T* operator->() const { return &value_; }
+
+  /// Observers hear of every set, also of one to an equal value.
+  void set(T value) {
+    value_ = std::move(value);
+    changed_.emit(value_);
+  }
+
+  /// Changes the value in place, then tells the observers once.
+  template <class Change>
+  void mutate(Change&& change) {
+    std::forward<Change>(change)(value_);
+    changed_.emit(value_);
+  }
+
+  /// Changes the value without telling anyone.
+  template <class Change>
+  void mutateQuietly(Change&& change) {
+    std::forward<Change>(change)(value_);
+  }
+
+  [[nodiscard]] Connection observe(std::function<void(const T&)> handler) {
+    return changed_.connect(std::move(handler));
+  }
+
+  /// Like observe(), and calls the handler with the present value at once.
+  [[nodiscard]] Connection bind(std::function<void(const T&)> handler) {
+    handler(value_);
+    return observe(std::move(handler));
+  }
+
+ private:
+  T value_{};
+  Signal<const T&> changed_;
+};
+
+}  // namespace quillmark

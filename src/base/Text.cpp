@@ -1,0 +1,170 @@
+#include "base/Text.h"
+
+#include <memory>
+
+#include <unicode/brkiter.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+#include <unicode/utf8.h>
+#include <unicode/utypes.h>
+
+namespace quillmark::text {
+namespace {
+
+constexpr std::string_view replacementCharacter = "\xEF\xBF\xBD";
+
+bool isAscii(std::string_view text) {
+  for (const char c : text) {
+    if (static_cast<unsigned char>(c) >= 0x80) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool isNewline(UChar32 c) { return (c >= 0x0A && c <= 0x0D) || c == 0x85 || c == 0x2028 || c == 0x2029; }
+
+/// Moves `position` past one character; an invalid byte counts as a character of its own.
+UChar32 nextCharacter(std::string_view text, std::size_t& position) {
+  const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
+  auto index = static_cast<int64_t>(position);
+  UChar32 c = 0;
+  U8_NEXT(bytes, index, static_cast<int64_t>(text.size()), c);
+  position = static_cast<std::size_t>(index);
+  return c;
+}
+
+/// Moves `position` back over one character.
+UChar32 previousCharacter(std::string_view text, std::size_t& position) {
+  const auto tail = text.substr(position > 4 ? position - 4 : 0, position > 4 ? 4 : position);
+  const auto* bytes = reinterpret_cast<const uint8_t*>(tail.data());
+  auto index = static_cast<int32_t>(tail.size());
+  UChar32 c = 0;
+  U8_PREV(bytes, 0, index, c);
+  position -= tail.size() - static_cast<std::size_t>(index);
+  return c;
+}
+
+}  // namespace
+
+std::string decodeUtf8(std::string_view bytes) {
+  std::string result;
+  result.reserve(bytes.size());
+  for (std::size_t position = 0; position < bytes.size();) {
+    const std::size_t start = position;
+    // U8_NEXT stops after a maximal invalid part, which is just what one replacement stands for.
+    if (nextCharacter(bytes, position) < 0) {
+      result += replacementCharacter;
+    } else {
+      result.append(bytes.substr(start, position - start));
+    }
+  }
+  return result;
+}
+
+std::string lowerCased(std::string_view text) {
+  std::string result;
+  if (isAscii(text)) {
+    result.reserve(text.size());
+    for (const char c : text) {
+      result += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    return result;
+  }
+  icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())))
+      .toLower(icu::Locale::getRoot())
+      .toUTF8String(result);
+  return result;
+}
+
+std::vector<std::string_view> splitAtNewlines(std::string_view text) {
+  std::vector<std::string_view> pieces;
+  std::size_t start = 0;
+  for (std::size_t position = 0; position < text.size();) {
+    const std::size_t here = position;
+    if (isNewline(nextCharacter(text, position))) {
+      pieces.push_back(text.substr(start, here - start));
+      start = position;
+    }
+  }
+  pieces.push_back(text.substr(start));
+  return pieces;
+}
+
+std::string_view trimmed(std::string_view text) {
+  while (!text.empty()) {
+    std::size_t position = 0;
+    if (!u_isUWhiteSpace(nextCharacter(text, position))) {
+      break;
+    }
+    text.remove_prefix(position);
+  }
+  while (!text.empty()) {
+    std::size_t position = text.size();
+    if (!u_isUWhiteSpace(previousCharacter(text, position))) {
+      break;
+    }
+    text = text.substr(0, position);
+  }
+  return text;
+}
+
+std::string replacingAll(std::string text, std::string_view pattern, std::string_view replacement) {
+  auto found = pattern.empty() ? std::string::npos : text.find(pattern);
+  if (found == std::string::npos) {
+    return text;
+  }
+  std::string result;
+  result.reserve(text.size());
+  std::size_t start = 0;
+  for (; found != std::string::npos; found = text.find(pattern, start)) {
+    result.append(text, start, found - start).append(replacement);
+    start = found + pattern.size();
+  }
+  return result.append(text, start);
+}
+
+std::vector<std::string_view> split(std::string_view text, char separator) {
+  std::vector<std::string_view> pieces;
+  for (;;) {
+    const auto found = text.find(separator);
+    pieces.push_back(text.substr(0, found));
+    if (found == std::string_view::npos) {
+      return pieces;
+    }
+    text.remove_prefix(found + 1);
+  }
+}
+
+std::string joined(const std::vector<std::string>& pieces, std::string_view separator) {
+  std::string result;
+  for (const auto& piece : pieces) {
+    if (&piece != &pieces.front()) {
+      result += separator;
+    }
+    result += piece;
+  }
+  return result;
+}
+
+std::size_t graphemeCount(std::string_view text) {
+  UErrorCode status = U_ZERO_ERROR;
+  const std::unique_ptr<icu::BreakIterator> clusters(
+      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+  if (U_FAILURE(status)) {
+    return text.size();
+  }
+  const auto unicode = icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
+  clusters->setText(unicode);
+  std::size_t count = 0;
+  while (clusters->next() != icu::BreakIterator::DONE) {
+    ++count;
+  }
+  return count;
+}
+
+std::string oneDecimal(int tenths) {
+  return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
+}
+
+}  // namespace quillmark::text

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Text is UTF-8 in std::string everywhere. These are the few operations that look at characters.
+namespace quillmark::text {
+
+/// Replaces each maximal invalid part of a sequence by one U+FFFD (Unicode, "U+FFFD substitution of maximal
+/// subparts"); valid input comes back unchanged.
+std::string decodeUtf8(std::string_view bytes);
+
+/// Full Unicode lower-casing without a language's own rules.
+std::string lowerCased(std::string_view text);
+
+/// Splits at every line feed, carriage return, vertical tab, form feed, U+0085, U+2028 and U+2029; a CR LF pair
+/// is two of them and gives an empty piece. The pieces point into `text`.
+std::vector<std::string_view> splitAtNewlines(std::string_view text);
+
+/// Without the white space (Unicode White_Space: blanks, tab, newlines) at both ends. Points into `text`.
+std::string_view trimmed(std::string_view text);
+
+std::string replacingAll(std::string text, std::string_view pattern, std::string_view replacement);
+
+/// Pieces between occurrences of `separator`, empty ones included. They point into `text`.
+std::vector<std::string_view> split(std::string_view text, char separator);
+
+std::string joined(const std::vector<std::string>& pieces, std::string_view separator);
+
+/// Extended grapheme clusters (UAX 29): what a user counts as characters.
+std::size_t graphemeCount(std::string_view text);
+
+/// "1.0" or "0.9": a number between 0 and 1 in tenths, whatever the locale.
+std::string oneDecimal(int tenths);
+
+}  // namespace quillmark::text

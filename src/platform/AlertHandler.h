@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+
+#include "platform/Alerts.h"
+#include "platform/MainQueue.h"
+
+namespace quillmark {
+
+/// What went wrong, or what the user must know, before it has a form.
+struct AlertKind {
+  /// "<name> Issue".
+  static AlertKind issue(const std::string& name, std::string message);
+  /// "Unknown Error".
+  static AlertKind unknownError(std::string message);
+  static AlertKind notice(std::string title, std::string message);
+
+  AlertStyle style;
+  std::string title;
+  std::string message;
+};
+
+/// The one way of showing an ordinary alert. An alert takes a place in the main queue: it shows when the blocks before
+/// it have run, and those behind it wait until the user has closed it.
+class AlertHandler {
+ public:
+  AlertHandler(MainQueue& queue, Alerts& alerts) : queue_(queue), alerts_(alerts) {}
+
+  /// Returns at once. Any thread.
+  void show(AlertKind kind);
+
+ private:
+  MainQueue& queue_;
+  Alerts& alerts_;
+};
+
+}  // namespace quillmark

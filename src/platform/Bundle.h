@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace quillmark {
+
+/// What the program knows of itself. A missing value reads "Unknown" where a text needs one.
+struct Bundle {
+  std::optional<std::string> executableName;
+  std::optional<std::string> identifier;
+  std::optional<std::string> shortVersion;  ///< such as "2.13.0"
+  std::optional<std::string> buildNumber;
+};
+
+/// The operating system in its own words, such as "Linux" and 6, 1, 0.
+struct OperatingSystem {
+  std::string name;
+  int major = 0;
+  int minor = 0;
+  int patch = 0;
+};
+
+}  // namespace quillmark

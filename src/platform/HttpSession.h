@@ -1,0 +1,57 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillmark {
+
+struct HttpHeader {
+  std::string name;
+  std::string value;
+  friend bool operator==(const HttpHeader&, const HttpHeader&) = default;
+};
+
+struct HttpRequest {
+  std::string method;  ///< "GET" or "POST"
+  std::string url;
+  std::vector<HttpHeader> headers;  ///< sent in this order, and nothing the session adds replaces one
+  std::optional<std::string> body;
+};
+
+struct HttpResponseHead {
+  int status = 0;
+  std::optional<std::string> mimeType;  ///< "type/subtype" in lower case, without parameters
+};
+
+/// The connection or the protocol failed; the words are the system's.
+struct HttpFailure {
+  std::string description;
+};
+
+/// Called on the session's own thread, in this order, for one request: the head once, the bytes of the body as they
+/// arrive (content codings undone), the end once. A failed request may skip the first two.
+struct HttpHandlers {
+  std::function<void(const HttpResponseHead&)> onHead;
+  std::function<void(std::string)> onBytes;
+  std::function<void(std::optional<HttpFailure>)> onComplete;
+};
+
+/// Sends requests. Redirects are followed, TLS certificates are always verified, and 60 seconds without any data
+/// fail a request. Nothing is retried, and no request is cancelled by a user of this interface.
+class HttpSession {
+ public:
+  HttpSession() = default;
+  HttpSession(const HttpSession&) = delete;
+  HttpSession& operator=(const HttpSession&) = delete;
+  virtual ~HttpSession() = default;
+
+  /// Returns at once. Any thread.
+  virtual void start(HttpRequest request, HttpHandlers handlers) = 0;
+
+  /// Name and version of the HTTP layer as a User-Agent token, such as "libcurl/7.88.1".
+  virtual std::string userAgentToken() const = 0;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillmark {
+
+/// Names and order of languages. Identifiers are of the form "de", "de_DE", "zh_Hant". Main thread only.
+class LocaleInfo {
+ public:
+  LocaleInfo() = default;
+  LocaleInfo(const LocaleInfo&) = delete;
+  LocaleInfo& operator=(const LocaleInfo&) = delete;
+  virtual ~LocaleInfo() = default;
+
+  /// The user's languages in order of preference as language tags, such as "de-DE"; at least one.
+  virtual std::vector<std::string> preferredLanguages() const = 0;
+  /// Every identifier that the system knows.
+  virtual std::vector<std::string> availableIdentifiers() const = 0;
+  /// The identifier in the form in which the system writes it.
+  virtual std::string canonicalIdentifier(std::string_view identifier) const = 0;
+
+  /// What `inLocale` calls `identifier`, such as "Deutsch (Deutschland)"; nothing when the system has no name.
+  virtual std::optional<std::string> displayName(std::string_view identifier, std::string_view inLocale) const = 0;
+  /// The same in the language of the interface.
+  virtual std::optional<std::string> displayName(std::string_view identifier) const = 0;
+
+  /// Below, equal to or above 0, in the order of the interface language.
+  virtual int compareLocalized(std::string_view a, std::string_view b) const = 0;
+};
+
+}  // namespace quillmark

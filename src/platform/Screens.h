@@ -1,0 +1,29 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "platform/Geometry.h"
+
+namespace quillmark {
+
+struct Screen {
+  Rect frame;
+  Rect visibleFrame;  ///< without panels and docks
+};
+
+/// The screens and the pointer. Main thread only.
+class Screens {
+ public:
+  Screens() = default;
+  Screens(const Screens&) = delete;
+  Screens& operator=(const Screens&) = delete;
+  virtual ~Screens() = default;
+
+  /// The main screen first; empty when there is none.
+  virtual std::vector<Screen> screens() const = 0;
+  /// Nothing where the window system does not tell.
+  virtual std::optional<Point> mouseLocation() const = 0;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "base/RawValue.h"
+#include "base/Signal.h"
+
+namespace quillmark {
+
+/// Bytes of a stored value, told apart from a string.
+struct Data {
+  std::string bytes;
+  friend bool operator==(const Data&, const Data&) = default;
+};
+
+using DefaultsValue = std::variant<bool, std::int64_t, double, std::string, Data, std::vector<std::string>>;
+
+/// The user's defaults database: typed values under string keys, kept across restarts. A value is written whole or
+/// not at all. A second process may read and write it at the same time. Main thread only.
+class UserDefaults {
+ public:
+  UserDefaults() = default;
+  UserDefaults(const UserDefaults&) = delete;
+  UserDefaults& operator=(const UserDefaults&) = delete;
+  virtual ~UserDefaults() = default;
+
+  virtual std::optional<DefaultsValue> value(std::string_view key) const = 0;
+  /// False when the value could not be stored; the old one then stands, and a log line says why.
+  virtual bool set(std::string_view key, DefaultsValue value) = 0;
+  virtual void remove(std::string_view key) = 0;
+  /// Returns when everything set so far would survive a loss of power.
+  virtual void synchronize() = 0;
+
+  /// The value under the key when it has this type; nothing otherwise.
+  template <class T>
+  std::optional<T> get(std::string_view key) const {
+    auto found = value(key);
+    if (!found || !std::holds_alternative<T>(*found)) {
+      return std::nullopt;
+    }
+    return std::get<T>(std::move(*found));
+  }
+
+  /// A key was set or removed, by this process or by another one.
+  Signal<const std::string&> changed;
+};
+
+/// A value bound to a key: reads its default while the key is absent and never writes the default back. An
+/// enumeration is stored as its raw string.
+template <class T>
+class Setting {
+ public:
+  Setting(UserDefaults& defaults, std::string key, T fallback)
+      : defaults_(defaults), key_(std::move(key)), fallback_(std::move(fallback)) {}
+
+  T get() const {
+    if constexpr (std::is_enum_v<T>) {
+      const auto raw = defaults_.get<std::string>(key_);
+      return raw ? fromRawValue<T>(*raw).value_or(fallback_) : fallback_;
+    } else {
+      return defaults_.get<T>(key_).value_or(fallback_);
+    }
+  }
+
+  void set(const T& value) {
+    if constexpr (std::is_enum_v<T>) {
+      defaults_.set(key_, std::string(rawValue(value)));
+    } else {
+      defaults_.set(key_, value);
+    }
+  }
+
+  const std::string& key() const { return key_; }
+
+  /// Tells of every change of the key, whoever made it.
+  [[nodiscard]] Connection observe(std::function<void(const T&)> handler) {
+    return defaults_.changed.connect([this, handler = std::move(handler)](const std::string& key) {
+      if (key == key_) {
+        handler(get());
+      }
+    });
+  }
+
+ private:
+  UserDefaults& defaults_;
+  std::string key_;
+  T fallback_;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,91 @@
+#include "platform/SerialQueue.h"
+
+#include <gtest/gtest.h>
+
+namespace quillmark {
+namespace {
+
+using namespace std::chrono_literals;
+
+class HandCrankedQueue : public SerialQueue {
+ public:
+  void advance(Duration by) {
+    instant_ += by;
+    runReady();
+  }
+  Date now() const override { return Date{} + std::chrono::duration_cast<Date::duration>(instant_.time_since_epoch()); }
+
+ protected:
+  Instant instant() const override { return instant_; }
+  void wake() override {}
+
+ private:
+  Instant instant_{};
+};
+
+struct MainQueueOrder : testing::Test {
+  HandCrankedQueue queue;
+  std::string trail;
+  MainQueue::Block adds(char letter) {
+    return [this, letter] { trail += letter; };
+  }
+};
+
+TEST_F(MainQueueOrder, blocksRunInTheOrderInWhichTheyBecomeDue) {
+  queue.after(20ms, adds('c'));
+  queue.after(10ms, adds('b'));
+  queue.async(adds('a'));
+  queue.runReady();
+  EXPECT_EQ(trail, "a");
+  queue.advance(30ms);
+  EXPECT_EQ(trail, "abc");
+}
+
+TEST_F(MainQueueOrder, aBlockNeverRunsInsideAnotherOne) {
+  queue.async([this] {
+    trail += '(';
+    queue.async(adds('b'));
+    queue.runReady();
+    trail += ')';
+  });
+  queue.runReady();
+  EXPECT_EQ(trail, "()b");
+}
+
+TEST_F(MainQueueOrder, aHoldKeepsEverythingBehindItWaiting) {
+  std::unique_ptr<MainQueue::Hold> hold;
+  queue.async([&] { hold = std::make_unique<MainQueue::Hold>(queue); });
+  queue.async(adds('a'));
+  queue.after(10ms, adds('b'));
+  queue.advance(1s);
+  EXPECT_EQ(trail, "");
+  EXPECT_FALSE(queue.nextDue().has_value());
+  hold.reset();
+  queue.runReady();
+  EXPECT_EQ(trail, "ab");
+}
+
+TEST_F(MainQueueOrder, aRepeatingBlockStopsWhenItIsCancelledEvenFromInside) {
+  int ticks = 0;
+  TimerHandle timer;
+  timer = queue.every(50ms, [&] {
+    if (++ticks == 3) {
+      timer.cancel();
+    }
+  });
+  for (int i = 0; i < 10; ++i) {
+    queue.advance(50ms);
+  }
+  EXPECT_EQ(ticks, 3);
+  EXPECT_FALSE(queue.nextDue().has_value()) << "a cancelled timer must not wake the program again";
+}
+
+TEST_F(MainQueueOrder, aLateTickIsNotMadeUpFor) {
+  int ticks = 0;
+  queue.every(50ms, [&] { ++ticks; });
+  queue.advance(1s);
+  EXPECT_EQ(ticks, 1);
+}
+
+}  // namespace
+}  // namespace quillmark
