@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+
+#include "commands/UserAction.h"
+
+namespace quillmark {
+
+/// The built-in prompt templates.
+class PromptFactory {
+ public:
+  /// The template of an action; its parameter plays no part. `executePrompt` and `customPrompt` have an empty one.
+  static std::string promptText(const UserAction& action);
+};
+
+}  // namespace quillmark

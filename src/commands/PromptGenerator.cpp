@@ -1,0 +1,33 @@
+#include "commands/PromptGenerator.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "base/Text.h"
+
+namespace quillmark {
+
+PromptGenerator::PromptGenerator(const UserAction& /*type*/, const std::vector<Variable>& variables) {
+  std::copy_if(variables.begin(), variables.end(), std::back_inserter(variables_),
+               [this](const Variable& variable) { return !exludedVariables_.contains(variable.key); });
+}
+
+std::string PromptGenerator::generate(const std::optional<std::string>& promptTemplate, const UserAction& type) const {
+  std::string result = promptTemplate.value_or("");
+  for (const auto& variable : variables_) {
+    result = text::replacingAll(std::move(result), "{{" + variable.key + "}}", variable.value);
+  }
+  const std::string parameter = type.parameter.value_or("");
+  switch (type.kind) {
+    case ActionCase::changeTone:
+      return text::replacingAll(std::move(result), "{{tone}}", parameter);
+    case ActionCase::translate:
+      return text::replacingAll(std::move(result), "{{language}}", parameter);
+    case ActionCase::freeStyle:
+      return text::replacingAll(std::move(result), "{{task}}", parameter);
+    default:
+      return result;
+  }
+}
+
+}  // namespace quillmark

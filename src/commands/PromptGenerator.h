@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "commands/UserAction.h"
+#include "commands/Variable.h"
+
+namespace quillmark {
+
+/// Fills one template. The variables "tone" and "language" are for show only: the action's parameter fills their
+/// placeholders.
+class PromptGenerator {
+ public:
+  PromptGenerator(const UserAction& type, const std::vector<Variable>& variables);
+
+  /// Replaces the placeholders of the variables one after the other, then the one of the action's parameter, each over
+  /// the text that the one before left. An unknown placeholder stays. An absent template gives an empty prompt.
+  std::string generate(const std::optional<std::string>& promptTemplate, const UserAction& type) const;
+
+ private:
+  std::set<std::string> exludedVariables_{"tone", "language"};
+  std::vector<Variable> variables_;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,200 @@
+#include "execution/ActionService.h"
+
+#include "base/Localization.h"
+#include "base/Log.h"
+#include "base/Trace.h"
+#include "commands/PromptFactory.h"
+#include "commands/PromptGenerator.h"
+
+namespace quillmark {
+namespace {
+
+AlertKind accessRequired() {
+  return AlertKind::notice(
+      tr("Accessibility Access Required"),
+      tr("Quillmark requires accessibility permissions to function. Please enable accessibility access in System "
+         "Preferences > Security & Privacy > Privacy > Accessibility."));
+}
+
+AlertKind commandNotFound(const UserAction& action) {
+  return AlertKind::notice(tr("Command {} Not Found", action.title()),
+                           tr("The command {} is not available. Did you delete it? You can add it again with the 'Add "
+                              "Template' button.",
+                              action.title()));
+}
+
+AlertKind commandNotFound() {
+  return AlertKind::notice(tr("Command Not Found"), tr("The command is not available. Did you delete it?"));
+}
+
+AlertKind commandNotFound(const std::string& slug) {
+  return AlertKind::notice(tr("Command Not Found"), tr("No command found for slug {}. Did you delete it?", slug));
+}
+
+AlertKind providerNotFound() {
+  return AlertKind::notice(
+      tr("Provider Not Found"),
+      tr("The selected provider could not be found. Please check the command settings and try again."));
+}
+
+AlertKind providerDisabled(const std::string& name) {
+  return AlertKind::notice(tr("Provider {} Disabled", name),
+                           tr("The selected provider is disabled. Click the 'Verify & Activate' button in the provider "
+                              "settings to enable it, or select a different default or command provider."));
+}
+
+}  // namespace
+
+ActionService::ActionService(const Collaborators& collaborators)
+    : defaultBehavior(collaborators.defaults, "defaultBehavior", ActionBehavior::showReview),
+      isLoading(collaborators.defaults, "main.isLoading", false),
+      with_(collaborators) {
+  isLoading.set(false);
+}
+
+void ActionService::runCommand(const Command& command, bool shouldCopy) {
+  if (with_.permissions.keyInjection() != Permission::granted) {
+    log("No accessibility access");
+    with_.alerts.show(accessRequired());
+    return;
+  }
+  if (isLoading.get()) {
+    return;
+  }
+  with_.tracker.markCommandTriggered(false);
+  // Fixed here: a change of the setting does not reach a run under way.
+  const ActionBehavior behavior = command.behavior.value_or(defaultBehavior.get());
+  if (behavior == ActionBehavior::showReview) {
+    with_.capture.getSelectedText(
+        shouldCopy, lifetime_.guard([this, command](const std::string& text) { handleReviewAction(text, command); }));
+    return;
+  }
+  if (with_.loadingPanel != nullptr) {
+    with_.loadingPanel->show();
+  }
+  isLoading.set(true);
+  with_.capture.getSelectedText(shouldCopy, lifetime_.guard([this, command, behavior](const std::string& text) {
+    handleDirectAction(text, command, behavior);
+  }));
+}
+
+void ActionService::runCommandById(const std::optional<Uuid>& id, bool shouldCopy) {
+  if (const auto command = with_.promptStore.command(id)) {
+    runCommand(*command, shouldCopy);
+  } else {
+    with_.alerts.show(commandNotFound());
+  }
+}
+
+void ActionService::runAction(const UserAction& action, bool shouldCopy) {
+  if (auto command = with_.promptStore.commandFor(action)) {
+    command->type = action;
+    runCommand(*command, shouldCopy);
+  } else {
+    with_.alerts.show(commandNotFound(action));
+  }
+}
+
+void ActionService::runCommandBySlug(const std::string& slug, bool shouldCopy) {
+  if (const auto command = with_.promptStore.commandForSlug(slug)) {
+    runCommand(*command, shouldCopy);
+  } else {
+    with_.alerts.show(commandNotFound(slug));
+  }
+}
+
+void ActionService::openCommandMenu(InvocationSource source) {
+  log("Open command menu from source " + std::string(rawValue(source)));
+  with_.commandPanel.setSource(source);
+  with_.commandPanel.togglePanel();
+}
+
+void ActionService::handleDirectAction(const std::string& text, const Command& command, ActionBehavior behavior) {
+  if (text.empty()) {
+    log("copied text is empty");
+    hideLoading();
+    return;
+  }
+  log("handle action " + command.name + " with selected text: \n " + text);
+  const std::string promptTemplate = command.content ? *command.content : PromptFactory::promptText(command.type);
+  const std::string systemPrompt =
+      PromptGenerator(command.type, with_.variablesStore.allVariables()).generate(promptTemplate, command.type);
+  lastRunCommand_ = command;
+  with_.promptStore.incrementUsage(command.id);
+  with_.statistics.recordCommand(command.name);
+
+  const auto config = with_.providerStore.config(command.provider);
+  if (!config) {
+    with_.alerts.show(providerNotFound());
+    hideLoading();
+    return;
+  }
+  const auto provider = with_.providerFactory.makeProvider(*config);
+  if (!config->enabled) {
+    with_.alerts.show(providerDisabled(provider->name()));
+    hideLoading();
+    return;
+  }
+  const auto finish = [this, selection = text, behavior,
+                       name = provider->name()](const std::optional<std::string>& result) {
+    with_.statistics.recordProvider(name);
+    hideLoading();
+    if (result) {
+      applyResult(*result, selection, behavior);
+    }
+  };
+  // Some providers answer on a thread of their own.
+  provider->chat(text, systemPrompt, command.model,
+                 [&queue = with_.queue, finish = lifetime_.guard(finish)](std::optional<std::string> result) {
+                   queue.async([finish, result = std::move(result)]() mutable { finish(result); });
+                 });
+}
+
+void ActionService::handleReviewAction(const std::string& text, const Command& command) {
+  if (text.empty()) {
+    log("copied text is empty");
+    return;
+  }
+  log("handle action " + command.name + " with selected text for review: \n " + text);
+  with_.queue.async(lifetime_.guard([this, text, command] {
+    with_.reviewSession.setCommand(command);
+    with_.reviewSession.open("", text);
+    with_.reviewSession.execute(command, text);
+  }));
+}
+
+void ActionService::applyResult(const std::string& result, const std::string& selection, ActionBehavior behavior) {
+  const auto paste = [this](const std::string& text) {
+    with_.tracker.restoreFocus();
+    with_.capture.pasteText(text);
+  };
+  switch (behavior) {
+    case ActionBehavior::replaceSelection:
+      paste(result);
+      break;
+    case ActionBehavior::insertAfterSelection:
+      paste(selection + "\n\n" + result);
+      break;
+    case ActionBehavior::insertBeforeSelection:
+      paste(result + "\n\n" + selection);
+      break;
+    case ActionBehavior::copyToClipboard:
+      with_.pasteboard.clearContents();
+      with_.pasteboard.setString(result);
+      trace::mark("pasteboard written");
+      break;
+    case ActionBehavior::showReview:
+      break;  // never comes here: a review applies its own result
+  }
+}
+
+void ActionService::hideLoading() {
+  with_.queue.async(lifetime_.guard([this] {
+    isLoading.set(false);
+    if (with_.loadingPanel != nullptr) {
+      with_.loadingPanel->hide();
+    }
+  }));
+}
+
+}  // namespace quillmark

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/Signal.h"
+#include "platform/HotKeys.h"
+#include "platform/UserDefaults.h"
+
+namespace quillmark {
+
+/// Named global shortcuts. A name has the key combination that is stored for it, or none; no name has a default.
+/// Actions run when the combination is released. Main thread only.
+class GlobalShortcuts {
+ public:
+  GlobalShortcuts(UserDefaults& defaults, HotKeys& hotKeys);
+  ~GlobalShortcuts() { removeAllHandlers(); }
+  GlobalShortcuts(const GlobalShortcuts&) = delete;
+  GlobalShortcuts& operator=(const GlobalShortcuts&) = delete;
+
+  static std::string defaultsKey(const std::string& name) { return "KeyboardShortcuts_" + name; }
+
+  /// Nothing when the key is absent or its text does not decode.
+  std::optional<KeyCombination> getShortcut(const std::string& name) const;
+
+  /// Adds an action to the handlers of the name. A stored combination takes effect at once, a changed one as soon as
+  /// it is stored.
+  void onKeyUp(const std::string& name, std::function<void()> action);
+  void removeAllHandlers();
+
+ private:
+  void follow(const std::string& name);
+
+  UserDefaults& defaults_;
+  HotKeys& hotKeys_;
+  std::map<std::string, std::vector<std::function<void()>>> handlers_;
+  std::map<std::string, KeyCombination> registered_;
+  Connection releases_;
+  Connection changes_;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <vector>
+
+#include "base/Signal.h"
+#include "commands/CustomPromptStore.h"
+#include "commands/LanguageStore.h"
+#include "commands/ToneStore.h"
+#include "execution/ActionService.h"
+#include "execution/ActiveApplicationTracker.h"
+#include "execution/GlobalShortcuts.h"
+
+namespace quillmark {
+
+/// Keeps a global shortcut handler for each name that has a meaning: the three fixed ones and one for each command.
+/// The handlers are renewed when the number of commands changes. Works by itself once made.
+class KeyboardSubscriptions {
+ public:
+  KeyboardSubscriptions(GlobalShortcuts& shortcuts, CustomPromptStore& promptStore, const LanguageStore& languageStore,
+                        const ToneStore& toneStore, ActionService& actionService, ActiveApplicationTracker& tracker);
+
+ private:
+  void subscribe(const std::vector<Command>& commands);
+  void onKeyUp(const std::string& name, std::function<void()> action);
+
+  GlobalShortcuts& shortcuts_;
+  const LanguageStore& languageStore_;
+  const ToneStore& toneStore_;
+  ActionService& actionService_;
+  ActiveApplicationTracker& tracker_;
+  std::ptrdiff_t promptCount_ = -1;  // no list has this length, so the first one always registers
+  Connection commandChanges_;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+#include "platform/UserDefaults.h"
+
+namespace quillmark {
+
+/// Where the hosted service is: its public root, or a server on this machine.
+class AppConfig {
+ public:
+  /// The public root, a build setting.
+  static const char* const publicRoot;
+  static constexpr int defaultLocalPort = 3030;
+
+  explicit AppConfig(UserDefaults& defaults, int localPort = defaultLocalPort);
+
+  Setting<bool> useLocalApi;
+
+  /// Without a trailing slash; follows `useLocalApi` at each call.
+  std::string serviceRoot() const;
+  /// The page where a user gets the program.
+  std::string downloadLink() const { return serviceRoot() + "/download"; }
+
+ private:
+  int localPort_;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "providers/CompatibleChatProvider.h"
+
+namespace quillmark {
+
+/// Any backend that speaks the chat completions dialect under its base URL. The URL is used as it stands.
+class BaseProvider : public CompatibleChatProvider {
+ public:
+  BaseProvider(const ProviderConfig& config, const ProviderEnvironment& environment);
+
+ protected:
+  ChatDialect dialect() const override;
+};
+
+}  // namespace quillmark

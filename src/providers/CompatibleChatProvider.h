@@ -1,0 +1,65 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/AlertHandler.h"
+#include "providers/AIProvider.h"
+#include "providers/AppConfig.h"
+#include "providers/ChatCompletions.h"
+#include "providers/HttpTransport.h"
+
+namespace quillmark {
+
+/// What every provider object works with.
+struct ProviderEnvironment {
+  HttpTransport& transport;
+  MainQueue& queue;
+  AlertHandler& alerts;
+  UserDefaults& defaults;
+  AppConfig& appConfig;
+};
+
+/// How one backend speaks the chat completions dialect; the rest is shared.
+struct ChatDialect {
+  enum class Stream { serverSentEvents, plainText };
+
+  std::string chatUrl;
+  /// Absent: the backend has no listing, and none is asked for.
+  std::optional<std::string> modelsUrl;
+  std::string authorization;  ///< what stands behind "Bearer "
+  std::vector<HttpHeader> extraHeaders;
+  Stream stream = Stream::serverSentEvents;
+  std::string streamEndLine;  ///< logged when a stream ends by its connection
+  std::function<AlertKind(std::string)> alert;
+  std::function<std::vector<GenericModelData>(const Json&)> decodeModels = genericModelResponseFromJson;
+  bool logsModelCount = true;
+};
+
+/// A backend of the chat completions dialect: single answers, streamed answers and the model listing.
+class CompatibleChatProvider : public AIProvider {
+ public:
+  void chat(const std::string& text, const std::string& systemPrompt, const std::optional<std::string>& model,
+            ChatCompletion completion) override;
+  void streamChat(const std::string& text, const std::string& systemPrompt, const std::optional<std::string>& model,
+                  std::function<void(const std::string&)> onChunk, ChatCompletion onComplete) override;
+  void listModels(std::function<void(std::optional<std::vector<ProviderModel>>)> completion) override;
+
+ protected:
+  CompatibleChatProvider(ProviderConfig config, ProviderType type, const ProviderEnvironment& environment)
+      : AIProvider(std::move(config), type), environment_(environment) {}
+
+  /// Asked for at each request, so that it follows settings and baseURL().
+  virtual ChatDialect dialect() const = 0;
+
+  const ProviderEnvironment& environment() const { return environment_; }
+
+ private:
+  TransportRequest request(const ChatDialect& dialect, std::string method, std::string url) const;
+
+  ProviderEnvironment environment_;
+};
+
+}  // namespace quillmark

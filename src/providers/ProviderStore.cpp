@@ -1,0 +1,107 @@
+#include "providers/ProviderStore.h"
+
+#include <algorithm>
+
+#include "base/Log.h"
+#include "platform/StoredRecords.h"
+
+namespace quillmark {
+namespace {
+
+std::vector<ProviderConfig> makeDefaultConfigs() {
+  std::vector<ProviderConfig> configs;
+  for (const auto type : {ProviderType::quillMark, ProviderType::openAI, ProviderType::groq, ProviderType::anthropic,
+                          ProviderType::mistral, ProviderType::openRouter, ProviderType::togetherAI, ProviderType::xAI,
+                          ProviderType::ollama}) {
+    ProviderConfig::Inputs inputs;
+    inputs.providerType = type;
+    inputs.name = info(type).displayName;
+    inputs.enabled = false;
+    configs.push_back(ProviderConfig::make(std::move(inputs)));
+  }
+  return configs;
+}
+
+void enable(ProviderConfig& config, bool enabled) {
+  config.enabled = enabled;
+  log("Set " + config.name + " to " + (enabled ? "true" : "false"));
+}
+
+}  // namespace
+
+ProviderStore::ProviderStore(UserDefaults& defaults)
+    : defaultProvider(defaults, "defaultProvider", ""), openAIApiKey(defaults, "apiKey", ""), defaults_(defaults) {}
+
+void ProviderStore::load() {
+  auto stored = StoredRecords<ProviderConfig>::load(defaults_, userDefaultsKey, providerConfigFromJson);
+  if (stored.found == StoredRecords<ProviderConfig>::Found::undecodable) {
+    setAside(defaults_, userDefaultsKey, stored.problem);
+  }
+  if (stored.records.empty()) {
+    resetConfigs();
+    return;
+  }
+  log("Load provider " + std::to_string(stored.records.size()));
+  configs.set(std::move(stored.records));
+}
+
+std::optional<ProviderConfig> ProviderStore::config(const std::optional<Uuid>& id) const {
+  if (!id) {
+    return defaultConfig();
+  }
+  const auto& list = configs.get();
+  const auto found = std::find_if(list.begin(), list.end(), [&](const auto& config) { return config.id == *id; });
+  return found == list.end() ? std::nullopt : std::optional(*found);
+}
+
+std::optional<ProviderConfig> ProviderStore::defaultConfig() const {
+  if (const auto id = Uuid::parse(defaultProvider.get())) {
+    return config(id);
+  }
+  const auto& list = configs.get();
+  const auto found = std::find_if(list.begin(), list.end(),
+                                  [](const auto& config) { return config.providerType == ProviderType::quillMark; });
+  return found == list.end() ? std::nullopt : std::optional(*found);
+}
+
+void ProviderStore::resetConfigs() {
+  std::vector<ProviderConfig> list = makeDefaultConfigs();
+  log("Init provider configs " + std::to_string(list.size()));
+
+  if (const std::string oldKey = openAIApiKey.get(); !oldKey.empty()) {
+    if (ProviderConfig* openAI = firstOfType(list, ProviderType::openAI)) {
+      log("OpenAI key migrated");
+      openAI->apiKey = oldKey;
+    }
+  }
+  for (auto& config : list) {
+    if (config.providerType != ProviderType::quillMark) {
+      enable(config, config.enabled || !config.apiKey.empty());
+    }
+  }
+  if (ProviderConfig* hosted = firstOfType(list, ProviderType::quillMark)) {
+    enable(*hosted, true);
+  }
+  configs.set(std::move(list));
+  store();
+  // Only now does the old key go: the list that holds it is stored.
+  if (const auto* openAI = firstOfType(list = configs.get(), ProviderType::openAI);
+      openAI != nullptr && !openAI->apiKey.empty()) {
+    openAIApiKey.set("");
+  }
+
+  const auto& stored = configs.get();
+  const auto first = std::find_if(stored.begin(), stored.end(), [](const auto& config) { return config.enabled; });
+  defaultProvider.set(first == stored.end() ? "" : first->id.toString());
+  log("Setting default provider to " + (first == stored.end() ? "undefined" : first->name));
+}
+
+ProviderConfig* ProviderStore::firstOfType(std::vector<ProviderConfig>& list, ProviderType type) const {
+  const auto found =
+      std::find_if(list.begin(), list.end(), [type](const auto& config) { return config.providerType == type; });
+  return found == list.end() ? nullptr : &*found;
+}
+
+void ProviderStore::store() { storeRecords(defaults_, userDefaultsKey, configs.get()); }
+
+}  // namespace quillmark

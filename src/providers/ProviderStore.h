@@ -1,0 +1,43 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/Signal.h"
+#include "platform/UserDefaults.h"
+#include "providers/ProviderConfig.h"
+
+namespace quillmark {
+
+/// The configured backends and which one a command uses. Main thread only.
+class ProviderStore {
+ public:
+  static constexpr const char* userDefaultsKey = "providerStore";
+
+  explicit ProviderStore(UserDefaults& defaults);
+
+  Observable<std::vector<ProviderConfig>> configs;  ///< in display order; empty before load()
+  Setting<std::string> defaultProvider;             ///< UUID of the configuration used when a command names none
+  Setting<std::string> openAIApiKey;                ///< of an old set-up with one provider; moved by resetConfigs()
+
+  /// Reads the stored list. Without one that decodes and has an entry it starts over with the default configurations;
+  /// a list that does not decode is set aside first.
+  void load();
+
+  /// With an id the configuration of this id, with no fall back; without one defaultConfig().
+  std::optional<ProviderConfig> config(const std::optional<Uuid>& id) const;
+  std::optional<ProviderConfig> defaultConfig() const;
+
+  /// Replaces the whole list by the default configurations with new ids, takes over an old key, enables what has a key
+  /// and the hosted provider, and makes the first enabled one the default.
+  void resetConfigs();
+
+ private:
+  ProviderConfig* firstOfType(std::vector<ProviderConfig>& list, ProviderType type) const;
+  void store();
+
+  UserDefaults& defaults_;
+};
+
+}  // namespace quillmark
