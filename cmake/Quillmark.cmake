@@ -9,7 +9,7 @@ if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${launcher})
 endif()
 
-add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough -Werror)
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough -Wno-missing-field-initializers -Werror)
 add_compile_options("$<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>")
 add_link_options(-fuse-ld=lld -Wl,--as-needed)
 if(CMAKE_BUILD_TYPE STREQUAL "Release")

@@ -109,8 +109,9 @@ std::optional<TransportError> HttpTransport::validate(const HttpResponseHead& he
   if (bodyIsEmpty) {
     return std::nullopt;
   }
+  const std::string accepted = accept.value_or("*/*");
   std::vector<std::string> acceptable;
-  for (const auto piece : text::split(accept.value_or("*/*"), ',')) {
+  for (const auto piece : text::split(accepted, ',')) {
     acceptable.emplace_back(piece);
   }
   if (head.mimeType) {

@@ -1,0 +1,87 @@
+#include "shell/AppStatistics.h"
+
+#include "base/Uuid.h"
+
+namespace quillmark {
+namespace {
+
+constexpr double secondsFrom1970To2001 = 978307200;
+
+double secondsSince2001(Date date) {
+  return std::chrono::duration<double>(date.time_since_epoch()).count() - secondsFrom1970To2001;
+}
+
+std::set<std::string> namesFromJson(const JsonObject& object, const char* key) {
+  const Json* names = object.find(key);
+  if (names == nullptr) {
+    throw DecodingError(object.pathOf(key), "is missing");
+  }
+  const auto list = decodeArray<std::string>(*names, decodeJson<std::string>, object.pathOf(key));
+  return {list.begin(), list.end()};
+}
+
+}  // namespace
+
+Json toJson(const AppStatisticsData& data) {
+  Json json = {{"commandUsage", data.commandUsage},     {"providerUsage", data.providerUsage},
+               {"totalRewrites", data.totalRewrites},   {"characterCount", data.characterCount},
+               {"popClipNames", data.popClipNames},     {"installationId", data.installationId}};
+  if (data.lastUsedDate) {
+    json["lastUsedDate"] = *data.lastUsedDate;
+  }
+  if (data.lastSyncDate) {
+    json["lastSyncDate"] = *data.lastSyncDate;
+  }
+  return json;
+}
+
+AppStatisticsData appStatisticsFromJson(const Json& json) {
+  const JsonObject object(json);
+  AppStatisticsData data;
+  const Json* usage = object.find("commandUsage");
+  if (usage == nullptr || !usage->is_object()) {
+    throw DecodingError("commandUsage", "is not an object");
+  }
+  for (const auto& [name, count] : usage->items()) {
+    data.commandUsage[name] = decodeJson<std::int64_t>(count, "commandUsage." + name);
+  }
+  data.providerUsage = namesFromJson(object, "providerUsage");
+  data.totalRewrites = object.required<std::int64_t>("totalRewrites");
+  data.characterCount = object.required<std::int64_t>("characterCount");
+  data.popClipNames = namesFromJson(object, "popClipNames");
+  data.lastUsedDate = object.optional<double>("lastUsedDate");
+  data.lastSyncDate = object.optional<double>("lastSyncDate");
+  data.installationId = object.required<std::string>("installationId");
+  return data;
+}
+
+void AppStatistics::recordCommand(const std::string& name) {
+  AppStatisticsData data = read();
+  ++data.commandUsage[name];
+  ++data.totalRewrites;
+  data.lastUsedDate = secondsSince2001(queue_.now());
+  write(data);
+}
+
+void AppStatistics::recordProvider(const std::string& name) {
+  AppStatisticsData data = read();
+  data.providerUsage.insert(name);
+  write(data);
+}
+
+AppStatisticsData AppStatistics::read() const {
+  if (const auto stored = defaults_.get<Data>(storageKey)) {
+    try {
+      return appStatisticsFromJson(parseJson(stored->bytes));
+    } catch (const DecodingError&) {
+      // Counting goes on from the start; the counts hold nothing that the user made.
+    }
+  }
+  AppStatisticsData fresh;
+  fresh.installationId = Uuid::random().toString();
+  return fresh;
+}
+
+void AppStatistics::write(const AppStatisticsData& data) { defaults_.set(storageKey, Data{toText(toJson(data))}); }
+
+}  // namespace quillmark

@@ -1,0 +1,85 @@
+#include "shell/MenuBar.h"
+
+#include "base/Localization.h"
+
+namespace quillmark {
+
+MenuBar::MenuBar(ActionService& actionService, CustomPromptStore& promptStore, const LanguageStore& languageStore,
+                 const ToneStore& toneStore, Actions actions)
+    : actionService_(actionService),
+      promptStore_(promptStore),
+      languageStore_(languageStore),
+      toneStore_(toneStore),
+      actions_(std::move(actions)) {
+  loadingChanges_ = actionService_.isLoading.observe([this](bool) { changed.emit(); });
+  commandChanges_ = promptStore_.prompts.observe([this](const auto&) { changed.emit(); });
+}
+
+MenuItem MenuBar::commandItem(const Command& command, std::string_view icon) const {
+  return MenuItem::action(
+      command.displayName(), std::string(icon), [this, id = command.id] { actionService_.runCommandById(id, true); },
+      !actionService_.isLoading.get());
+}
+
+std::vector<MenuItem> MenuBar::itemsOf(const std::vector<ConfigurableItem>& list,
+                                       const std::function<std::string(const ConfigurableItem&)>& label,
+                                       UserAction (*action)(std::string)) const {
+  std::vector<MenuItem> items;
+  for (const auto& item : list) {
+    items.push_back(MenuItem::action(
+        label(item), "", [this, action, name = item.name] { actionService_.runAction(action(name), true); },
+        !actionService_.isLoading.get()));
+  }
+  return items;
+}
+
+std::vector<MenuItem> MenuBar::items() const {
+  const bool isLoading = actionService_.isLoading.get();
+  std::vector<MenuItem> rows;
+  if (isLoading) {
+    rows.push_back({MenuItem::Kind::progress, tr("Processing request..."), {}, false, {}, {}, {}});
+    rows.push_back(MenuItem::divider());
+  }
+  for (const auto& command : promptStore_.mainCommands()) {
+    rows.push_back(commandItem(command, command.type.icon()));
+  }
+  const auto isOffered = [this](ActionCase action) {
+    const auto command = promptStore_.commandFor(action);
+    return command && command->enabled;
+  };
+  if (isOffered(ActionCase::changeTone)) {
+    rows.push_back(MenuItem::submenu(
+        tr("Change tone"), "pencil.and.scribble",
+        itemsOf(toneStore_.enabledItems(), ToneStore::displayName, UserAction::changeTone), !isLoading));
+  }
+  if (isOffered(ActionCase::translate)) {
+    const auto label = [this](const ConfigurableItem& item) { return languageStore_.displayName(item); };
+    rows.push_back(MenuItem::submenu(tr("Translate"), "globe",
+                                     itemsOf(languageStore_.enabledItems(), label, UserAction::translate),
+                                     !isLoading));
+  }
+  rows.push_back(MenuItem::divider());
+
+  using enum CommandCategory;
+  for (const auto category : {rewrite, writing, seo, development, customAction, prompting}) {
+    std::vector<MenuItem> children;
+    for (const auto& command : promptStore_.commands(category)) {
+      children.push_back(commandItem(command, icon(category)));
+    }
+    if (!children.empty()) {
+      rows.push_back(MenuItem::submenu(title(category), std::string(icon(category)), std::move(children), !isLoading));
+    }
+  }
+  rows.push_back(MenuItem::divider());
+
+  rows.push_back(MenuItem::action(tr("Settings"), "gear", actions_.openSettings));
+  rows.back().shortcut = "Ctrl+,";
+  rows.push_back(MenuItem::action(tr("Help Center"), "questionmark.circle", actions_.openHelp));
+  // There is nothing yet that could look for updates.
+  rows.push_back(MenuItem::action(tr("Check for Updates…"), "arrow.counterclockwise.circle", {}, false));
+  rows.push_back(MenuItem::action(tr("Quit"), "", actions_.quit));
+  rows.back().shortcut = "Ctrl+Q";
+  return rows;
+}
+
+}  // namespace quillmark

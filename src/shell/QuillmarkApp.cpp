@@ -1,0 +1,57 @@
+#include "shell/QuillmarkApp.h"
+
+#include "base/Localization.h"
+
+namespace quillmark {
+
+QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow, Options options)
+    : platform_(prepare(platform)),
+      alertHandler_(platform_.mainQueue, platform_.alerts),
+      appConfig_(platform_.defaults, options.localServicePort),
+      transport_(platform_.http, platform_.mainQueue, platform_.bundle, platform_.operatingSystem, platform_.locale),
+      providerFactory_({transport_, platform_.mainQueue, alertHandler_, platform_.defaults, appConfig_}),
+      capture_(platform_.mainQueue, platform_.pasteboard, platform_.keyInjector),
+      loadingPanel_(loadingWindow == nullptr ? nullptr
+                                             : std::make_unique<FloatingLoading>(
+                                                   platform_.mainQueue, platform_.screens, *loadingWindow)),
+      promptStore_(platform_.defaults),
+      variablesStore_(platform_.defaults, platform_.locale),
+      providerStore_(platform_.defaults),
+      statistics_(platform_.defaults, platform_.mainQueue),
+      activeApplicationTracker_(platform_.workspace, platform_.mainQueue, platform_.bundle.identifier),
+      actionService_({platform_.mainQueue, platform_.defaults, platform_.pasteboard, platform_.permissions,
+                      alertHandler_, capture_, activeApplicationTracker_, promptStore_, variablesStore_,
+                      providerStore_, providerFactory_, statistics_, reviewSession_, commandPanel_,
+                      loadingPanel_.get()}),
+      languageStore_(platform_.locale),
+      shortcuts_(platform_.defaults, platform_.hotKeys),
+      shortcutSubscriptions_(shortcuts_, promptStore_, languageStore_, toneStore_, actionService_,
+                             activeApplicationTracker_),
+      menuBar_(actionService_, promptStore_, languageStore_, toneStore_,
+               {[this] {
+                  alertHandler_.show(AlertKind::notice(
+                      tr("Settings"), tr("The settings window is not part of this version yet. The command 'quillmark "
+                                         "defaults' reads and changes settings.")));
+                },
+                [this] { platform_.workspace.openUrl(QUILLMARK_HELP_URL); }, std::move(options.quit)}) {
+  // The subscriptions above have registered the fixed shortcuts; the commands' follow when their list arrives here.
+  promptStore_.load();
+  providerStore_.load();
+}
+
+const Platform& QuillmarkApp::prepare(const Platform& platform) {
+  platform.defaults.set("appVersion", platform.bundle.shortVersion.value_or(""));
+  return platform;
+}
+
+void QuillmarkApp::triggerCommand(const std::string& slug) {
+  activeApplicationTracker_.markCommandTriggered(true);
+  actionService_.runCommandBySlug(slug, true);
+}
+
+void QuillmarkApp::triggerCommandMenu() {
+  activeApplicationTracker_.markCommandTriggered(true);
+  actionService_.openCommandMenu(InvocationSource::keyboardShortcut);
+}
+
+}  // namespace quillmark

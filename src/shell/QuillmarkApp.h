@@ -1,0 +1,82 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "commands/CustomPromptStore.h"
+#include "commands/LanguageStore.h"
+#include "commands/ToneStore.h"
+#include "commands/VariablesStore.h"
+#include "execution/ActionService.h"
+#include "execution/ActiveApplicationTracker.h"
+#include "execution/GlobalShortcuts.h"
+#include "execution/KeyboardSubscriptions.h"
+#include "execution/SelectionCapture.h"
+#include "panels/FloatingLoading.h"
+#include "platform/PanelWindow.h"
+#include "platform/Platform.h"
+#include "providers/AppConfig.h"
+#include "providers/HttpTransport.h"
+#include "providers/ProviderFactory.h"
+#include "providers/ProviderStore.h"
+#include "shell/AppStatistics.h"
+#include "shell/MenuBar.h"
+#include "shell/PendingSurfaces.h"
+
+namespace quillmark {
+
+/// The composition root: makes every long-lived service, in the order in which they need each other, then loads the
+/// stores. What it makes lives until the process ends.
+class QuillmarkApp {
+ public:
+  struct Options {
+    int localServicePort = AppConfig::defaultLocalPort;
+    std::function<void()> quit;
+  };
+
+  /// `loadingWindow` may be null: then runs show no indicator.
+  QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow, Options options);
+  QuillmarkApp(const QuillmarkApp&) = delete;
+  QuillmarkApp& operator=(const QuillmarkApp&) = delete;
+
+  ActionService& actionService() { return actionService_; }
+  CustomPromptStore& promptStore() { return promptStore_; }
+  ProviderStore& providerStore() { return providerStore_; }
+  VariablesStore& variablesStore() { return variablesStore_; }
+  ActiveApplicationTracker& activeApplicationTracker() { return activeApplicationTracker_; }
+  AppStatistics& statistics() { return statistics_; }
+  AlertHandler& alertHandler() { return alertHandler_; }
+  MenuBar& menuBar() { return menuBar_; }
+
+  /// What a hot key would do, asked for by another program: runs a command on the selection in front.
+  void triggerCommand(const std::string& slug);
+  void triggerCommandMenu();
+
+ private:
+  /// Runs before any store is made: what they find in the database must already be in place.
+  static const Platform& prepare(const Platform& platform);
+
+  Platform platform_;
+  AlertHandler alertHandler_;
+  AppConfig appConfig_;
+  HttpTransport transport_;
+  ProviderFactory providerFactory_;
+  SelectionCapture capture_;
+  std::unique_ptr<FloatingLoading> loadingPanel_;
+  PendingReviewSession reviewSession_;
+  PendingCommandPanel commandPanel_;
+  CustomPromptStore promptStore_;
+  VariablesStore variablesStore_;
+  ProviderStore providerStore_;
+  AppStatistics statistics_;
+  ActiveApplicationTracker activeApplicationTracker_;
+  ActionService actionService_;
+  LanguageStore languageStore_;
+  ToneStore toneStore_;
+  GlobalShortcuts shortcuts_;
+  KeyboardSubscriptions shortcutSubscriptions_;
+  MenuBar menuBar_;
+};
+
+}  // namespace quillmark

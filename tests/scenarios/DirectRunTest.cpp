@@ -1,0 +1,296 @@
+#include "Scenario.h"
+
+namespace quillmark {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+struct DirectRun : Scenario {};
+
+TEST_F(DirectRun, rewritesTheSelectionOfAnotherApplication) {
+  start();
+  const auto editor = editorWith("teh cat");
+  run(ActionCase::fixGrammar);
+  EXPECT_TRUE(loading.visible);
+  desktop.advance(100ms);
+  request().answerJson(answerJson("the cat"));
+  desktop.advance(150ms);
+  EXPECT_EQ(editor->text, "the cat");
+  EXPECT_EQ(desktop.workspace.front, editor);
+  EXPECT_FALSE(loading.visible);
+  EXPECT_FALSE(app->actionService().isLoading.get());
+  EXPECT_EQ(desktop.pasteboard.text, "the cat") << "nothing puts the old contents back";
+
+  const Json body = parseJson(*request().request.body);
+  EXPECT_EQ(body["messages"][1]["content"], "teh cat");
+  EXPECT_THAT(body["messages"][0]["content"].get<std::string>(), HasSubstr("expert grammar checker"));
+}
+
+TEST_F(DirectRun, postsTheFourKeyEventsInTheirOrder) {
+  start();
+  editorWith("teh cat");
+  run(ActionCase::fixGrammar);
+  const auto key = [](KeyCode code, bool down) { return KeyboardEvent{code, down, commandFlag}; };
+  EXPECT_THAT(desktop.keyInjector.posted,
+              ElementsAre(key(KeyCode::commandModifier, true), key(KeyCode::c, true),
+                          key(KeyCode::commandModifier, false), key(KeyCode::c, false)));
+}
+
+TEST_F(DirectRun, postsTheOtherEventsWhenOneCanNotBeMade) {
+  start();
+  editorWith("teh cat");
+  desktop.keyInjector.refuses = [](KeyCode code, bool down) { return code == KeyCode::commandModifier && !down; };
+  run(ActionCase::fixGrammar);
+  EXPECT_EQ(desktop.keyInjector.posted.size(), 3u);
+}
+
+TEST_F(DirectRun, appliesEachBehaviourExactly) {
+  const struct {
+    ActionBehavior behavior;
+    std::string editorText;
+    std::string pasteboardText;
+  } cases[] = {
+      {ActionBehavior::replaceSelection, "ANSWER \n", "ANSWER \n"},
+      {ActionBehavior::insertAfterSelection, " sel \n\n\nANSWER \n", " sel \n\n\nANSWER \n"},
+      {ActionBehavior::insertBeforeSelection, "ANSWER \n\n\n sel \n", "ANSWER \n\n\n sel \n"},
+      {ActionBehavior::copyToClipboard, " sel \n", "ANSWER \n"},
+  };
+  start();
+  everyRequestIsAnswered("ANSWER \n");
+  for (const auto& [behavior, editorText, pasteboardText] : cases) {
+    const auto editor = editorWith(" sel \n");
+    run(ActionCase::improveWriting, behavior);
+    desktop.advance(1s);
+    EXPECT_EQ(editor->text, editorText) << rawValue(behavior);
+    EXPECT_EQ(desktop.pasteboard.text, pasteboardText) << rawValue(behavior);
+    EXPECT_EQ(desktop.workspace.front, editor);
+  }
+}
+
+TEST_F(DirectRun, withoutPermissionChangesNothing) {
+  start();
+  const auto editor = editorWith("teh cat");
+  desktop.pasteboard.put("Editor", "earlier");
+  desktop.permissions.permission = Permission::denied;
+  for (const auto behavior : {ActionBehavior::replaceSelection, ActionBehavior::showReview}) {
+    run(ActionCase::fixGrammar, behavior);
+    desktop.advance(1s);
+    ASSERT_EQ(desktop.alerts.open.size(), 1u);
+    EXPECT_EQ(desktop.alerts.open[0].title, "Accessibility Access Required");
+    EXPECT_EQ(desktop.alerts.open[0].style, AlertStyle::informational);
+    desktop.alerts.close();
+    desktop.advance(1s);
+  }
+  EXPECT_TRUE(desktop.keyInjector.posted.empty());
+  EXPECT_EQ(desktop.pasteboard.text, "earlier");
+  EXPECT_FALSE(loading.visible);
+  EXPECT_FALSE(app->activeApplicationTracker().commandTriggerTimestamp().has_value());
+}
+
+TEST_F(DirectRun, dropsASecondTriggerWhileOneIsUnderWay) {
+  start();
+  const auto editor = editorWith("teh cat");
+  run(ActionCase::fixGrammar);
+  desktop.advance(50ms);
+  run(ActionCase::summarize);
+  run(ActionCase::summarize, ActionBehavior::showReview);
+  desktop.advance(1s);
+  ASSERT_EQ(desktop.http.exchanges.size(), 1u);
+  EXPECT_EQ(desktop.keyInjector.posted.size(), 4u);
+  request().answerJson(answerJson("the cat"));
+  desktop.advance(1s);
+  EXPECT_EQ(editor->text, "the cat");
+  editor->selectAll();
+  run(ActionCase::summarize);
+  desktop.advance(1s);
+  EXPECT_EQ(desktop.http.exchanges.size(), 2u) << "once idle again, the next trigger counts";
+}
+
+TEST_F(DirectRun, endsQuietlyOnAnEmptySelection) {
+  const struct {
+    const char* name;
+    std::function<void(SimulatedApplication&)> prepare;
+  } cases[] = {
+      {"nothing selected", [](auto& editor) { editor.selection.length = 0; }},
+      {"a picture selected", [](auto& editor) { editor.copiesPicture = true; }},
+      {"an application slower than the copy may take", [](auto& editor) { editor.latency = 150ms; }},
+      {"an owner that hangs", [](auto& editor) { editor.neverAnswers = true; }},
+  };
+  start();
+  for (const auto& [name, prepare] : cases) {
+    const auto editor = editorWith("text");
+    desktop.pasteboard.put("Someone", "an older copy");
+    prepare(*editor);
+    run(ActionCase::fixGrammar);
+    EXPECT_TRUE(loading.visible) << name;
+    desktop.advance(5s);
+    EXPECT_TRUE(desktop.http.exchanges.empty()) << name;
+    EXPECT_TRUE(desktop.alerts.shown.empty()) << name;
+    EXPECT_FALSE(loading.visible) << name;
+    EXPECT_FALSE(app->actionService().isLoading.get()) << name;
+  }
+  EXPECT_TRUE(logged("copied text is empty"));
+}
+
+TEST_F(DirectRun, takesBlanksForAText) {
+  start();
+  const auto editor = editorWith(" \n");
+  run(ActionCase::fixGrammar);
+  desktop.advance(1s);
+  EXPECT_EQ(desktop.http.exchanges.size(), 1u);
+}
+
+TEST_F(DirectRun, readsThePasteboardAsItIsWhenToldNotToCopy) {
+  start();
+  editorWith("selected");
+  desktop.pasteboard.put("Someone", "lies there");
+  app->actionService().runCommand(commandOf(ActionCase::fixGrammar), false);
+  desktop.advance(1s);
+  EXPECT_TRUE(desktop.keyInjector.posted.empty());
+  EXPECT_EQ(parseJson(*request().request.body)["messages"][1]["content"], "lies there");
+}
+
+TEST_F(DirectRun, withoutAProviderCountsAndKeepsTheIndicatorUntilTheAlertIsClosed) {
+  start();
+  app->providerStore().configs.mutate([](auto& configs) { configs.front().enabled = false; });
+  const struct {
+    std::optional<Uuid> provider;
+    std::string title;
+  } cases[] = {{Uuid::random(), "Provider Not Found"}, {std::nullopt, "Provider Quillmark Disabled"}};
+  std::int64_t count = 0;
+  for (const auto& [provider, title] : cases) {
+    editorWith("teh cat");
+    Command command = commandOf(ActionCase::fixGrammar);
+    command.provider = provider;
+    app->actionService().runCommand(command, true);
+    desktop.advance(10s);
+    ASSERT_EQ(desktop.alerts.open.size(), 1u) << title;
+    EXPECT_EQ(desktop.alerts.open[0].title, title);
+    EXPECT_TRUE(loading.visible) << "the indicator waits behind the alert";
+    EXPECT_EQ(commandOf(ActionCase::fixGrammar).usageCount, ++count);
+    EXPECT_EQ(app->statistics().read().commandUsage.at("Fix Grammar & Spelling"), count);
+    desktop.alerts.close();
+    desktop.queue.settle();
+    EXPECT_FALSE(loading.visible);
+  }
+  EXPECT_TRUE(desktop.http.exchanges.empty());
+  EXPECT_TRUE(app->statistics().read().providerUsage.empty());
+}
+
+TEST_F(DirectRun, thatFailsLeavesTheOtherApplicationAsItWas) {
+  start();
+  const auto editor = editorWith("teh cat");
+  run(ActionCase::fixGrammar);
+  desktop.advance(100ms);
+  request().answer(500, "application/json", "{}");
+  desktop.advance(1s);
+  ASSERT_EQ(desktop.alerts.open.size(), 1u);
+  EXPECT_TRUE(app->actionService().isLoading.get());
+  run(ActionCase::fixGrammar);
+  desktop.alerts.close();
+  desktop.advance(1s);
+  EXPECT_EQ(editor->text, "teh cat");
+  EXPECT_EQ(desktop.pasteboard.text, "teh cat");
+  EXPECT_FALSE(loading.visible);
+  EXPECT_EQ(desktop.http.exchanges.size(), 1u);
+  EXPECT_EQ(app->statistics().read().providerUsage.count("Quillmark"), 1u);
+}
+
+TEST_F(DirectRun, usesTheCommandsOwnTemplateModelAndProvider) {
+  start();
+  editorWith("text");
+  Command command = commandOf(ActionCase::fixGrammar);
+  command.content = "";
+  command.model = "special";
+  command.behavior = ActionBehavior::copyToClipboard;
+  app->actionService().runCommand(command, true);
+  desktop.advance(100ms);
+  const Json body = parseJson(*request().request.body);
+  EXPECT_EQ(body["messages"].size(), 1u) << "an empty template is a template";
+  EXPECT_EQ(body["model"], "special");
+}
+
+TEST_F(DirectRun, fixesItsBehaviourAtTheTrigger) {
+  start();
+  const auto editor = editorWith("teh cat");
+  everyRequestIsAnswered("the cat");
+  run(ActionCase::fixGrammar);
+  app->actionService().defaultBehavior.set(ActionBehavior::copyToClipboard);
+  desktop.advance(1s);
+  EXPECT_EQ(editor->text, "the cat");
+}
+
+TEST_F(DirectRun, pastesTheSecondOfTwoTextsTwiceWhenTheyComeTooClose) {
+  start();
+  const auto editor = editorWith("");
+  SelectionCapture capture(desktop.queue, desktop.pasteboard, desktop.keyInjector);
+  capture.pasteText("one");
+  desktop.advance(50ms);
+  capture.pasteText("two");
+  desktop.advance(1s);
+  EXPECT_EQ(editor->text, "twotwo");
+}
+
+TEST_F(DirectRun, goesBackToTheApplicationThatWasInFrontBeforeTheTrigger) {
+  const struct {
+    Duration before;
+    bool goesToTheFirst;
+  } cases[] = {{300ms, true}, {700ms, false}};
+  start();
+  everyRequestIsAnswered("answer");
+  for (const auto& [before, goesToTheFirst] : cases) {
+    const auto first = editorWith("first");
+    const auto second = desktop.openEditor("Second", "second");
+    desktop.advance(before);
+    app->triggerCommand("fix-grammar-spelling");
+    desktop.advance(1s);
+    EXPECT_EQ(first->text == "answer", goesToTheFirst);
+    EXPECT_EQ(second->text == "answer", !goesToTheFirst);
+  }
+}
+
+struct Lookups : Scenario {};
+
+TEST_F(Lookups, sayWhichCommandIsMissing) {
+  start();
+  ActionService& service = app->actionService();
+  const std::pair<std::function<void()>, std::pair<std::string, std::string>> cases[] = {
+      {[&] { service.runCommandById(Uuid::random(), true); },
+       {"Command Not Found", "The command is not available. Did you delete it?"}},
+      {[&] { service.runCommandBySlug("no-such", true); },
+       {"Command Not Found", "No command found for slug no-such. Did you delete it?"}},
+      {[&] { service.runAction(ActionCase::asTweet, true); },
+       {"Command As Tweet Not Found", "The command As Tweet is not available. Did you delete it? You can add it again "
+                                      "with the 'Add Template' button."}},
+  };
+  for (const auto& [call, words] : cases) {
+    call();
+    desktop.queue.settle();
+    ASSERT_EQ(desktop.alerts.open.size(), 1u);
+    EXPECT_EQ(std::pair(desktop.alerts.open[0].title, desktop.alerts.open[0].message), words);
+    desktop.alerts.close();
+  }
+}
+
+TEST_F(Lookups, putTheLanguageIntoACopyOfTheStoredCommand) {
+  start();
+  editorWith("cat");
+  app->actionService().runAction(UserAction::translate("de"), true);
+  desktop.advance(1s);
+  EXPECT_THAT(*request().request.body, HasSubstr("translate the following text to de."));
+  EXPECT_EQ(commandOf(ActionCase::translate).type, UserAction(ActionCase::translate));
+  EXPECT_EQ(commandOf(ActionCase::translate).usageCount, 1);
+}
+
+TEST_F(Lookups, runADisabledCommandAllTheSame) {
+  start();
+  app->promptStore().prompts.mutate([](auto& list) { list.front().enabled = false; });
+  editorWith("teh cat");
+  app->actionService().runCommandBySlug("fix-grammar-spelling", true);
+  desktop.advance(1s);
+  EXPECT_EQ(desktop.http.exchanges.size(), 1u);
+}
+
+}  // namespace
+}  // namespace quillmark

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "base/Log.h"
+#include "platform/simulated/SimulatedDesktop.h"
+#include "shell/QuillmarkApp.h"
+
+namespace quillmark {
+
+using namespace std::chrono_literals;
+
+class SimulatedWindow : public PanelWindow {
+ public:
+  void moveTopLeft(Point corner) override { at = corner; }
+  void orderFront() override { visible = true; }
+  void close() override { visible = false; }
+
+  Point at;
+  bool visible = false;
+};
+
+/// The whole system on a simulated desktop, with the hosted service answering as the test says.
+struct Scenario : testing::Test {
+  Scenario() {
+    setLogSink([this](std::string_view line) { logLines.emplace_back(line); });
+    desktop.defaults.set("defaultBehavior", std::string("replaceSelection"));
+  }
+  ~Scenario() override {
+    setLogSink({});
+  }
+
+  /// Starts the system; a second call is a restart.
+  QuillmarkApp& start() {
+    app.reset();
+    app = std::make_unique<QuillmarkApp>(desktop.platform(), &loading, QuillmarkApp::Options{});
+    desktop.advance(1s);
+    return *app;
+  }
+
+  /// Opens an editor that has been in front for a while.
+  std::shared_ptr<SimulatedApplication> editorWith(const std::string& text) {
+    auto editor = desktop.openEditor("Editor", text);
+    desktop.advance(1min);
+    return editor;
+  }
+
+  static std::string answerJson(const std::string& content) {
+    Json json = parseJson(R"({"model":"m","object":"chat.completion","created":1,)"
+                          R"("choices":[{"index":0,"message":{"role":"assistant"}}]})");
+    json["choices"][0]["message"]["content"] = content;
+    return toText(json);
+  }
+  void everyRequestIsAnswered(const std::string& content) {
+    desktop.http.onRequest = [content](const auto& exchange) { exchange.answerJson(answerJson(content)); };
+  }
+  /// The one request under way.
+  const SimulatedHttpSession::Exchange& request() { return desktop.http.exchanges.back(); }
+
+  Command commandOf(ActionCase action) { return *app->promptStore().commandFor(action); }
+  /// Runs a built-in action with this behaviour, as its shortcut would.
+  void run(ActionCase action, std::optional<ActionBehavior> behavior = std::nullopt) {
+    Command command = commandOf(action);
+    command.behavior = behavior;
+    app->actionService().runCommand(command, true);
+  }
+
+  bool logged(const std::string& line) const {
+    return std::find(logLines.begin(), logLines.end(), line) != logLines.end();
+  }
+
+  std::vector<std::string> logLines;
+  SimulatedDesktop desktop;
+  SimulatedWindow loading;
+  std::unique_ptr<QuillmarkApp> app;
+};
+
+}  // namespace quillmark

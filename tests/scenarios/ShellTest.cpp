@@ -1,0 +1,182 @@
+#include "Scenario.h"
+
+namespace quillmark {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+
+constexpr KeyCombination controlAltG{5, KeyCombination::control | KeyCombination::option};
+
+void store(UserDefaults& defaults, const std::string& name, const KeyCombination& combination) {
+  defaults.set(GlobalShortcuts::defaultsKey(name), toText({{"carbonKeyCode", combination.carbonKeyCode},
+                                                           {"carbonModifiers", combination.carbonModifiers}}));
+}
+
+struct Shortcuts : Scenario {
+  std::vector<std::string> registered() {
+    std::vector<std::string> names;
+    for (const auto& [name, combination] : desktop.hotKeys.registered) {
+      names.push_back(name);
+    }
+    return names;
+  }
+};
+
+TEST_F(Shortcuts, runTheirCommandAlsoAfterARestart) {
+  store(desktop.defaults, "fixGrammar", controlAltG);
+  for (int i = 0; i < 2; ++i) {
+    start();
+    everyRequestIsAnswered("the cat");
+    const auto editor = editorWith("teh cat");
+    desktop.hotKeys.press(controlAltG);
+    desktop.advance(1s);
+    EXPECT_EQ(editor->text, "the cat");
+  }
+}
+
+TEST_F(Shortcuts, takeEffectWhenTheyAreStoredChangedOrRemoved) {
+  start();
+  EXPECT_THAT(registered(), ElementsAre());
+  store(desktop.defaults, "translate", controlAltG);
+  EXPECT_EQ(desktop.hotKeys.registered["translate"], controlAltG);
+  store(desktop.defaults, "translate", {6, KeyCombination::command});
+  EXPECT_EQ(desktop.hotKeys.registered["translate"].carbonKeyCode, 6);
+  store(desktop.defaults, "somethingElse", controlAltG);
+  desktop.defaults.set(GlobalShortcuts::defaultsKey("translate"), std::string("not json"));
+  EXPECT_THAT(registered(), ElementsAre());
+}
+
+TEST_F(Shortcuts, areRenewedWhenTheNumberOfCommandsChanges) {
+  start();
+  Command mine = Command::make("Mine", std::nullopt, "x", std::nullopt, CommandCategory::writing);
+  store(desktop.defaults, mine.shortcutName(), controlAltG);
+  EXPECT_THAT(registered(), ElementsAre()) << "no command has this name yet";
+  app->promptStore().prompts.mutate([&](auto& list) { list.push_back(mine); });
+  EXPECT_THAT(registered(), ElementsAre(mine.id.toString()));
+  app->promptStore().prompts.mutate([&](auto& list) { list.pop_back(); });
+  EXPECT_THAT(registered(), ElementsAre());
+}
+
+TEST_F(Shortcuts, ofTranslateUseTheFirstLanguage) {
+  store(desktop.defaults, "translate", controlAltG);
+  start();
+  editorWith("cat");
+  desktop.hotKeys.press(controlAltG);
+  desktop.advance(1s);
+  ASSERT_EQ(desktop.http.exchanges.size(), 1u);
+  EXPECT_THAT(*request().request.body, testing::HasSubstr("following text to en."));
+}
+
+struct StartUp : Scenario {};
+
+TEST_F(StartUp, knowsItsVersionBeforeAnyStoreLoads) {
+  desktop.defaults.set("appVersion", std::string("1.0.0"));
+  std::string atLoad;
+  const auto watch = desktop.defaults.changed.connect([&](const std::string& key) {
+    if (key == CustomPromptStore::userDefaultsKey) {
+      atLoad = *desktop.defaults.get<std::string>("appVersion");
+    }
+  });
+  start();
+  EXPECT_EQ(atLoad, "2.13.0");
+}
+
+TEST_F(StartUp, clearsARunThatAnEarlierProcessDidNotEnd) {
+  desktop.defaults.set("main.isLoading", true);
+  start();
+  EXPECT_EQ(desktop.defaults.get<bool>("main.isLoading"), false);
+}
+
+TEST_F(StartUp, endsAReviewRunWithALogLineAsLongAsThereIsNoPanel) {
+  start();
+  const auto editor = editorWith("teh cat");
+  run(ActionCase::fixGrammar, ActionBehavior::showReview);
+  EXPECT_FALSE(loading.visible);
+  EXPECT_FALSE(app->actionService().isLoading.get());
+  desktop.advance(1s);
+  EXPECT_THAT(logLines, Contains(testing::HasSubstr("The review panel is not part of this version yet")));
+  EXPECT_EQ(editor->text, "teh cat");
+}
+
+struct Menu : Scenario {
+  static std::vector<std::string> titles(const std::vector<MenuItem>& items) {
+    std::vector<std::string> result;
+    for (const auto& item : items) {
+      result.push_back(item.kind == MenuItem::Kind::divider ? "-" : item.title);
+    }
+    return result;
+  }
+  const MenuItem& item(const std::vector<MenuItem>& items, const std::string& title) {
+    const auto found = std::find_if(items.begin(), items.end(), [&](const auto& i) { return i.title == title; });
+    EXPECT_NE(found, items.end()) << title;
+    return *found;
+  }
+};
+
+TEST_F(Menu, hasItsRowsInOrder) {
+  start();
+  EXPECT_THAT(titles(app->menuBar().items()),
+              ElementsAre("Fix Grammar & Spelling", "Improve Text", "Simplify Language", "Make Text Longer",
+                          "Make Text Shorter", "Summarize", "Explain This", "Change tone", "Translate", "-",
+                          "Custom Action", "Prompting", "-", "Settings", "Help Center", "Check for Updates…", "Quit"));
+  app->promptStore().prompts.mutate([](auto& list) {
+    for (auto& command : list) {
+      command.enabled = command.type.kind == ActionCase::summarize || command.type.kind == ActionCase::improvePrompt;
+    }
+  });
+  EXPECT_THAT(titles(app->menuBar().items()), ElementsAre("Summarize", "-", "Prompting", "-", "Settings", "Help Center",
+                                                          "Check for Updates…", "Quit"));
+}
+
+TEST_F(Menu, runsWhatIsChosen) {
+  start();
+  everyRequestIsAnswered("answer");
+  const auto editor = editorWith("text");
+  item(item(app->menuBar().items(), "Change tone").children, "Witty").trigger();
+  desktop.advance(1s);
+  EXPECT_EQ(editor->text, "answer");
+  EXPECT_THAT(*request().request.body, testing::HasSubstr("to have a Witty tone"));
+}
+
+TEST_F(Menu, showsARunAndOffersNothingThatRunsMeanwhile) {
+  start();
+  int changes = 0;
+  const auto watch = app->menuBar().changed.connect([&] { ++changes; });
+  editorWith("text");
+  run(ActionCase::summarize);
+  EXPECT_GE(changes, 1);
+  const auto items = app->menuBar().items();
+  EXPECT_EQ(items[0].kind, MenuItem::Kind::progress);
+  EXPECT_EQ(items[0].title, "Processing request...");
+  for (const char* title : {"Summarize", "Translate", "Prompting"}) {
+    EXPECT_FALSE(item(items, title).enabled) << title;
+  }
+  for (const char* title : {"Settings", "Help Center", "Quit"}) {
+    EXPECT_TRUE(item(items, title).enabled) << title;
+  }
+}
+
+struct Indicator : Scenario {};
+
+TEST_F(Indicator, trailsThePointerTwentyTimesASecondAndThenRests) {
+  start();
+  editorWith("text");
+  desktop.screens.mouse = Point{100, 100};
+  run(ActionCase::summarize);
+  EXPECT_EQ(loading.at, (Point{125, 105}));
+  desktop.screens.mouse = Point{300, 200};
+  desktop.advance(49ms);
+  EXPECT_EQ(loading.at, (Point{125, 105}));
+  desktop.advance(1ms);
+  EXPECT_EQ(loading.at, (Point{325, 205}));
+  desktop.advance(1s);
+  request().fail("gone");
+  desktop.queue.settle();
+  desktop.alerts.close();
+  desktop.advance(100ms);
+  EXPECT_FALSE(desktop.queue.nextDue().has_value()) << "an idle program sleeps";
+}
+
+}  // namespace
+}  // namespace quillmark
