@@ -37,6 +37,7 @@ find_package(Qt6 REQUIRED COMPONENTS Widgets DBus Svg)
 function(quillmark_library)
   cmake_parse_arguments(lib "QT" "NAME" "LINK" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS *.cpp)
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")  # of the program that stands on this library
   add_library(${lib_NAME} STATIC ${sources})
   target_include_directories(${lib_NAME} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(${lib_NAME} PUBLIC ${lib_LINK})

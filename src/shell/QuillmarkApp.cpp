@@ -1,6 +1,7 @@
 #include "shell/QuillmarkApp.h"
 
 #include "base/Localization.h"
+#include "commands/RunningVersion.h"
 
 namespace quillmark {
 
@@ -40,7 +41,7 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
 }
 
 const Platform& QuillmarkApp::prepare(const Platform& platform) {
-  platform.defaults.set("appVersion", platform.bundle.shortVersion.value_or(""));
+  storeRunningVersion(platform.defaults, platform.bundle);
   return platform;
 }
 

@@ -1,0 +1,50 @@
+#include "cli/Session.h"
+
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "commands/RunningVersion.h"
+#include "platform/posix/DataDirectory.h"
+#include "platform/posix/SystemInfo.h"
+
+namespace quillmark::cli {
+
+void complain(const std::string& message) { std::fprintf(stderr, "quillmark: %s\n", message.c_str()); }
+
+void StandardErrorAlerts::present(const Alert& alert, std::function<void()> closed) {
+  complain(alert.title + (alert.message.empty() ? "" : ": " + alert.message));
+  closed();
+}
+
+int localServicePort() {
+  int port = AppConfig::defaultLocalPort;
+  if (const char* text = std::getenv("QUILLMARK_LOCAL_PORT")) {
+    std::from_chars(text, text + std::strlen(text), port);
+  }
+  return port;
+}
+
+Session::Session(const std::string& dataDirectory)
+    : defaults(defaultsFile(quillmark::dataDirectory(dataDirectory))),
+      locale("en"),
+      alertHandler(queue, alerts),
+      appConfig(defaults, localServicePort()),
+      transport(http, queue, bundle(), operatingSystem(), locale),
+      providerFactory({transport, queue, alertHandler, defaults, appConfig}),
+      promptStore(defaults),
+      variablesStore(defaults, locale),
+      providerStore(defaults) {
+  if (const auto& place = defaults.setAside()) {
+    complain("the stored settings were damaged; they are kept in " + *place);
+  }
+  if (const auto& problem = defaults.problem()) {
+    complain(*problem);
+  }
+  storeRunningVersion(defaults, bundle());
+  promptStore.load();
+  providerStore.load();
+}
+
+}  // namespace quillmark::cli

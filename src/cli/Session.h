@@ -1,0 +1,48 @@
+#pragma once
+
+#include <string>
+
+#include "commands/CustomPromptStore.h"
+#include "commands/VariablesStore.h"
+#include "platform/AlertHandler.h"
+#include "platform/posix/CurlHttpSession.h"
+#include "platform/posix/IcuLocaleInfo.h"
+#include "platform/posix/PosixMainQueue.h"
+#include "platform/posix/SqliteUserDefaults.h"
+#include "providers/ProviderFactory.h"
+#include "providers/ProviderStore.h"
+
+namespace quillmark::cli {
+
+/// Alerts as lines on standard error.
+class StandardErrorAlerts : public Alerts {
+ public:
+  void present(const Alert& alert, std::function<void()> closed) override;
+};
+
+/// Writes "quillmark: <message>" to standard error.
+void complain(const std::string& message);
+
+/// The services of the desktop program that need no desktop, over the same stored data.
+struct Session {
+  /// An empty directory means the user's. Loads the stores.
+  explicit Session(const std::string& dataDirectory);
+
+  PosixMainQueue queue;
+  SqliteUserDefaults defaults;
+  IcuLocaleInfo locale;
+  CurlHttpSession http;
+  StandardErrorAlerts alerts;
+  AlertHandler alertHandler;
+  AppConfig appConfig;
+  HttpTransport transport;
+  ProviderFactory providerFactory;
+  CustomPromptStore promptStore;
+  VariablesStore variablesStore;
+  ProviderStore providerStore;
+};
+
+/// The loopback port of a hosted service on this machine: QUILLMARK_LOCAL_PORT, or the usual one.
+int localServicePort();
+
+}  // namespace quillmark::cli
