@@ -1,0 +1,67 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <curl/curl.h>
+
+#include "platform/HttpSession.h"
+
+namespace quillmark {
+
+struct CurlHttpOptions {
+  using Clock = std::chrono::steady_clock;
+
+  std::string caBundle;               ///< a PEM file; the system's authorities when empty
+  std::chrono::seconds patience{60};  ///< how long a request may go without a byte in either direction
+  std::function<Clock::time_point()> now = Clock::now;  ///< asked on the session's thread
+};
+
+/// HTTP by libcurl on one thread, which starts with the first request and sleeps while there is nothing to do.
+/// Handlers run and are dropped on that thread; what one throws is logged and goes no further.
+class CurlHttpSession final : public HttpSession {
+ public:
+  CurlHttpSession();
+  explicit CurlHttpSession(CurlHttpOptions options);
+  /// Drops the requests under way. No handler runs any more when it returns; never destroy it inside one.
+  ~CurlHttpSession() override;
+
+  void start(HttpRequest request, HttpHandlers handlers) override;
+  std::string userAgentToken() const override;
+
+  /// Makes the thread compare its clock with the patience of each request, for a clock that is turned by hand. Any
+  /// thread.
+  void lookAtClock();
+
+ private:
+  class Transfer;
+
+  void run();
+  std::vector<std::unique_ptr<Transfer>> takeSubmitted();
+  void begin(std::unique_ptr<Transfer> transfer);
+  void finishDone();
+  void failOverdue();
+  int millisecondsToNextDeadline() const;
+  std::unique_ptr<Transfer> take(const Transfer* transfer);
+
+  const CurlHttpOptions options_;
+
+  std::mutex mutex_;  // guards the next four; never held while a handler runs
+  std::vector<std::unique_ptr<Transfer>> submitted_;
+  CURLM* wakeable_ = nullptr;  // the thread's handle while it can be woken
+  bool running_ = false;
+  std::thread thread_;
+  std::atomic<bool> stopping_ = false;
+
+  // The thread's own.
+  CURLM* multi_ = nullptr;
+  std::vector<std::unique_ptr<Transfer>> active_;
+};
+
+}  // namespace quillmark

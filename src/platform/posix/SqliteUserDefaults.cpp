@@ -1,0 +1,388 @@
+#include "platform/posix/SqliteUserDefaults.h"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+#include <limits>
+#include <utility>
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <sys/inotify.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "base/Json.h"
+#include "base/Log.h"
+#include "base/Text.h"
+
+namespace quillmark {
+namespace {
+
+/// How long a write waits for another process to finish its own.
+constexpr int busyMilliseconds = 2000;
+
+/// The files that belong to one database, by what is added to its name.
+constexpr std::array companions{"", "-wal", "-shm", "-journal"};
+
+/// The names of the types in the file, in the order of DefaultsValue's alternatives.
+constexpr std::array<std::string_view, std::variant_size_v<DefaultsValue>> typeNames{"boolean", "integer", "double",
+                                                                                     "string",  "data",    "strings"};
+
+std::optional<off_t> sizeOf(const std::string& file) {
+  struct stat status {};
+  return stat(file.c_str(), &status) == 0 ? std::optional(status.st_size) : std::nullopt;
+}
+
+/// Makes the missing directories above the file, for their owner only.
+void createDirectories(const std::string& file) {
+  for (auto slash = file.find('/', 1); slash != file.npos; slash = file.find('/', slash + 1)) {
+    mkdir(file.substr(0, slash).c_str(), 0700);  // what still fails shows when the file is opened
+  }
+}
+
+std::string timeStamp() {
+  const std::time_t now = std::time(nullptr);
+  std::tm parts{};
+  gmtime_r(&now, &parts);
+  std::array<char, 20> text{};
+  std::strftime(text.data(), text.size(), "%Y%m%dT%H%M%SZ", &parts);
+  return text.data();
+}
+
+void bindText(sqlite3_stmt* statement, int index, std::string_view text) {
+  sqlite3_bind_text64(statement, index, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
+}
+
+/// Binds a value; a list is encoded into `buffer`, which must outlive the statement's step.
+void bindValue(sqlite3_stmt* statement, int index, const DefaultsValue& value, std::string& buffer) {
+  if (const auto* boolean = std::get_if<bool>(&value)) {
+    sqlite3_bind_int(statement, index, *boolean ? 1 : 0);
+  } else if (const auto* integer = std::get_if<std::int64_t>(&value)) {
+    sqlite3_bind_int64(statement, index, *integer);
+  } else if (const auto* number = std::get_if<double>(&value)) {
+    sqlite3_bind_double(statement, index, *number);
+  } else if (const auto* string = std::get_if<std::string>(&value)) {
+    bindText(statement, index, *string);
+  } else if (const auto* data = std::get_if<Data>(&value)) {
+    sqlite3_bind_blob64(statement, index, data->bytes.data(), data->bytes.size(), SQLITE_STATIC);
+    if (data->bytes.empty()) {
+      sqlite3_bind_zeroblob(statement, index, 0);  // an empty range may have no address, which would mean null
+    }
+  } else {
+    buffer = toText(std::get<std::vector<std::string>>(value));
+    bindText(statement, index, buffer);
+  }
+}
+
+std::string columnBytes(sqlite3_stmt* statement, int column) {
+  const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, column));
+  const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement, column));
+  return bytes == nullptr ? std::string() : std::string(bytes, size);
+}
+
+/// Nothing for a value of a type that this version does not know.
+std::optional<DefaultsValue> columnValue(sqlite3_stmt* statement, int typeColumn, int column) {
+  const std::string type = columnBytes(statement, typeColumn);
+  if (type == "boolean") {
+    return sqlite3_column_int(statement, column) != 0;
+  }
+  if (type == "integer") {
+    return sqlite3_column_int64(statement, column);
+  }
+  if (type == "double") {
+    // SQLite stores what is not a number as null.
+    return sqlite3_column_type(statement, column) == SQLITE_NULL ? std::numeric_limits<double>::quiet_NaN()
+                                                                 : sqlite3_column_double(statement, column);
+  }
+  if (type == "string") {
+    return columnBytes(statement, column);
+  }
+  if (type == "data") {
+    return Data{columnBytes(statement, column)};
+  }
+  if (type == "strings") {
+    try {
+      return decodeArray<std::string>(parseJson(columnBytes(statement, column)), decodeJson<std::string>);
+    } catch (const DecodingError&) {
+      return std::nullopt;
+    }
+  }
+  return std::nullopt;
+}
+
+/// The file name in the form in which parameters can follow it.
+std::string uriOf(std::string file) {
+  for (const auto& [character, code] : {std::pair{"%", "%25"}, {"?", "%3f"}, {"#", "%23"}}) {
+    file = text::replacingAll(std::move(file), character, code);
+  }
+  return "file:" + file;
+}
+
+}  // namespace
+
+void SqliteUserDefaults::CloseDatabase::operator()(sqlite3* database) const { sqlite3_close_v2(database); }
+void SqliteUserDefaults::FinalizeStatement::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+
+SqliteUserDefaults::SqliteUserDefaults(std::string file) : file_(std::move(file)) {
+  Condition condition = open();
+  if (condition == Condition::damaged && moveAside()) {
+    log("The settings were damaged. They were set aside as " + *setAside_);
+    condition = open();
+  }
+  if (condition != Condition::good) {
+    log(*problem_);
+  }
+}
+
+SqliteUserDefaults::~SqliteUserDefaults() {
+  if (inotify_ >= 0) {
+    ::close(inotify_);
+  }
+}
+
+SqliteUserDefaults::Condition SqliteUserDefaults::open() {
+  problem_.reset();
+  if (const auto condition = prepareFile(); condition != Condition::good) {
+    return condition;
+  }
+  Condition condition = openDatabase(file_, SQLITE_OPEN_READWRITE);
+  if (condition == Condition::unusable && sizeOf(file_ + "-wal").value_or(0) == 0 &&
+      openDatabase(uriOf(file_) + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI) == Condition::good) {
+    // A directory that can't be written has no room for the log and its index. As there is no log, the file is
+    // complete, and nobody is going to change it.
+    condition = Condition::good;
+  }
+  return condition;
+}
+
+SqliteUserDefaults::Condition SqliteUserDefaults::prepareFile() {
+  createDirectories(file_);
+  // SQLite drops a log that has lost its database, and with it what the user made last.
+  if (sizeOf(file_).value_or(0) == 0 && sizeOf(file_ + "-wal").value_or(0) > 0) {
+    return Condition::damaged;
+  }
+  // Only a file that nobody has open yet may be opened and closed here: closing any descriptor of a file gives up all
+  // locks that this process holds on it (fcntl(2), record locks).
+  if (const int created = ::open(file_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600); created >= 0) {
+    ::close(created);
+  } else if (errno != EEXIST) {
+    problem_ = "The settings can't be stored in " + file_ + ": " + std::strerror(errno) + ".";
+    return Condition::unusable;
+  }
+  // New companions take the mode of the database; these were left by an earlier run or came from a copy.
+  for (const char* companion : companions) {
+    const std::string name = file_ + companion;
+    struct stat status {};
+    if (stat(name.c_str(), &status) == 0 && (status.st_mode & 0177) != 0) {
+      chmod(name.c_str(), 0600);
+    }
+  }
+  return Condition::good;
+}
+
+SqliteUserDefaults::Condition SqliteUserDefaults::openDatabase(const std::string& name, int flags) {
+  sqlite3* opened = nullptr;
+  int code = sqlite3_open_v2(name.c_str(), &opened, flags | SQLITE_OPEN_NOMUTEX, nullptr);
+  Database database(opened);
+  const auto execute = [&](const char* sql) {
+    if (code == SQLITE_OK) {
+      code = sqlite3_exec(opened, sql, nullptr, nullptr, nullptr);
+    }
+  };
+  const auto prepared = [&](const char* sql) {
+    sqlite3_stmt* statement = nullptr;
+    if (code == SQLITE_OK) {
+      code = sqlite3_prepare_v3(opened, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr);
+    }
+    return Statement(statement);
+  };
+  if (code == SQLITE_OK) {
+    sqlite3_busy_timeout(opened, busyMilliseconds);
+    // Closing a damaged file must not change it.
+    sqlite3_db_config(opened, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+  }
+  if (const auto check = prepared("PRAGMA quick_check(1)"); check) {
+    if (sqlite3_step(check.get()) == SQLITE_ROW && columnBytes(check.get(), 0) != "ok") {
+      code = SQLITE_CORRUPT;
+    } else {
+      code = sqlite3_reset(check.get());
+    }
+  }
+  if (code == SQLITE_OK && sqlite3_db_readonly(opened, "main") == 0) {
+    execute("PRAGMA journal_mode=WAL");
+    execute("PRAGMA synchronous=FULL");
+    execute("CREATE TABLE IF NOT EXISTS defaults (key TEXT PRIMARY KEY, type TEXT NOT NULL, value) WITHOUT ROWID");
+  }
+  auto readVersion = prepared("PRAGMA data_version");
+  auto select = prepared("SELECT key, type, value FROM defaults");
+  auto replace = prepared("REPLACE INTO defaults (key, type, value) VALUES (?, ?, ?)");
+  auto remove = prepared("DELETE FROM defaults WHERE key = ?");
+  if (code != SQLITE_OK) {
+    const bool damaged = code == SQLITE_NOTADB || code == SQLITE_CORRUPT;
+    problem_ = "The settings in " + file_ + " can't be used: " + sqlite3_errstr(code) + ".";
+    return damaged ? Condition::damaged : Condition::unusable;
+  }
+  problem_.reset();
+  sqlite3_db_config(opened, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
+  database_ = std::move(database);
+  readVersion_ = std::move(readVersion);
+  select_ = std::move(select);
+  replace_ = std::move(replace);
+  delete_ = std::move(remove);
+  version_ = -1;
+  refresh();
+  untold_.clear();
+  return Condition::good;
+}
+
+bool SqliteUserDefaults::moveAside() {
+  const std::string stem = file_ + ".damaged-" + timeStamp();
+  std::string place = stem;
+  for (int i = 2; sizeOf(place) || sizeOf(place + "-wal"); ++i) {
+    place = stem + "-" + std::to_string(i);
+  }
+  for (const char* companion : companions) {
+    if (rename((file_ + companion).c_str(), (place + companion).c_str()) != 0 && errno != ENOENT) {
+      problem_ = "The settings in " + file_ + " are damaged and can't be set aside: " + std::strerror(errno) + ".";
+      return false;
+    }
+  }
+  setAside_ = place;
+  return true;
+}
+
+/// Nothing when the file can't be read.
+std::optional<SqliteUserDefaults::Values> SqliteUserDefaults::readAll() const {
+  Values values;
+  while (sqlite3_step(select_.get()) == SQLITE_ROW) {
+    if (auto value = columnValue(select_.get(), 1, 2)) {
+      values.emplace(columnBytes(select_.get(), 0), std::move(*value));
+    }
+  }
+  if (sqlite3_reset(select_.get()) != SQLITE_OK) {
+    log("The settings can't be read: " + std::string(sqlite3_errmsg(database_.get())));
+    return std::nullopt;
+  }
+  return values;
+}
+
+void SqliteUserDefaults::refresh() const {
+  if (!database_) {
+    return;
+  }
+  const bool known = sqlite3_step(readVersion_.get()) == SQLITE_ROW;
+  const std::int64_t version = sqlite3_column_int64(readVersion_.get(), 0);
+  sqlite3_reset(readVersion_.get());
+  if (!known || version == version_) {
+    return;
+  }
+  // What is written between these two reads makes the version differ again.
+  version_ = version;
+  auto values = readAll();
+  if (!values) {
+    return;
+  }
+  for (const auto& [key, value] : *values) {
+    if (const auto old = values_.find(key); old == values_.end() || old->second != value) {
+      untold_.insert(key);
+    }
+  }
+  for (const auto& [key, value] : values_) {
+    if (!values->contains(key)) {
+      untold_.insert(key);
+    }
+  }
+  values_ = std::move(*values);
+}
+
+std::optional<DefaultsValue> SqliteUserDefaults::value(std::string_view key) const {
+  refresh();
+  const auto found = values_.find(key);
+  return found == values_.end() ? std::nullopt : std::optional(found->second);
+}
+
+bool SqliteUserDefaults::set(std::string_view key, DefaultsValue value) {
+  refresh();
+  const auto old = values_.find(key);
+  if (old == values_.end() || old->second != value) {
+    if (replace_) {
+      std::string buffer;
+      bindText(replace_.get(), 1, key);
+      bindText(replace_.get(), 2, typeNames[value.index()]);
+      bindValue(replace_.get(), 3, value, buffer);
+      if (!written(replace_.get(), key)) {
+        return false;
+      }
+    } else {
+      log("Could not store " + std::string(key) + ": " + problem_.value_or(""));
+      return false;
+    }
+    values_.insert_or_assign(std::string(key), std::move(value));
+  }
+  const std::string changedKey(key);
+  untold_.erase(changedKey);
+  changed.emit(changedKey);
+  return true;
+}
+
+void SqliteUserDefaults::remove(std::string_view key) {
+  refresh();
+  const auto old = values_.find(key);
+  if (old == values_.end()) {
+    return;
+  }
+  const std::string changedKey(key);
+  bindText(delete_.get(), 1, changedKey);
+  if (!written(delete_.get(), changedKey)) {
+    return;
+  }
+  values_.erase(old);
+  untold_.erase(changedKey);
+  changed.emit(changedKey);
+}
+
+/// Runs a statement as a transaction of its own, which has the file for writing from its beginning.
+bool SqliteUserDefaults::written(sqlite3_stmt* statement, std::string_view key) {
+  sqlite3_step(statement);
+  const bool stored = sqlite3_reset(statement) == SQLITE_OK;
+  if (stored) {
+    announceWrite();
+  } else {
+    log("Could not store " + std::string(key) + ": " + sqlite3_errmsg(database_.get()));
+  }
+  sqlite3_clear_bindings(statement);
+  return stored;
+}
+
+/// A transaction shows only after its last write to the log, when a watcher of the log has long been woken and has seen
+/// nothing new. So a writer says that it is done by a new time on the database file.
+void SqliteUserDefaults::announceWrite() const { utimensat(AT_FDCWD, file_.c_str(), nullptr, 0); }
+
+int SqliteUserDefaults::changeDescriptor() {
+  if (inotify_ < 0 && database_) {
+    inotify_ = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    // Other tools tell of nothing, but close the file when they are done.
+    if (inotify_ >= 0 && inotify_add_watch(inotify_, file_.c_str(), IN_ATTRIB | IN_CLOSE_WRITE) < 0) {
+      ::close(std::exchange(inotify_, -1));
+    }
+    refresh();
+    if (!untold_.empty()) {
+      announceWrite();  // makes the descriptor readable
+    }
+  }
+  return inotify_;
+}
+
+void SqliteUserDefaults::handleChange() {
+  std::array<char, 4096> events{};
+  while (inotify_ >= 0 && ::read(inotify_, events.data(), events.size()) > 0) {
+  }
+  refresh();
+  for (const auto& key : std::exchange(untold_, {})) {
+    changed.emit(key);
+  }
+}
+
+}  // namespace quillmark
