@@ -60,6 +60,7 @@ TEST_F(SpellingOf, wrongWordsAreCorrectedInTheirCasing) {
       {"I recieve your adress, definately.", "I receive your address, definitely."},
       {"We dont need alot of speling.", "We don't need a lot of spelling."},
       {"So i said", "So I said"},
+      {"teh documnet needs better grammer", "the document needs better grammar"},
       {"My freind is writting sentances; their adress is wierd.",
        "My friend is writing sentences; their address is weird."},
       {"Paris in the the spring", "Paris in the spring"},

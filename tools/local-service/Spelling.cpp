@@ -32,6 +32,15 @@ constexpr Slip commonSlips[] = {
     {"noone", "no one"},     {"eachother", "each other"},
 };
 
+std::string_view commonSlipFor(std::string_view lowerWord) {
+  for (const auto& slip : commonSlips) {
+    if (lowerWord == slip.wrong) {
+      return slip.right;
+    }
+  }
+  return {};
+}
+
 /// Whether two words differ only in letters doubled in one and single in the other, as in "adress".
 bool differInDoubling(std::string_view a, std::string_view b) {
   const auto singled = [](std::string_view word) {
@@ -107,9 +116,10 @@ std::string Spelling::corrected(std::string_view text) {
   std::size_t smallWords = 0;
   for (const auto& piece : pieces) {
     if (piece.isWord) {
+      const auto lower = text::lowerCased(piece.text);
       ++words;
-      unknown += isKnown(std::string(piece.text)) ? 0 : 1;
-      smallWords += isSmallEnglishWord(text::lowerCased(piece.text)) ? 1 : 0;
+      unknown += isKnown(std::string(piece.text)) || !commonSlipFor(lower).empty() ? 0 : 1;
+      smallWords += isSmallEnglishWord(lower) ? 1 : 0;
     }
   }
   if (words >= 5 && unknown * 2 > words && smallWords * 6 < words) {
@@ -162,10 +172,8 @@ const std::string& Spelling::replacementFor(const std::string& word) {
 
 std::string Spelling::findReplacement(const std::string& word) {
   const auto lower = text::lowerCased(word);
-  for (const auto& slip : commonSlips) {
-    if (lower == slip.wrong) {
-      return inCasing(std::string(slip.right), casingOf(word));
-    }
+  if (const auto right = commonSlipFor(lower); !right.empty()) {
+    return inCasing(std::string(right), casingOf(word));
   }
   if (lower == "i") {
     return "I";
