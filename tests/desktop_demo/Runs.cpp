@@ -1,5 +1,8 @@
 #include "desktop_demo/Runs.h"
 
+#include <cstdlib>
+#include <fstream>
+#include <functional>
 #include <thread>
 
 #include <signal.h>
@@ -100,20 +103,27 @@ Outcome terminal(const Programs& programs, const std::string&) {
   return {true, "3 triggers, no interrupt"};
 }
 
-/// Fills a clipboard manager's history, then looks whether it gets between us and the editor.
+/// Fills a clipboard manager's history, then looks whether it gets between us and the editor. `isAtWork` tells whether
+/// the manager has taken notice of what the owner put there.
 Outcome withClipboardManager(const Programs& programs, const std::string& editorKind,
-                             const std::vector<std::string>& command) {
+                             const std::vector<std::string>& command,
+                             const std::function<bool(Desk&, Process& manager)>& isAtWork) {
   Desk desk(programs);
-  const auto manager = desk.session().start(command, desk.home() / "manager.log");
+  auto manager = desk.session().start(command, desk.home() / "manager.log");
   std::this_thread::sleep_for(2s);
   std::unique_ptr<Process> owner;
   for (const auto* entry : {"an old secret", "old entry of teh clipboard"}) {
-    owner =
-        desk.session().start({"sh", "-c", std::string("printf '") + entry + "' | xclip -selection clipboard -quiet"});
+    const auto file = desk.home() / "entry";
+    std::ofstream(file) << entry;
+    owner = desk.session().start({"xclip", "-selection", "clipboard", "-quiet", "-in", file});
     std::this_thread::sleep_for(500ms);
   }
+  if (!manager->running() || !waitUntil([&] { return isAtWork(desk, *manager); }, 10s)) {
+    return {false, "the clipboard manager is not at work: nothing would be proved"};
+  }
   if (!manager->running()) {
-    return {false, "the clipboard manager did not stay"};
+    manager = desk.session().start(command, desk.home() / "manager.log");
+    std::this_thread::sleep_for(2s);
   }
   Editor editor(desk, editorKind);
   if (auto outcome = manyRuns(desk, editor, runsPerCase); !outcome.passed) {
@@ -131,11 +141,17 @@ Outcome withClipboardManager(const Programs& programs, const std::string& editor
 }
 
 Outcome copyq(const Programs& programs, const std::string& editorKind) {
-  return withClipboardManager(programs, editorKind, {"copyq"});
+  return withClipboardManager(programs, editorKind, {"copyq"}, [](Desk& desk, Process&) {
+    return desk.session().run({"sh", "-c", "test \"$(copyq size)\" -ge 2"}) == 0;
+  });
 }
 
+/// Clipman tells of its history only by the file that it writes at its end, so another one of it goes first.
 Outcome clipman(const Programs& programs, const std::string& editorKind) {
-  return withClipboardManager(programs, editorKind, {"xfce4-clipman"});
+  return withClipboardManager(programs, editorKind, {"xfce4-clipman"}, [](Desk& desk, Process& manager) {
+    manager.end();
+    return desk.session().run({"grep", "-q", "old entry", desk.home() / ".cache/xfce4/clipman/textsrc"}) == 0;
+  });
 }
 
 /// Two applications that hang with the clipboard in their hands: one that had it before the trigger, and one in front
@@ -145,7 +161,9 @@ Outcome hangingOwner(const Programs& programs, const std::string& editorKind) {
   auto& session = desk.session();
   Editor editor(desk, editorKind);
 
-  const auto owner = session.start({"xclip", "-selection", "clipboard", "-quiet", "-in", "/etc/hostname"});
+  const auto entry = desk.home() / "entry";
+  std::ofstream(entry) << "text of an application that hangs";
+  const auto owner = session.start({"xclip", "-selection", "clipboard", "-quiet", "-in", entry});
   const auto clipboardIsTaken = [&] {
     auto* reply = xcb_get_selection_owner_reply(
         session.connection(), xcb_get_selection_owner(session.connection(), session.atom("CLIPBOARD")), nullptr);
