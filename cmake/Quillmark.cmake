@@ -27,7 +27,7 @@ pkg_check_modules(sqlite REQUIRED IMPORTED_TARGET sqlite3)
 pkg_check_modules(curl REQUIRED IMPORTED_TARGET libcurl)
 pkg_check_modules(systemd REQUIRED IMPORTED_TARGET libsystemd)
 pkg_check_modules(xcb REQUIRED IMPORTED_TARGET
-                  xcb xcb-xtest xcb-xkb xcb-ewmh xcb-keysyms xcb-xfixes xkbcommon xkbcommon-x11)
+                  xcb xcb-xtest xcb-xkb xcb-randr xcb-xinput xcb-ewmh xcb-keysyms xcb-xfixes xkbcommon xkbcommon-x11)
 pkg_check_modules(hunspell REQUIRED IMPORTED_TARGET hunspell)
 find_package(Qt6 REQUIRED COMPONENTS Widgets DBus Svg)
 

@@ -1,0 +1,232 @@
+#include "desktop_demo/Desk.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+#include "platform/posix/SqliteUserDefaults.h"
+
+namespace quillmark::demo {
+namespace {
+
+using namespace std::chrono_literals;
+
+std::string readFile(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  std::ostringstream contents;
+  contents << stream.rdbuf();
+  return contents.str();
+}
+
+void writeFile(const std::filesystem::path& file, std::string_view contents) {
+  std::filesystem::create_directories(file.parent_path());
+  std::ofstream(file, std::ios::binary) << contents;
+}
+
+/// The port behind "listening on http://127.0.0.1:" in the service's output.
+std::string waitForPort(const std::filesystem::path& output) {
+  constexpr std::string_view label = "listening on http://127.0.0.1:";
+  std::string port;
+  if (!waitUntil([&] {
+        const auto text = readFile(output);
+        const auto at = text.find(label);
+        const auto end = text.find('\n');
+        if (at == std::string::npos || end == std::string::npos) {
+          return false;
+        }
+        port = text.substr(at + label.size(), end - at - label.size());
+        return true;
+      })) {
+    throw std::runtime_error("the local service does not listen: " + readFile(output));
+  }
+  return port;
+}
+
+}  // namespace
+
+Sample sampleText(int number) {
+  struct Pair {
+    std::string_view wrong;
+    std::string_view right;
+  };
+  constexpr std::array<Pair, 6> openings = {{{"teh", "the"},
+                                             {"wich", "which"},
+                                             {"becuase the", "because the"},
+                                             {"untill the", "until the"},
+                                             {"i beleive the", "I believe the"},
+                                             {"definately the", "definitely the"}}};
+  constexpr std::array<Pair, 5> subjects = {{{"cat", "cat"},
+                                             {"documnet", "document"},
+                                             {"goverment", "government"},
+                                             {"freind", "friend"},
+                                             {"sentance", "sentence"}}};
+  constexpr std::array<Pair, 7> endings = {{{"is wierd", "is weird"},
+                                            {"will recieve it tommorow", "will receive it tomorrow"},
+                                            {"has a seperate adress", "has a separate address"},
+                                            {"occured again", "occurred again"},
+                                            {"is writting", "is writing"},
+                                            {"sat on teh mat", "sat on the mat"},
+                                            {"needs better grammer", "needs better grammar"}}};
+  const auto pick = [number](const auto& list) { return list[static_cast<std::size_t>(number) % list.size()]; };
+  Sample sample;
+  const auto add = [&sample](std::string_view wrong, std::string_view right) {
+    sample.typed += wrong;
+    sample.corrected += right;
+  };
+  for (const Pair& pair : {pick(openings), pick(subjects), pick(endings)}) {
+    add(pair.wrong, pair.right);
+    add(" ", " ");
+  }
+  const auto name = "n" + std::to_string(number);
+  add(name, name);
+  if (number % 3 == 2) {
+    add("\n\nteh end", "\n\nthe end");
+  }
+  return sample;
+}
+
+void prepareData(const std::filesystem::path& directory) {
+  std::filesystem::create_directories(directory);
+  SqliteUserDefaults defaults(directory / "defaults.sqlite");
+  const std::pair<const char*, DefaultsValue> settings[] = {
+      {"useLocalApi", true},
+      {"hasCompletedOnboarding", true},
+      {"defaultBehavior", std::string("replaceSelection")},
+      {"KeyboardShortcuts_fixGrammar", std::string(R"({"carbonKeyCode":5,"carbonModifiers":6144})")},
+  };
+  for (const auto& [key, value] : settings) {
+    if (!defaults.set(key, value)) {
+      throw std::runtime_error(std::string("the setting ") + key + " can't be stored");
+    }
+  }
+}
+
+Desk::Desk(const Programs& programs, std::chrono::milliseconds serviceDelay) : trace_(session_.home() / "trace") {
+  auto& environment = session_.environment();
+  const auto busSocket = session_.home() / "bus";
+  environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + busSocket.string();
+  environment["QUILLMARK_TRACE"] = trace_.file();
+  bus_ = session_.start(
+      {"dbus-daemon", "--session", "--nofork", "--nopidfile", "--address=" + environment["DBUS_SESSION_BUS_ADDRESS"]});
+  if (!waitUntil([&] { return std::filesystem::exists(busSocket); })) {
+    throw std::runtime_error("the session bus does not come up");
+  }
+
+  const auto serviceOutput = session_.home() / "service.log";
+  service_ = session_.start({programs.service, "--port", "0", "--delay-ms", std::to_string(serviceDelay.count())},
+                            serviceOutput);
+  environment["QUILLMARK_LOCAL_PORT"] = waitForPort(serviceOutput);
+
+  // Editors that add a line end of their own when they save would change what is compared.
+  writeFile(session_.home() / ".config/featherpad/fp.conf", "[text]\nappendEmptyLine=false\n");
+
+  const auto data = session_.home() / "data";
+  prepareData(data);
+  quillmark_ = session_.start({programs.quillmark, "--data-dir", data}, session_.home() / "quillmark.log");
+  if (!waitUntil(
+          [this] { return !quillmark_->running() || trace_.momentOf("tray ready") || trace_.momentOf("ready"); }) ||
+      !quillmark_->running()) {
+    throw std::runtime_error("Quillmark does not come up: " + quillmarkLog());
+  }
+}
+
+void Desk::pressHotKey() {
+  for (const auto* key : {"Control_L", "Alt_L", "g"}) {
+    session_.press(key);
+  }
+}
+
+void Desk::releaseHotKeyModifiers() {
+  session_.release("Alt_L");
+  session_.release("Control_L");
+}
+
+void Desk::triggerHotKey() {
+  pressHotKey();
+  session_.release("g");
+  releaseHotKeyModifiers();
+}
+
+std::string Desk::quillmarkLog() const {
+  constexpr std::size_t enough = 2000;
+  const auto log = readFile(session_.home() / "quillmark.log");
+  return log.size() <= enough ? log : log.substr(log.size() - enough);
+}
+
+void Desk::takePicture(const std::filesystem::path& file) const {
+  if (session_.run({"import", "-silent", "-window", "root", file}) != 0) {
+    throw std::runtime_error("no picture of the screen");
+  }
+}
+
+Editor::Editor(Desk& desk, const std::string& kind, const std::string& contents)
+    : desk_(desk), file_(desk.home() / "letter.txt") {
+  writeFile(file_, contents);
+  if (kind == "mousepad") {
+    process_ = desk.session().start({"mousepad", "--disable-server", file_});
+  } else if (kind == "featherpad") {
+    process_ = desk.session().start({"featherpad", "--standalone", file_});
+  } else {
+    throw std::runtime_error("no such editor: " + kind);
+  }
+  window_ = desk.session().waitForWindow(process_->pid());
+  if (!waitUntil([this] {
+        for (const auto& window : desk_.session().windows()) {
+          if (window.id == window_.id && window.title.find("letter.txt") != std::string::npos) {
+            return true;
+          }
+        }
+        return false;
+      })) {
+    throw std::runtime_error(kind + " does not open the file");
+  }
+  focus();
+}
+
+void Editor::focus() { desk_.session().activate(window_.id); }
+
+void Editor::write(const std::string& text) {
+  selectAll();
+  desk_.session().type(text);
+  if (!savesAs(text, 20s)) {
+    throw std::runtime_error("the editor did not take what was typed: " + shown(fileContents()));
+  }
+}
+
+void Editor::selectAll() { desk_.session().tap({"Control_L", "a"}); }
+
+void Editor::deselect() { desk_.session().tap({"Control_L", "End"}); }
+
+bool Editor::savesAs(const std::string& text, std::chrono::milliseconds deadline) {
+  auto nextSave = Moment{};
+  auto pause = 10ms;
+  return waitUntil(
+      [&] {
+        if (fileContents() == text) {
+          return true;
+        }
+        // A save that overtook the paste is repeated; ever less often, for the editor has a large text to write.
+        if (now() > nextSave) {
+          desk_.session().tap({"Control_L", "s"});
+          nextSave = now() + pause;
+          pause = std::min(pause * 2, 200ms);
+        }
+        return false;
+      },
+      deadline);
+}
+
+std::string Editor::fileContents() const { return readFile(file_); }
+
+std::string shown(std::string_view text) {
+  constexpr std::size_t enough = 120;
+  std::string result = "\"";
+  for (const char c : text.substr(0, enough)) {
+    result += c == '\n' ? std::string("\\n") : c == '\t' ? std::string("\\t") : std::string(1, c);
+  }
+  return result + (text.size() > enough ? "...\" (" + std::to_string(text.size()) + " bytes)" : "\"");
+}
+
+}  // namespace quillmark::demo

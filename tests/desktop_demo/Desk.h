@@ -1,0 +1,88 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "desktop_demo/Trace.h"
+#include "support/XSession.h"
+
+namespace quillmark::demo {
+
+struct Programs {
+  std::filesystem::path quillmark;
+  std::filesystem::path service;
+};
+
+/// A text as somebody types it, and as it should come out.
+struct Sample {
+  std::string typed;
+  std::string corrected;
+};
+
+/// A sentence or two with spelling mistakes, another one for each number.
+Sample sampleText(int number);
+
+/// Stores the settings that a run needs: the local service, results that replace the selection, and Control+Alt+G for
+/// correcting.
+void prepareData(const std::filesystem::path& directory);
+
+/// A screen with a session bus, the local service and Quillmark, ready to take its hot key.
+class Desk {
+ public:
+  /// `serviceDelay` is the service's latency. Throws std::runtime_error when something does not come up.
+  explicit Desk(const Programs& programs, std::chrono::milliseconds serviceDelay = {});
+
+  XSession& session() { return session_; }
+  Trace& trace() { return trace_; }
+  const std::filesystem::path& home() const { return session_.home(); }
+
+  void pressHotKey();
+  void releaseHotKeyModifiers();
+  /// Presses and releases all of it as fingers do.
+  void triggerHotKey();
+
+  /// Whether the program still runs, and the end of its output.
+  bool quillmarkRuns() { return quillmark_->running(); }
+  std::string quillmarkLog() const;
+
+  void takePicture(const std::filesystem::path& file) const;
+
+ private:
+  XSession session_;
+  Trace trace_;
+  std::unique_ptr<Process> bus_;
+  std::unique_ptr<Process> service_;
+  std::unique_ptr<Process> quillmark_;
+};
+
+/// A real editor with one file open.
+class Editor {
+ public:
+  /// `kind` is "mousepad" or "featherpad".
+  Editor(Desk& desk, const std::string& kind, const std::string& contents = "");
+
+  pid_t pid() const { return process_->pid(); }
+  void focus();
+  /// Replaces everything by typing, saves, and waits until the file holds just that.
+  void write(const std::string& text);
+  void selectAll();
+  /// Leaves nothing selected.
+  void deselect();
+  /// Saves again and again until the file holds the text, or the deadline is over.
+  bool savesAs(const std::string& text, std::chrono::milliseconds deadline);
+  std::string fileContents() const;
+
+ private:
+  Desk& desk_;
+  std::filesystem::path file_;
+  std::unique_ptr<Process> process_;
+  XSession::Window window_;
+};
+
+/// Text for a report: control characters visible, long texts cut.
+std::string shown(std::string_view text);
+
+}  // namespace quillmark::demo

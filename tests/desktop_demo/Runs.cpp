@@ -1,0 +1,300 @@
+#include "desktop_demo/Runs.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <thread>
+
+#include <signal.h>
+
+namespace quillmark::demo {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto answerDeadline = 15s;
+constexpr int runsPerCase = 10;
+
+Outcome failed(Desk& desk, const std::string& reason) {
+  return {false, desk.quillmarkRuns() ? reason : reason + "; Quillmark has ended: " + desk.quillmarkLog()};
+}
+
+std::string marksOf(const Trace& trace) {
+  std::string events;
+  for (const auto& mark : trace.later()) {
+    events += (events.empty() ? "" : ", ") + mark.event;
+  }
+  return events.empty() ? "no trace" : "trace: " + events;
+}
+
+/// Waits for the corrected text after the hot key.
+Outcome awaitCorrection(Desk& desk, Editor& editor, const std::string& expected, std::chrono::milliseconds deadline,
+                        Latencies* latencies = nullptr) {
+  if (!waitUntil([&] { return desk.trace().momentOf("paste key posted").has_value(); }, deadline)) {
+    return failed(desk, "nothing was pasted; " + marksOf(desk.trace()));
+  }
+  if (!editor.savesAs(expected, deadline)) {
+    return failed(desk, "expected " + shown(expected) + ", saved " + shown(editor.fileContents()));
+  }
+  if (latencies != nullptr) {
+    latencies->add(desk.trace(), now());
+  }
+  return {true, shown(expected)};
+}
+
+/// Triggers with nothing selected: no text may be sent, least of all an old clipboard.
+Outcome runWithoutSelection(Desk& desk, Editor& editor) {
+  const auto before = editor.fileContents();
+  editor.deselect();
+  desk.trace().startAnew();
+  desk.triggerHotKey();
+  if (!waitUntil([&] { return desk.trace().momentOf("copy key posted").has_value(); }, 5s)) {
+    return failed(desk, "the hot key was not taken; " + marksOf(desk.trace()));
+  }
+  // Far longer than a copy takes.
+  if (waitUntil([&] { return desk.trace().momentOf("request sent").has_value(); }, 2s)) {
+    return failed(desk, "a text was sent though nothing was selected");
+  }
+  // A letter more, so that the editor has something to save.
+  desk.session().type("x");
+  if (!editor.savesAs(before + "x", 5s)) {
+    return failed(desk, "the text changed though nothing was selected: " + shown(editor.fileContents()));
+  }
+  return {true, ""};
+}
+
+Outcome manyRuns(Desk& desk, Editor& editor, int count) {
+  for (int number = 0; number < count; ++number) {
+    if (auto outcome = runOnce(desk, editor, number); !outcome.passed) {
+      return {false, "run " + std::to_string(number + 1) + ": " + outcome.reason};
+    }
+  }
+  return {true, std::to_string(count) + " runs"};
+}
+
+Outcome terminal(const Programs& programs, const std::string&) {
+  Desk desk(programs);
+  const auto interrupted = desk.home() / "interrupted";
+  const auto ready = desk.home() / "ready";
+  const auto script =
+      "trap 'touch " + interrupted.string() + "' INT; touch " + ready.string() + "; while :; do sleep 1000; done";
+  const auto process = desk.session().start({"xterm", "-e", "sh", "-c", script});
+  const auto window = desk.session().waitForWindow("XTerm");
+  if (!waitUntil([&] { return std::filesystem::exists(ready); })) {
+    return {false, "the shell in the terminal did not start"};
+  }
+  desk.session().activate(window.id);
+  for (int i = 0; i < 3; ++i) {
+    desk.trace().startAnew();
+    desk.triggerHotKey();
+    if (!waitUntil([&] { return desk.trace().momentOf("hot key released").has_value(); }, 5s)) {
+      return failed(desk, "the hot key was not taken; " + marksOf(desk.trace()));
+    }
+    std::this_thread::sleep_for(1s);
+    if (std::filesystem::exists(interrupted)) {
+      return failed(desk, "the copy key interrupted the program in the terminal");
+    }
+  }
+  // The other half of the proof: a real Control+C does arrive there.
+  desk.session().tap({"Control_L", "c"});
+  if (!waitUntil([&] { return std::filesystem::exists(interrupted); }, 5s)) {
+    return {false, "the terminal takes no keys at all: nothing was proved"};
+  }
+  return {true, "3 triggers, no interrupt"};
+}
+
+/// Fills a clipboard manager's history, then looks whether it gets between us and the editor. `isAtWork` tells whether
+/// the manager has taken notice of what the owner put there.
+Outcome withClipboardManager(const Programs& programs, const std::string& editorKind,
+                             const std::vector<std::string>& command,
+                             const std::function<bool(Desk&, Process& manager)>& isAtWork) {
+  Desk desk(programs);
+  auto manager = desk.session().start(command, desk.home() / "manager.log");
+  std::this_thread::sleep_for(2s);
+  std::unique_ptr<Process> owner;
+  for (const auto* entry : {"an old secret", "old entry of teh clipboard"}) {
+    const auto file = desk.home() / "entry";
+    std::ofstream(file) << entry;
+    owner = desk.session().start({"xclip", "-selection", "clipboard", "-quiet", "-in", file});
+    std::this_thread::sleep_for(500ms);
+  }
+  if (!manager->running() || !waitUntil([&] { return isAtWork(desk, *manager); }, 10s)) {
+    return {false, "the clipboard manager is not at work: nothing would be proved"};
+  }
+  if (!manager->running()) {
+    manager = desk.session().start(command, desk.home() / "manager.log");
+    std::this_thread::sleep_for(2s);
+  }
+  Editor editor(desk, editorKind);
+  if (auto outcome = manyRuns(desk, editor, runsPerCase); !outcome.passed) {
+    return outcome;
+  }
+  for (int i = 0; i < 3; ++i) {
+    if (auto outcome = runWithoutSelection(desk, editor); !outcome.passed) {
+      return outcome;
+    }
+  }
+  if (!manager->running()) {
+    return {false, "the clipboard manager ended meanwhile"};
+  }
+  return {true, std::to_string(runsPerCase) + " runs with a selection, 3 without"};
+}
+
+Outcome copyq(const Programs& programs, const std::string& editorKind) {
+  return withClipboardManager(programs, editorKind, {"copyq"}, [](Desk& desk, Process&) {
+    return desk.session().run({"sh", "-c", "test \"$(copyq size)\" -ge 2"}) == 0;
+  });
+}
+
+/// Clipman tells of its history only by the file that it writes at its end, so another one of it goes first.
+Outcome clipman(const Programs& programs, const std::string& editorKind) {
+  return withClipboardManager(programs, editorKind, {"xfce4-clipman"}, [](Desk& desk, Process& manager) {
+    manager.end();
+    return desk.session().run({"grep", "-q", "old entry", desk.home() / ".cache/xfce4/clipman/textsrc"}) == 0;
+  });
+}
+
+/// Two applications that hang with the clipboard in their hands: one that had it before the trigger, and one in front
+/// that takes it on the copy key and never hands it out.
+Outcome hangingOwner(const Programs& programs, const std::string& editorKind) {
+  Desk desk(programs);
+  auto& session = desk.session();
+  Editor editor(desk, editorKind);
+
+  const auto entry = desk.home() / "entry";
+  std::ofstream(entry) << "text of an application that hangs";
+  const auto owner = session.start({"xclip", "-selection", "clipboard", "-quiet", "-in", entry});
+  const auto clipboardIsTaken = [&] {
+    auto* reply = xcb_get_selection_owner_reply(
+        session.connection(), xcb_get_selection_owner(session.connection(), session.atom("CLIPBOARD")), nullptr);
+    const bool taken = reply != nullptr && reply->owner != XCB_NONE;
+    std::free(reply);
+    return taken;
+  };
+  if (!waitUntil(clipboardIsTaken)) {
+    return {false, "nobody took the clipboard"};
+  }
+  owner->signal(SIGSTOP);
+  if (auto outcome = runOnce(desk, editor, 1); !outcome.passed) {
+    return {false, "with a stopped owner: " + outcome.reason};
+  }
+
+  const auto silent = session.createWindow("Silent", 0, "never answers");
+  const std::uint32_t events = XCB_EVENT_MASK_KEY_PRESS;
+  xcb_change_window_attributes(session.connection(), silent, XCB_CW_EVENT_MASK, &events);
+  session.activate(silent);
+  const auto c = session.keyCode("c");
+  desk.trace().startAnew();
+  desk.triggerHotKey();
+  bool copied = false;
+  waitUntil(
+      [&] {
+        while (auto* event = xcb_poll_for_event(session.connection())) {
+          if ((event->response_type & 0x7F) == XCB_KEY_PRESS) {
+            const auto* key = reinterpret_cast<xcb_key_press_event_t*>(event);
+            if (key->detail == c && (key->state & XCB_MOD_MASK_CONTROL) != 0) {
+              xcb_set_selection_owner(session.connection(), silent, session.atom("CLIPBOARD"), key->time);
+              xcb_flush(session.connection());
+              copied = true;
+            }
+          }
+          std::free(event);
+        }
+        return copied;
+      },
+      5s);
+  if (!copied) {
+    return failed(desk, "the copy key did not reach the window; " + marksOf(desk.trace()));
+  }
+  // The editor comes to the front while the read may still be waiting; its run must get through in the end.
+  editor.focus();
+  std::this_thread::sleep_for(3s);
+  if (auto outcome = runOnce(desk, editor, 2); !outcome.passed) {
+    return {false, "after an owner that never answered: " + outcome.reason};
+  }
+  return {true, "runs worked beside and after both"};
+}
+
+Outcome heldModifiers(const Programs& programs, const std::string& editorKind) {
+  Desk desk(programs);
+  Editor editor(desk, editorKind);
+  for (int number = 0; number < runsPerCase; ++number) {
+    const auto sample = sampleText(number);
+    editor.write(sample.typed);
+    editor.selectAll();
+    desk.trace().startAnew();
+    desk.pressHotKey();
+    desk.session().release("g");
+    std::this_thread::sleep_for(300ms);
+    desk.releaseHotKeyModifiers();
+    if (auto outcome = awaitCorrection(desk, editor, sample.corrected, answerDeadline); !outcome.passed) {
+      return {false, "run " + std::to_string(number + 1) + ": " + outcome.reason};
+    }
+  }
+  return {true, std::to_string(runsPerCase) + " runs"};
+}
+
+Outcome large(const Programs& programs, const std::string& editorKind) {
+  constexpr std::size_t size = 300'000;
+  Sample whole;
+  for (int number = 0; whole.typed.size() < size; ++number) {
+    const auto sample = sampleText(number);
+    whole.typed += sample.typed + ".\n";
+    whole.corrected += sample.corrected + ".\n";
+  }
+  Desk desk(programs);
+  Editor editor(desk, editorKind, whole.typed);
+  std::this_thread::sleep_for(1s);  // editors load large files after they show their window
+  editor.selectAll();
+  desk.trace().startAnew();
+  desk.triggerHotKey();
+  auto outcome = awaitCorrection(desk, editor, whole.corrected, 60s);
+  return outcome.passed ? Outcome{true, std::to_string(whole.typed.size()) + " bytes"} : outcome;
+}
+
+}  // namespace
+
+Outcome runOnce(Desk& desk, Editor& editor, int number, Latencies* latencies) {
+  const auto sample = sampleText(number);
+  editor.write(sample.typed);
+  editor.selectAll();
+  desk.trace().startAnew();
+  desk.triggerHotKey();
+  return awaitCorrection(desk, editor, sample.corrected, answerDeadline, latencies);
+}
+
+Outcome takePictures(const Programs& programs, const std::string& editorKind, const std::filesystem::path& directory) {
+  Desk desk(programs, 1500ms);
+  Editor editor(desk, editorKind);
+  const auto sample = sampleText(2);
+  editor.write(sample.typed);
+  editor.selectAll();
+  desk.takePicture(directory / "before.png");
+  desk.trace().startAnew();
+  desk.triggerHotKey();
+  if (!waitUntil([&] { return desk.trace().momentOf("request sent").has_value(); }, answerDeadline)) {
+    return failed(desk, "no request was sent; " + marksOf(desk.trace()));
+  }
+  std::this_thread::sleep_for(500ms);  // into the middle of the service's delay
+  desk.takePicture(directory / "during.png");
+  if (desk.trace().momentOf("answer received")) {
+    return {false, "the answer came before the picture of the waiting"};
+  }
+  auto outcome = awaitCorrection(desk, editor, sample.corrected, answerDeadline);
+  desk.takePicture(directory / "after.png");
+  return outcome;
+}
+
+const std::vector<Case>& cases() {
+  static const std::vector<Case> all = {
+      {"terminal", "the copy key is no interrupt in a terminal", terminal},
+      {"copyq", "beside the clipboard manager CopyQ", copyq},
+      {"clipman", "beside the clipboard manager Clipman", clipman},
+      {"hanging-owner", "applications that hang with the clipboard in their hands", hangingOwner},
+      {"held-modifiers", "the hot key's modifiers are held 300 ms too long", heldModifiers},
+      {"large", "a selection of 300 kB", large},
+  };
+  return all;
+}
+
+}  // namespace quillmark::demo

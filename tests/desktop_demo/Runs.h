@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "desktop_demo/Desk.h"
+
+namespace quillmark::demo {
+
+struct Outcome {
+  bool passed = false;
+  std::string reason;
+};
+
+/// Types a text, selects it, triggers the hot key and waits until the editor saves the corrected text.
+Outcome runOnce(Desk& desk, Editor& editor, int number, Latencies* latencies = nullptr);
+
+/// One run with a slow service, pictured before, while the answer is awaited, and after.
+Outcome takePictures(const Programs& programs, const std::string& editorKind, const std::filesystem::path& directory);
+
+struct Case {
+  std::string_view name;
+  std::string_view about;
+  Outcome (*run)(const Programs&, const std::string& editorKind);
+};
+
+/// What goes on beside the ordinary run on real desktops.
+const std::vector<Case>& cases();
+
+}  // namespace quillmark::demo

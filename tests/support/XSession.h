@@ -1,0 +1,128 @@
+#pragma once
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <sys/types.h>
+#include <xcb/xcb.h>
+
+namespace quillmark {
+
+/// Looks again every few milliseconds until the condition holds; false after the deadline.
+bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds deadline = std::chrono::seconds(20));
+
+/// A program that was started and is ended with its object.
+class Process {
+ public:
+  /// Throws std::runtime_error when the program can't be started.
+  Process(const std::vector<std::string>& arguments, const std::map<std::string, std::string>& environment,
+          int inheritedDescriptor = -1, const std::filesystem::path& outputFile = "/dev/null");
+  Process(const Process&) = delete;
+  Process& operator=(const Process&) = delete;
+  ~Process();
+
+  pid_t pid() const { return pid_; }
+  bool running();
+  void signal(int number) const;
+  /// Asks it to end, insists after two seconds, and waits for the end.
+  void end();
+  /// Waits for the program to end by itself; nothing when it does not, or was killed.
+  std::optional<int> exitStatus(std::chrono::milliseconds deadline = std::chrono::seconds(20));
+
+ private:
+  pid_t pid_ = -1;
+  std::optional<int> status_;
+};
+
+/// A screen of its own (Xvfb) with a window manager (openbox), a clean home directory and somebody at the keyboard.
+/// Throws std::runtime_error when it does not come up. The methods throw the same when what they need is not there.
+class XSession {
+ public:
+  XSession();
+  XSession(const XSession&) = delete;
+  XSession& operator=(const XSession&) = delete;
+  ~XSession();
+
+  /// ":17"
+  const std::string& display() const { return display_; }
+  const std::filesystem::path& home() const { return home_; }
+  /// What programs of the session get: the display, the home directory, no session bus, and little else.
+  std::map<std::string, std::string>& environment() { return environment_; }
+
+  std::unique_ptr<Process> start(const std::vector<std::string>& arguments,
+                                 const std::filesystem::path& outputFile = "/dev/null") const;
+  /// Runs a program to its end and returns its exit status.
+  int run(const std::vector<std::string>& arguments, const std::filesystem::path& outputFile = "/dev/null") const;
+
+  /// Ends the X server under everybody's feet.
+  void endServer();
+
+  // The keyboard. Keys are X key codes; names are those of keysyms ("c", "Return", "Control_L").
+  /// setxkbmap's arguments, such as {"us,ru"}; returns when the new map is in force.
+  void setKeyboardLayout(const std::vector<std::string>& arguments);
+  void lockGroup(int group);
+  int lockedGroup();
+  xcb_keycode_t keyCode(std::string_view keysymName);
+  /// On the keyboard itself, not by the extension for tests: what a person's fingers do.
+  void press(xcb_keycode_t key);
+  void release(xcb_keycode_t key);
+  void press(std::string_view keysymName) { press(keyCode(keysymName)); }
+  void release(std::string_view keysymName) { release(keyCode(keysymName)); }
+  /// Presses the keys in order and releases them in the opposite order.
+  void tap(const std::vector<std::string_view>& keysymNames);
+  /// Letters, digits and blanks that stand on the first level of the present layout.
+  void type(std::string_view text);
+  /// Whether the server takes the key as pressed.
+  bool isPressed(xcb_keycode_t key);
+
+  // Windows that the window manager knows.
+  struct Window {
+    xcb_window_t id = 0;
+    std::string windowClass;
+    std::string title;
+    pid_t pid = 0;
+  };
+  std::vector<Window> windows();
+  /// Waits until the process, or a class, has a window.
+  Window waitForWindow(pid_t pid);
+  Window waitForWindow(std::string_view windowClass);
+  xcb_window_t activeWindow();
+  /// Brings it to the front as a task bar would, and waits until it is there.
+  void activate(xcb_window_t window);
+  void close(xcb_window_t window);
+
+  /// Another client's window, mapped, with a class and a process id.
+  xcb_window_t createWindow(const std::string& windowClass, pid_t pid, const std::string& title = "window");
+  void setProperty(xcb_window_t window, const char* name, std::uint32_t value);
+
+  xcb_connection_t* connection() const { return connection_; }
+  xcb_window_t root() const { return root_; }
+  xcb_atom_t atom(std::string_view name);
+
+ private:
+  std::string property(xcb_window_t window, const char* name);
+  std::optional<std::uint32_t> numberProperty(xcb_window_t window, const char* name);
+  void key(std::uint8_t type, xcb_keycode_t code);
+  void findKeyboard();
+  void sync();
+
+  std::filesystem::path home_;
+  std::map<std::string, std::string> environment_;
+  std::string display_;
+  std::unique_ptr<Process> server_;
+  std::unique_ptr<Process> windowManager_;
+  xcb_connection_t* connection_ = nullptr;
+  xcb_window_t root_ = 0;
+  std::uint8_t firstInputEvent_ = 0;
+  std::uint8_t keyboardDevice_ = 0;
+  std::map<std::string, xcb_atom_t, std::less<>> atoms_;
+};
+
+}  // namespace quillmark
