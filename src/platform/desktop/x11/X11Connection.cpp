@@ -1,0 +1,191 @@
+#include "platform/desktop/x11/X11Connection.h"
+
+#include <cstring>
+
+#include <sys/eventfd.h>
+#include <unistd.h>
+#include <xcb/xcbext.h>
+
+#include "base/Log.h"
+
+namespace quillmark {
+namespace {
+
+struct AtomName {
+  xcb_atom_t X11Atoms::*atom;
+  std::string_view name;
+};
+
+constexpr AtomName atomNames[] = {
+    {&X11Atoms::atomPair, "ATOM_PAIR"},
+    {&X11Atoms::clipboard, "CLIPBOARD"},
+    {&X11Atoms::clipboardManager, "CLIPBOARD_MANAGER"},
+    {&X11Atoms::incr, "INCR"},
+    {&X11Atoms::multiple, "MULTIPLE"},
+    {&X11Atoms::targets, "TARGETS"},
+    {&X11Atoms::text, "TEXT"},
+    {&X11Atoms::textPlain, "text/plain"},
+    {&X11Atoms::textPlainUtf8, "text/plain;charset=utf-8"},
+    {&X11Atoms::timestamp, "TIMESTAMP"},
+    {&X11Atoms::utf8String, "UTF8_STRING"},
+    {&X11Atoms::passwordManagerHint, "x-kde-passwordManagerHint"},
+    {&X11Atoms::netActiveWindow, "_NET_ACTIVE_WINDOW"},
+    {&X11Atoms::netClientListStacking, "_NET_CLIENT_LIST_STACKING"},
+    {&X11Atoms::netCurrentDesktop, "_NET_CURRENT_DESKTOP"},
+    {&X11Atoms::netWmName, "_NET_WM_NAME"},
+    {&X11Atoms::netWmPid, "_NET_WM_PID"},
+    {&X11Atoms::netWorkArea, "_NET_WORKAREA"},
+    {&X11Atoms::quillmarkCleared, "application/x-quillmark-cleared"},
+    {&X11Atoms::quillmarkPanel, "_QUILLMARK_PANEL"},
+    {&X11Atoms::quillmarkTime, "_QUILLMARK_TIME"},
+};
+
+constexpr std::uint8_t sentByClient = 0x80;
+
+}  // namespace
+
+X11Connection::X11Connection(const std::string& display) {
+  int screenNumber = 0;
+  connection_ = xcb_connect(display.empty() ? nullptr : display.c_str(), &screenNumber);
+  if (!alive()) {
+    log("X11: no connection to the server" + (display.empty() ? "" : " " + display));
+    lost_ = true;
+    return;
+  }
+  auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection_));
+  for (; screenNumber > 0 && screen.rem > 1; --screenNumber) {
+    xcb_screen_next(&screen);
+  }
+  root_ = screen.data->root;
+  window_ = xcb_generate_id(connection_);
+  const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+  xcb_create_window(connection_, 0, window_, root_, -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
+                    XCB_CW_EVENT_MASK, &events);
+  internAtoms();
+}
+
+X11Connection::~X11Connection() { xcb_disconnect(connection_); }
+
+bool X11Connection::alive() const { return xcb_connection_has_error(connection_) == 0; }
+
+int X11Connection::descriptor() const { return xcb_get_file_descriptor(connection_); }
+
+void X11Connection::internAtoms() {
+  std::vector<xcb_intern_atom_cookie_t> cookies;
+  for (const auto& [atom, name] : atomNames) {
+    cookies.push_back(xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data()));
+  }
+  for (std::size_t i = 0; i < cookies.size(); ++i) {
+    if (auto reply = x11Owned(xcb_intern_atom_reply(connection_, cookies[i], nullptr))) {
+      atoms_.*atomNames[i].atom = reply->atom;
+    }
+  }
+}
+
+xcb_atom_t X11Connection::internAtom(std::string_view name) {
+  auto reply = x11Owned(xcb_intern_atom_reply(
+      connection_, xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr));
+  return reply ? reply->atom : xcb_atom_t{};
+}
+
+Connection X11Connection::onEvent(std::uint8_t type, EventHandler handler) {
+  return handlers_[type].connect(std::move(handler));
+}
+
+X11Connection::Event X11Connection::nextEvent() {
+  if (!pending_.empty()) {
+    auto event = std::move(pending_.front());
+    pending_.pop_front();
+    return event;
+  }
+  return Event(xcb_poll_for_event(connection_));
+}
+
+void X11Connection::drain() {
+  if (lost_) {
+    return;
+  }
+  xcb_flush(connection_);
+  while (const auto event = nextEvent()) {
+    // Type 0 is the error of a request that nobody checks: it was about another application's window, now gone.
+    const auto handlers = handlers_.find(event->response_type & ~sentByClient);
+    if (event->response_type != 0 && handlers != handlers_.end()) {
+      handlers->second.emit(*event);
+    }
+  }
+  xcb_flush(connection_);
+  if (!alive()) {
+    lose();
+  }
+}
+
+void X11Connection::lose() {
+  lost_ = true;
+  log("X11: the connection to the server is lost");
+  // A descriptor at its end can be read for ever; in its place one that never wakes the loop again.
+  if (const int silent = eventfd(0, EFD_CLOEXEC); silent >= 0) {
+    dup2(silent, descriptor());
+    ::close(silent);
+  }
+}
+
+xcb_timestamp_t X11Connection::serverTime() {
+  // A change of nothing is reported with the server's time, ahead of the answer to the next request.
+  xcb_change_property(connection_, XCB_PROP_MODE_APPEND, window_, atoms_.quillmarkTime, XCB_ATOM_INTEGER, 8, 0,
+                      nullptr);
+  x11Owned(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+  while (auto event = Event(xcb_poll_for_queued_event(connection_))) {
+    pending_.push_back(std::move(event));
+  }
+  xcb_timestamp_t time = XCB_CURRENT_TIME;
+  std::erase_if(pending_, [&](const Event& event) {
+    if (event->response_type != XCB_PROPERTY_NOTIFY) {
+      return false;
+    }
+    const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(*event);
+    if (notify.window != window_ || notify.atom != atoms_.quillmarkTime) {
+      return false;
+    }
+    time = notify.time;
+    return true;
+  });
+  return time;
+}
+
+std::vector<std::uint32_t> X11Connection::Property::numbers() const {
+  std::vector<std::uint32_t> result(format == 32 ? bytes.size() / 4 : 0);
+  std::memcpy(result.data(), bytes.data(), result.size() * 4);
+  return result;
+}
+
+std::optional<X11Connection::Property> X11Connection::property(xcb_window_t window, xcb_atom_t name, bool andDelete) {
+  Property result;
+  std::uint32_t units = 65536;  // of 4 bytes
+  for (std::uint32_t offset = 0;; offset += units) {
+    auto reply = x11Owned(xcb_get_property_reply(
+        connection_,
+        xcb_get_property(connection_, andDelete ? 1 : 0, window, name, XCB_GET_PROPERTY_TYPE_ANY, offset, units),
+        nullptr));
+    if (!reply || reply->type == XCB_ATOM_NONE) {
+      return std::nullopt;
+    }
+    result.type = reply->type;
+    result.format = reply->format;
+    result.bytes.append(static_cast<const char*>(xcb_get_property_value(reply.get())),
+                        static_cast<std::size_t>(xcb_get_property_value_length(reply.get())));
+    // The server deletes the property only with the read that reaches its end.
+    if (reply->bytes_after == 0) {
+      return result;
+    }
+  }
+}
+
+void X11Connection::markSimulation(unsigned firstRequest, unsigned lastRequest) {
+  simulation_ = {firstRequest, lastRequest};
+}
+
+bool X11Connection::isSimulated(const xcb_generic_event_t& event) const {
+  return simulation_ && !isBefore(event, simulation_->first) && isBefore(event, simulation_->second + 1);
+}
+
+}  // namespace quillmark

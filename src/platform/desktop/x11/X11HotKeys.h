@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/HotKeys.h"
+#include "platform/desktop/x11/X11Keyboard.h"
+
+namespace quillmark {
+
+/// Hot keys by passive grabs. A hot key is armed by its press and fires with the release of its key, whatever became of
+/// the modifiers.
+///
+/// What runs on a hot key simulates keys while the user may still hold its modifiers, and lifts them for that. From
+/// then on the server takes them for released, and a second tap of the key would reach the application in front as an
+/// ordinary letter. So from the press on, for as long as the user's fingers hold the modifiers, the key is also ours
+/// with any part of them. Fingers are followed by the raw events of the keyboard, which are asked for during that time
+/// only.
+class X11HotKeys : public HotKeys {
+ public:
+  X11HotKeys(X11Connection& connection, X11Keyboard& keyboard);
+  ~X11HotKeys() override;
+
+  void registerHotKey(const std::string& name, const KeyCombination& combination) override;
+  void unregisterHotKey(const std::string& name) override;
+
+ private:
+  /// A key with modifiers, lock keys left aside.
+  struct Chord {
+    std::uint8_t key = 0;
+    std::uint16_t modifiers = 0;
+    friend auto operator<=>(const Chord&, const Chord&) = default;
+  };
+  struct HotKey {
+    KeyCombination combination;
+    std::optional<Chord> chord;  ///< none while refused
+  };
+  struct Guard {
+    Chord chord;
+    std::set<Chord> grabs;
+  };
+
+  std::optional<Chord> chordOf(const KeyCombination& combination) const;
+  bool isInUse(const Chord& chord) const;
+  void take(const std::string& name);
+  void drop(HotKey& hotKey);
+  std::vector<std::uint16_t> lockVariants() const;
+  bool grab(const Chord& chord);
+  void ungrab(const Chord& chord);
+  void keyboardChanged();
+
+  void pressed(const xcb_key_press_event_t& event);
+  void keyReleased(std::uint8_t key);
+  void rawKey(const xcb_generic_event_t& event);
+
+  void followFingers(bool follow);
+  std::uint16_t heldModifiers() const;
+  void updateGuard(const std::optional<Chord>& chord);
+  void stopIfNothingIsDown();
+
+  X11Connection& connection_;
+  X11Keyboard& keyboard_;
+  X11Keyboard::Modifiers modifiers_;
+  std::map<std::string, HotKey> hotKeys_;
+  std::map<std::uint8_t, Chord> armed_;  ///< by key
+  std::optional<Guard> guard_;
+  chord::XKeys fingers_;  ///< modifier keys that the user holds, while followed
+  bool following_ = false;
+  std::uint8_t inputOpcode_ = 0;
+  std::set<std::uint16_t> testDevices_;  ///< sources of simulated keys
+  Connection press_, release_, raw_, changed_;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/Permissions.h"
+#include "platform/desktop/x11/X11Keyboard.h"
+
+namespace quillmark {
+
+/// X servers ask nobody: keys can be simulated where the server can do it at all.
+class X11Permissions : public Permissions {
+ public:
+  X11Permissions(const X11Connection& connection, const X11Keyboard& keyboard)
+      : connection_(connection), keyboard_(keyboard) {}
+
+  Permission keyInjection() const override {
+    return connection_.alive() && keyboard_.canSimulate() ? Permission::granted : Permission::unavailable;
+  }
+
+ private:
+  const X11Connection& connection_;
+  const X11Keyboard& keyboard_;
+};
+
+}  // namespace quillmark
