@@ -1,9 +1,6 @@
 #include "cli/Session.h"
 
-#include <charconv>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 
 #include "commands/RunningVersion.h"
 #include "platform/posix/DataDirectory.h"
@@ -18,19 +15,11 @@ void StandardErrorAlerts::present(const Alert& alert, std::function<void()> clos
   closed();
 }
 
-int localServicePort() {
-  int port = AppConfig::defaultLocalPort;
-  if (const char* text = std::getenv("QUILLMARK_LOCAL_PORT")) {
-    std::from_chars(text, text + std::strlen(text), port);
-  }
-  return port;
-}
-
 Session::Session(const std::string& dataDirectory)
     : defaults(defaultsFile(quillmark::dataDirectory(dataDirectory))),
       locale("en"),
       alertHandler(queue, alerts),
-      appConfig(defaults, localServicePort()),
+      appConfig(defaults, AppConfig::localPortOfEnvironment()),
       transport(http, queue, bundle(), operatingSystem(), locale),
       providerFactory({transport, queue, alertHandler, defaults, appConfig}),
       promptStore(defaults),

@@ -42,7 +42,4 @@ struct Session {
   ProviderStore providerStore;
 };
 
-/// The loopback port of a hosted service on this machine: QUILLMARK_LOCAL_PORT, or the usual one.
-int localServicePort();
-
 }  // namespace quillmark::cli

@@ -13,6 +13,9 @@ class AppConfig {
   static const char* const publicRoot;
   static constexpr int defaultLocalPort = 3030;
 
+  /// The port that QUILLMARK_LOCAL_PORT names, or the usual one.
+  static int localPortOfEnvironment();
+
   explicit AppConfig(UserDefaults& defaults, int localPort = defaultLocalPort);
 
   Setting<bool> useLocalApi;

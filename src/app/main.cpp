@@ -1,0 +1,138 @@
+#include <csignal>
+#include <string>
+#include <vector>
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QScreen>
+
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include "base/Localization.h"
+#include "base/Log.h"
+#include "base/Trace.h"
+#include "panels/views/LoadingWindow.h"
+#include "panels/views/Symbols.h"
+#include "platform/desktop/DBusService.h"
+#include "platform/desktop/QtAlerts.h"
+#include "platform/desktop/QtMainQueue.h"
+#include "platform/desktop/SingleInstance.h"
+#include "platform/desktop/SocketWatch.h"
+#include "platform/desktop/TrayHost.h"
+#include "platform/desktop/x11/X11Desktop.h"
+#include "platform/posix/CurlHttpSession.h"
+#include "platform/posix/DataDirectory.h"
+#include "platform/posix/IcuLocaleInfo.h"
+#include "platform/posix/SqliteUserDefaults.h"
+#include "platform/posix/SystemInfo.h"
+#include "shell/QuillmarkApp.h"
+#include "shell/views/TrayMenu.h"
+
+namespace {
+
+using namespace quillmark;
+
+/// What stands on the command line besides the program's name.
+struct CommandLine {
+  std::string dataDirectory;           ///< empty: the user's
+  std::vector<std::string> arguments;  ///< what a running instance is asked to do
+};
+
+CommandLine parse(int argc, char** argv) {
+  CommandLine line;
+  for (int i = 1; i < argc; ++i) {
+    const std::string argument = argv[i];
+    if (argument == "--data-dir" && i + 1 < argc) {
+      line.dataDirectory = argv[++i];
+    } else {
+      line.arguments.push_back(argument);
+    }
+  }
+  return line;
+}
+
+/// A descriptor that becomes readable when the session asks the program to end. Call before other threads start.
+int endRequests() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGTERM);
+  sigaddset(&signals, SIGINT);
+  sigaddset(&signals, SIGHUP);
+  sigprocmask(SIG_BLOCK, &signals, nullptr);
+  return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+}
+
+void tellAboutStoredData(const SqliteUserDefaults& defaults, AlertHandler& alerts) {
+  if (const auto& place = defaults.setAside()) {
+    alerts.show(AlertKind::notice(
+        tr("Stored Settings Were Damaged"),
+        tr("Quillmark could not read its stored settings and has started with new ones. The old file is kept as {}.",
+           *place)));
+  }
+  if (const auto& problem = defaults.problem()) {
+    alerts.show(AlertKind::notice(tr("Settings Can't Be Stored"), *problem));
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  trace::open();
+  trace::mark("process started");
+  const CommandLine line = parse(argc, argv);
+  const int endDescriptor = endRequests();
+
+  QApplication::setApplicationName("quillmark");
+  QApplication::setApplicationDisplayName("Quillmark");
+  QApplication::setDesktopFileName("org.quillmark.Quillmark");
+  QApplication application(argc, argv);
+  QApplication::setQuitOnLastWindowClosed(false);
+  QApplication::setWindowIcon(symbols::icon("pencil.line"));
+
+  DBusService service;
+  switch (SingleInstance::claim(QDBusConnection::sessionBus(), service, line.arguments)) {
+    case SingleInstance::Start::first:
+      break;
+    case SingleInstance::Start::handedOver:
+      log("Quillmark is already running");
+      return 0;
+    case SingleInstance::Start::noAnswer:
+      log("Quillmark is already running but does not answer");
+      return 1;
+  }
+
+  QtMainQueue queue;
+  SqliteUserDefaults defaults(defaultsFile(dataDirectory(line.dataDirectory)));
+  const SocketWatch otherProcesses(defaults.changeDescriptor(), [&defaults] { defaults.handleChange(); });
+  IcuLocaleInfo locale("en");
+  CurlHttpSession http;
+  QtAlerts alerts;
+  const Bundle ownBundle = bundle();
+  X11Desktop desktop(queue, ownBundle.identifier.value_or(""), application.devicePixelRatio());
+
+  LoadingWindow loadingWindow;
+  QuillmarkApp quillmark({ownBundle, operatingSystem(), queue, defaults, locale, http, desktop.pasteboard,
+                          desktop.keyInjector, desktop.hotKeys, desktop.workspace, desktop.screens, alerts,
+                          desktop.permissions},
+                         &loadingWindow, {AppConfig::localPortOfEnvironment(), [] { QApplication::quit(); }});
+  tellAboutStoredData(defaults, quillmark.alertHandler());
+
+  service.activate = [](const std::vector<std::string>&) { log("A second start was handed over to this one"); };
+  service.runCommand = [&quillmark](const std::string& slug) {
+    if (!quillmark.promptStore().commandForSlug(slug)) {
+      return false;
+    }
+    quillmark.triggerCommand(slug);
+    return true;
+  };
+  service.openCommandMenu = [&quillmark] { quillmark.triggerCommandMenu(); };
+
+  TrayHost trayHost;
+  TrayMenu tray(trayHost, [&quillmark] { return quillmark.menuBar().items(); });
+  const auto menuChanges = quillmark.menuBar().changed.connect([&tray] { tray.refresh(); });
+
+  const SocketWatch end(endDescriptor, [] { QApplication::quit(); });
+  queue.async([] { trace::mark("ready"); });
+  return QApplication::exec();
+}
