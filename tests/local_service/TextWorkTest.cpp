@@ -111,10 +111,11 @@ TEST(PlainWork, yodaTurnsClausesAroundTheirVerb) {
 }
 
 TEST(PlainWork, aTweetIsWholeSentencesInItsLength) {
-  const std::string sentence = std::string(99, 'a') + ". ";
+  const auto sentence = [](char first) { return std::string(1, first) + std::string(99, 'a') + "."; };
+  const std::string blank = " ";
   EXPECT_EQ(asTweet(" short \n"), "short");
-  EXPECT_EQ(asTweet("A" + sentence + "B" + sentence + "C" + sentence),
-            "A" + sentence + "B" + sentence.substr(0, sentence.size() - 1));
+  EXPECT_EQ(asTweet(sentence('A') + blank + sentence('B') + blank + sentence('C')),
+            sentence('A') + blank + sentence('B'));
   std::string words;
   for (int i = 0; i < 100; ++i) {
     words += "word ";

@@ -60,6 +60,7 @@ class Upstream::Call {
     client_.set_tcp_nodelay(true);
     const std::lock_guard lock(upstream_.mutex_);
     upstream_.calls_.insert(&client_);
+    tooLate_ = upstream_.stopping_;
   }
   ~Call() {
     const std::lock_guard lock(upstream_.mutex_);
@@ -69,6 +70,8 @@ class Upstream::Call {
   Call& operator=(const Call&) = delete;
 
   httplib::Client& client() { return client_; }
+  /// Whether the upstream was stopped before this call could be stopped with it.
+  bool tooLate() const { return tooLate_; }
 
   httplib::Request request(const std::string& method, const std::string& path, const std::string& body) const {
     httplib::Request request;
@@ -88,6 +91,7 @@ class Upstream::Call {
  private:
   Upstream& upstream_;
   httplib::Client client_;
+  bool tooLate_ = false;
 };
 
 Upstream::Upstream(Settings settings) : settings_(std::move(settings)) {
@@ -115,6 +119,9 @@ void Upstream::stop() {
 
 Upstream::Answer Upstream::exchange(const std::string& method, const std::string& path, const std::string& body) {
   Call call(*this);
+  if (call.tooLate()) {
+    return {503, errorBody("the service is stopping")};
+  }
   const auto result = call.client().send(call.request(method, path, body));
   if (!result) {
     return {502, errorBody(failureMessage(result.error()))};
@@ -204,6 +211,13 @@ void Upstream::Stream::run(Upstream& upstream, const std::string& body) {
   Call call(upstream);
   {
     const std::lock_guard lock(mutex_);
+    if (call.tooLate()) {
+      status_ = 503;
+      error_ = errorBody("the service is stopping");
+      ended_ = true;
+      changed_.notify_all();
+      return;
+    }
     client_ = &call.client();
   }
   EventStreamReader events;
