@@ -1,0 +1,27 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace quillmark {
+
+/// One entry of a menu, as plain values.
+struct MenuItem {
+  enum class Kind {
+    action,
+    submenu,   ///< shows `children`; stands also when there are none
+    divider,   ///< a line; nothing else of it counts
+    progress,  ///< says that something is at work; can't be chosen
+  };
+
+  Kind kind = Kind::action;
+  std::string title = {};
+  std::string symbol = {};  ///< name of the icon; empty for none
+  bool enabled = true;
+  std::string shortcut = {};           ///< "Ctrl+,": shown only, grabs no key
+  std::function<void()> trigger = {};  ///< runs after the menu has closed
+  std::vector<MenuItem> children = {};
+};
+
+}  // namespace quillmark
