@@ -6,17 +6,22 @@
 
 namespace quillmark {
 
-/// One row of a menu as plain values, for whatever draws it.
+/// One entry of a menu, as plain values.
 struct MenuItem {
-  enum class Kind { action, submenu, divider, progress };
+  enum class Kind {
+    action,
+    submenu,   ///< shows `children`; stands also when there are none
+    divider,   ///< a line; nothing else of it counts
+    progress,  ///< says that something is at work; can't be chosen
+  };
 
   Kind kind = Kind::action;
-  std::string title;
-  std::string symbol;  ///< symbol name of the icon; may be empty
+  std::string title = {};
+  std::string symbol = {};  ///< name of the icon; empty for none
   bool enabled = true;
-  std::string shortcut;  ///< for show only, such as "Ctrl+,"
-  std::function<void()> trigger;
-  std::vector<MenuItem> children;
+  std::string shortcut = {};           ///< "Ctrl+,": shown only, grabs no key
+  std::function<void()> trigger = {};  ///< runs after the menu has closed
+  std::vector<MenuItem> children = {};
 
   static MenuItem action(std::string title, std::string symbol, std::function<void()> trigger, bool enabled = true) {
     return {Kind::action, std::move(title), std::move(symbol), enabled, {}, std::move(trigger), {}};
@@ -24,7 +29,7 @@ struct MenuItem {
   static MenuItem submenu(std::string title, std::string symbol, std::vector<MenuItem> children, bool enabled = true) {
     return {Kind::submenu, std::move(title), std::move(symbol), enabled, {}, {}, std::move(children)};
   }
-  static MenuItem divider() { return {Kind::divider, {}, {}, true, {}, {}, {}}; }
+  static MenuItem divider() { return {.kind = Kind::divider}; }
 };
 
 }  // namespace quillmark

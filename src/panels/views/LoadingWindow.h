@@ -1,0 +1,19 @@
+#pragma once
+
+#include "panels/views/LoadingView.h"
+#include "platform/desktop/QtPanelWindow.h"
+
+namespace quillmark {
+
+/// The loading indicator's window; made once, shown and closed again and again.
+class LoadingWindow : public QtPanelWindow {
+ public:
+  LoadingWindow() : QtPanelWindow(Kind::indicator, LoadingView::cornerRadius) { setFixedSize(view_.size()); }
+
+  const LoadingView& view() const { return view_; }
+
+ private:
+  LoadingView view_{this};
+};
+
+}  // namespace quillmark

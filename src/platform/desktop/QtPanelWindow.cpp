@@ -1,0 +1,80 @@
+#include "platform/desktop/QtPanelWindow.h"
+
+#include <QBitmap>
+#include <QPainter>
+
+#include "platform/desktop/X11Hints.h"
+
+namespace quillmark {
+
+namespace {
+
+Qt::WindowFlags flagsFor(QtPanelWindow::Kind kind) {
+  const Qt::WindowFlags common = Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint;
+  return kind == QtPanelWindow::Kind::indicator
+             ? common | Qt::ToolTip | Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus
+             : common | Qt::Tool;
+}
+
+}  // namespace
+
+QtPanelWindow::QtPanelWindow(Kind kind, int cornerRadius)
+    : QWidget(nullptr, flagsFor(kind)), cornerRadius_(cornerRadius) {
+  setAttribute(Qt::WA_ShowWithoutActivating);
+  setAttribute(Qt::WA_QuitOnClose, false);
+  setAttribute(Qt::WA_TranslucentBackground, x11::compositorRunning());
+}
+
+void QtPanelWindow::moveTopLeft(Point corner) { move(qRound(corner.x), qRound(corner.y)); }
+
+void QtPanelWindow::prepare() {
+  if (isVisible()) {
+    return;
+  }
+  if (const bool compositor = x11::compositorRunning(); compositor != translucent()) {
+    // The pixel format of a window is settled when the window is made.
+    if (internalWinId() != 0) {
+      destroy();
+    }
+    setAttribute(Qt::WA_NoSystemBackground, false);
+    setAttribute(Qt::WA_TranslucentBackground, compositor);
+  }
+  shapeCorners();
+  x11::markAsPanel(*this);
+}
+
+void QtPanelWindow::orderFront() {
+  prepare();
+  show();
+  raise();
+}
+
+void QtPanelWindow::makeKeyAndOrderFront() {
+  prepare();
+  show();
+  x11::bringToFront(*this);
+}
+
+void QtPanelWindow::close() { QWidget::close(); }
+
+void QtPanelWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  shapeCorners();
+}
+
+void QtPanelWindow::shapeCorners() {
+  if (translucent()) {
+    clearMask();
+    return;
+  }
+  QBitmap shape(size());
+  shape.clear();
+  QPainter painter(&shape);
+  painter.setBrush(Qt::color1);
+  painter.setPen(Qt::NoPen);
+  painter.drawRoundedRect(rect(), cornerRadius_, cornerRadius_);
+  painter.end();
+  setMask(shape);
+}
+
+}  // namespace quillmark

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <string>
+#include <vector>
+
+namespace quillmark {
+
+class DBusService;
+
+/// One running program for each session bus.
+class SingleInstance {
+ public:
+  enum class Start {
+    first,       ///< this is the one; `service` answers on the bus from now on
+    handedOver,  ///< another one runs and has taken the arguments: leave
+    noAnswer,    ///< another one runs but did not take them: leave, and say so by the exit code
+  };
+
+  /// Without a session bus every start is the first. Blocks while it hands over, 5 s at most.
+  static Start claim(QDBusConnection bus, DBusService& service, const std::vector<std::string>& arguments);
+};
+
+}  // namespace quillmark

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QTimer>
+#include <memory>
+
+#include "base/Signal.h"
+
+namespace quillmark {
+
+/// Knows whether anything on this desktop shows tray icons: a StatusNotifierItem host (freedesktop.org draft) on the
+/// session bus, or a system tray selection (freedesktop.org System Tray Protocol) on the X server. Finds out without
+/// the toolkit's tray class, which settles on the older protocol for good when it is touched before a host of the newer
+/// one is there.
+class TrayHost {
+ public:
+  /// The answer comes through the event loop: `available` starts as false.
+  TrayHost();
+  TrayHost(const TrayHost&) = delete;
+  TrayHost& operator=(const TrayHost&) = delete;
+  ~TrayHost();
+
+  /// A host can come late, never, or go and come again.
+  Observable<bool> available;
+
+ private:
+  class Notifier;
+  class Embedder;
+
+  void update();
+
+  bool started_ = false;
+  std::unique_ptr<Notifier> notifier_;
+  std::unique_ptr<Embedder> embedder_;
+  QTimer settle_;  // gives a host of the newer protocol its chance
+};
+
+}  // namespace quillmark

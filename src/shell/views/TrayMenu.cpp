@@ -1,0 +1,52 @@
+#include "shell/views/TrayMenu.h"
+
+#include <QCursor>
+
+#include "panels/views/Symbols.h"
+#include "shell/views/MenuFiller.h"
+
+namespace quillmark {
+
+namespace {
+
+// Most hosts show our picture as it is, on a panel of which we know nothing: this blue has a contrast of more than 4:1
+// to white as well as to black.
+constexpr QRgb trayColour = 0xFF3B7DE8;
+
+}  // namespace
+
+TrayMenu::TrayMenu(TrayHost& host, std::function<std::vector<MenuItem>()> build) : build_(std::move(build)) {
+  refill_.setSingleShot(true);
+  QObject::connect(&refill_, &QTimer::timeout, &refill_, [this] { fill(); });
+  hostChanged_ = host.available.bind([this](bool available) {
+    // Once made, the icon finds a host that comes again by itself.
+    if (available && !icon_) {
+      appear();
+    }
+  });
+}
+
+TrayMenu::~TrayMenu() = default;
+
+void TrayMenu::appear() {
+  fill();
+  icon_ = std::make_unique<QSystemTrayIcon>(symbols::icon("pencil.line", QColor(trayColour)));
+  icon_->setToolTip(QStringLiteral("Quillmark"));
+  icon_->setContextMenu(&menu_);
+  QObject::connect(icon_.get(), &QSystemTrayIcon::activated, &menu_, [this](QSystemTrayIcon::ActivationReason reason) {
+    if (reason == QSystemTrayIcon::Trigger) {
+      menu_.popup(QCursor::pos());
+    }
+  });
+  icon_->show();
+}
+
+void TrayMenu::refresh() {
+  if (icon_) {
+    refill_.start(0);
+  }
+}
+
+void TrayMenu::fill() { fillMenu(menu_, build_()); }
+
+}  // namespace quillmark

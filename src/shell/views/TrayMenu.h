@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QMenu>
+#include <QSystemTrayIcon>
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "base/Signal.h"
+#include "platform/desktop/TrayHost.h"
+#include "shell/MenuModel.h"
+
+namespace quillmark {
+
+/// The status item: an icon with a menu, there as soon as something on the desktop shows tray icons. Choosing an entry
+/// leaves the active application what it is.
+class TrayMenu {
+ public:
+  /// `build` tells the entries whenever they are needed; refresh() says that they have changed.
+  TrayMenu(TrayHost& host, std::function<std::vector<MenuItem>()> build);
+  TrayMenu(const TrayMenu&) = delete;
+  TrayMenu& operator=(const TrayMenu&) = delete;
+  ~TrayMenu();
+
+  /// Several calls in a row cost one rebuild, from the event loop; an open menu follows. Costs nothing without a tray.
+  void refresh();
+
+ private:
+  void appear();
+  void fill();
+
+  std::function<std::vector<MenuItem>()> build_;
+  QMenu menu_;
+  std::unique_ptr<QSystemTrayIcon> icon_;
+  QTimer refill_;
+  Connection hostChanged_;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,92 @@
+#include <QMenu>
+
+#include <gmock/gmock.h>
+
+#include "desktop_qt/WaitFor.h"
+#include "shell/views/MenuFiller.h"
+
+namespace quillmark {
+namespace {
+
+using testing::ElementsAre;
+using Kind = MenuItem::Kind;
+
+MenuItem action(std::string title, std::function<void()> trigger = {}) {
+  MenuItem item{.title = std::move(title), .symbol = "gear"};
+  item.trigger = std::move(trigger);
+  return item;
+}
+
+std::vector<std::string> texts(const QMenu& menu) {
+  std::vector<std::string> all;
+  for (const QAction* entry : menu.actions()) {
+    all.push_back(entry->isSeparator() ? "-" : entry->text().toStdString());
+  }
+  return all;
+}
+
+TEST(Menu, showsTheItemsItIsToldOf) {
+  QMenu menu;
+  MenuItem tones{.kind = Kind::submenu, .title = "Change tone", .symbol = "pencil.and.scribble"};
+  tones.children = {action("Formal"), action("Calm")};
+  MenuItem settings = action("Settings");
+  settings.shortcut = "Ctrl+,";
+  MenuItem off = action("Fix Grammar & Spelling");
+  off.enabled = false;
+  fillMenu(menu, {off, tones, {.kind = Kind::divider}, settings});
+
+  EXPECT_THAT(texts(menu), ElementsAre("Fix Grammar && Spelling", "Change tone", "-", "Settings"));
+  EXPECT_FALSE(menu.actions()[0]->isEnabled());
+  EXPECT_THAT(texts(*menu.actions()[1]->menu()), ElementsAre("Formal", "Calm"));
+  EXPECT_EQ(menu.actions()[3]->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Comma));
+  EXPECT_FALSE(menu.actions()[3]->icon().isNull());
+}
+
+TEST(Menu, aSubmenuWithoutEntriesStands) {
+  QMenu menu;
+  fillMenu(menu, {{.kind = Kind::submenu, .title = "Translate"}});
+  ASSERT_NE(menu.actions()[0]->menu(), nullptr);
+  EXPECT_TRUE(menu.actions()[0]->isEnabled());
+}
+
+TEST(Menu, anOpenMenuGainsTheProgressRowWithoutLosingItsOtherEntries) {
+  QMenu menu;
+  const std::vector<MenuItem> idle = {action("Improve Text"), {.kind = Kind::divider}, action("Quit")};
+  fillMenu(menu, idle);
+  const QList<QAction*> before = menu.actions();
+
+  std::vector<MenuItem> busy = idle;
+  busy[0].enabled = false;
+  busy.insert(busy.begin(), {{.kind = Kind::progress, .title = "Processing request..."}, {.kind = Kind::divider}});
+  fillMenu(menu, busy);
+  EXPECT_THAT(texts(menu), ElementsAre("Processing request...", "-", "Improve Text", "-", "Quit"));
+  EXPECT_FALSE(menu.actions()[0]->isEnabled()) << "the row is there to be seen only";
+  EXPECT_EQ(menu.actions()[2], before[0]);
+  EXPECT_FALSE(before[0]->isEnabled());
+  EXPECT_EQ(menu.actions()[4], before[2]);
+
+  fillMenu(menu, idle);
+  EXPECT_EQ(menu.actions(), before);
+  EXPECT_TRUE(before[0]->isEnabled());
+}
+
+TEST(Menu, anEntryRunsWhatTheLatestItemSays) {
+  QMenu menu;
+  std::string ran;
+  fillMenu(menu, {action("Improve Text", [&] { ran += "old"; })});
+  fillMenu(menu, {action("Improve Text", [&] { ran += "new"; })});
+  menu.actions()[0]->trigger();
+  EXPECT_EQ(ran, "") << "not before the menu has let go of the pointer and the keyboard";
+  ASSERT_TRUE(waitFor([&] { return !ran.empty(); }));
+  EXPECT_EQ(ran, "new");
+}
+
+TEST(Menu, whatIsChosenMayChangeTheMenuItIsIn) {
+  QMenu menu;
+  fillMenu(menu, {action("Only once", [&] { fillMenu(menu, {action("Other")}); })});
+  menu.actions()[0]->trigger();
+  ASSERT_TRUE(waitFor([&] { return texts(menu) == std::vector<std::string>{"Other"}; }));
+}
+
+}  // namespace
+}  // namespace quillmark

@@ -1,0 +1,145 @@
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QThread>
+#include <optional>
+#include <thread>
+
+#include <gmock/gmock.h>
+
+#include "base/Log.h"
+#include "desktop_qt/WaitFor.h"
+#include "platform/desktop/DBusService.h"
+#include "platform/desktop/SingleInstance.h"
+
+namespace quillmark {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+/// A session bus of the test's own.
+struct SessionBus : testing::Test {
+  void SetUp() override {
+    daemon.start(QStringLiteral("dbus-daemon"),
+                 {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address"),
+                  QStringLiteral("--address=unix:dir=") + folder.path()});
+    ASSERT_TRUE(daemon.waitForReadyRead(20000)) << "this test needs dbus-daemon";
+    address = QString::fromLatin1(daemon.readLine()).trimmed();
+  }
+  void TearDown() override {
+    for (const QString& name : connections) {
+      QDBusConnection::disconnectFromBus(name);
+    }
+    daemon.kill();
+    daemon.waitForFinished();
+  }
+
+  QDBusConnection connect() {
+    connections << QStringLiteral("test %1").arg(connections.size());
+    return QDBusConnection::connectToBus(address, connections.last());
+  }
+
+  /// Runs what blocks beside the main thread, which has to answer meanwhile.
+  template <class Function>
+  auto beside(Function function) {
+    std::optional<decltype(function())> result;
+    std::atomic<bool> done = false;
+    std::thread thread([&] {
+      result = function();
+      done = true;
+    });
+    EXPECT_TRUE(waitFor([&] { return done.load(); }));
+    thread.join();
+    return *result;
+  }
+
+  QDBusMessage call(const QString& of, const QString& member, const QVariantList& arguments = {}) {
+    auto message = QDBusMessage::createMethodCall(DBusService::name, DBusService::path, of, member);
+    message.setArguments(arguments);
+    QDBusConnection bus = connect();
+    return beside([&] { return bus.call(message, QDBus::Block, 15000); });
+  }
+
+  QTemporaryDir folder;
+  QProcess daemon;
+  QString address;
+  QStringList connections;
+  DBusService service;
+};
+
+TEST_F(SessionBus, aSecondStartHandsItsArgumentsToTheFirst) {
+  std::vector<std::string> received;
+  service.activate = [&](const std::vector<std::string>& arguments) { received = arguments; };
+  ASSERT_EQ(SingleInstance::claim(connect(), service, {}), SingleInstance::Start::first);
+
+  DBusService second;
+  second.activate = [](const auto&) { FAIL() << "the second one must not serve anybody"; };
+  const auto start = beside([&] {
+    return SingleInstance::claim(connect(), second, {"quillmark://run?a=b&c", "größer 🪶"});
+  });
+  EXPECT_EQ(start, SingleInstance::Start::handedOver);
+  EXPECT_THAT(received, ElementsAre("quillmark://run?a=b&c", "größer 🪶"));
+}
+
+TEST_F(SessionBus, aStartAfterTheFirstHasLeftIsTheFirst) {
+  ASSERT_EQ(SingleInstance::claim(connect(), service, {}), SingleInstance::Start::first);
+  QDBusConnection::disconnectFromBus(connections.last());
+  DBusService next;
+  EXPECT_EQ(beside([&] { return SingleInstance::claim(connect(), next, {}); }), SingleInstance::Start::first);
+}
+
+TEST_F(SessionBus, withoutABusEveryStartIsTheFirst) {
+  std::string lines;
+  setLogSink([&](std::string_view line) { lines += line; });
+  const auto start = SingleInstance::claim(QDBusConnection(QStringLiteral("no such connection")), service, {});
+  setLogSink({});
+  EXPECT_EQ(start, SingleInstance::Start::first);
+  EXPECT_THAT(lines, HasSubstr("No session bus"));
+}
+
+TEST_F(SessionBus, otherProgramsRunCommandsAndOpenTheMenu) {
+  std::string ran;
+  int opened = 0;
+  service.runCommand = [&](const std::string& slug) {
+    ran = slug;
+    return slug == "improve-text";
+  };
+  service.openCommandMenu = [&] { ++opened; };
+  ASSERT_EQ(SingleInstance::claim(connect(), service, {}), SingleInstance::Start::first);
+
+  EXPECT_EQ(call(DBusService::name, "RunCommand", {"improve-text"}).type(), QDBusMessage::ReplyMessage);
+  EXPECT_EQ(ran, "improve-text");
+  EXPECT_EQ(call({}, "OpenCommandMenu").type(), QDBusMessage::ReplyMessage) << "a call may leave out the interface";
+  EXPECT_EQ(opened, 1);
+  EXPECT_EQ(call(DBusService::name, "RunCommand", {"no-such"}).errorName(), DBusService::name + ".Error.NoSuchCommand");
+}
+
+TEST_F(SessionBus, wrongCallsGetTheErrorsOfTheBus) {
+  service.runCommand = [](const std::string&) { return true; };
+  ASSERT_EQ(SingleInstance::claim(connect(), service, {}), SingleInstance::Start::first);
+  const QString invalid = "org.freedesktop.DBus.Error.InvalidArgs";
+
+  EXPECT_EQ(call(DBusService::name, "RunCommand").errorName(), invalid);
+  EXPECT_EQ(call(DBusService::name, "RunCommand", {7}).errorName(), invalid);
+  EXPECT_EQ(call(DBusService::name, "RunCommand", {"a", "b"}).errorName(), invalid);
+  EXPECT_EQ(call(DBusService::name, "Activate", {"not a list"}).errorName(), invalid);
+  EXPECT_EQ(call(DBusService::name, "OpenCommandMenu", {true}).errorName(), invalid);
+  EXPECT_EQ(call(DBusService::name, "Sing").errorName(), "org.freedesktop.DBus.Error.UnknownMethod");
+  EXPECT_EQ(call("org.example.Other", "Activate").type(), QDBusMessage::ErrorMessage);
+}
+
+TEST_F(SessionBus, theServiceDescribesItself) {
+  ASSERT_EQ(SingleInstance::claim(connect(), service, {}), SingleInstance::Start::first);
+  const QDBusMessage reply = call("org.freedesktop.DBus.Introspectable", "Introspect");
+  ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
+  const std::string xml = reply.arguments().constFirst().toString().toStdString();
+  EXPECT_THAT(xml, HasSubstr(R"(<interface name="org.quillmark.Quillmark">)"));
+  for (const char* method : {"Activate", "RunCommand", "OpenCommandMenu"}) {
+    EXPECT_THAT(xml, HasSubstr(std::string(R"(<method name=")") + method + '"'));
+  }
+}
+
+}  // namespace
+}  // namespace quillmark

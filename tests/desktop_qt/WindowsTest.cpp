@@ -1,0 +1,103 @@
+#include <QApplication>
+#include <QDialog>
+#include <QKeyEvent>
+#include <QPushButton>
+#include <QScreen>
+#include <QTextEdit>
+
+#include <gtest/gtest.h>
+
+#include "desktop_qt/WaitFor.h"
+#include "panels/views/LoadingWindow.h"
+#include "platform/desktop/QtAlerts.h"
+
+namespace quillmark {
+namespace {
+
+QDialog* standingAlert() {
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (auto* dialog = dynamic_cast<QDialog*>(window); dialog && dialog->isVisible()) {
+      return dialog;
+    }
+  }
+  return nullptr;
+}
+
+void press(QWidget& widget, Qt::Key key) {
+  for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+    QKeyEvent event(type, key, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &event);
+  }
+}
+
+struct PresentedAlert : testing::Test {
+  QDialog* present(const std::string& message) {
+    alerts.present({AlertStyle::warning, "OpenAI Issue", message, "Close"}, [this] { ++closed; });
+    return standingAlert();
+  }
+  QtAlerts alerts;
+  int closed = 0;
+};
+
+TEST_F(PresentedAlert, callsBackOnceHoweverItIsClosed) {
+  const std::vector<std::function<void(QDialog&)>> ways = {
+      [](QDialog& alert) { alert.findChild<QPushButton*>()->click(); },
+      [](QDialog& alert) { press(alert, Qt::Key_Escape); }, [](QDialog& alert) { press(alert, Qt::Key_Return); },
+      [](QDialog& alert) { alert.close(); },  // the window manager's way
+  };
+  int expected = 0;
+  for (const auto& close : ways) {
+    QDialog* const alert = present("It did not work.");
+    ASSERT_NE(alert, nullptr);
+    EXPECT_EQ(closed, expected) << "presenting never waits";
+    close(*alert);
+    alert->close();
+    EXPECT_EQ(closed, ++expected);
+    EXPECT_EQ(standingAlert(), nullptr);
+  }
+}
+
+TEST_F(PresentedAlert, showsItsTextAsItIs) {
+  const std::string message = "<b>500</b> &amp; more";
+  QDialog* const alert = present(message);
+  EXPECT_EQ(alert->findChild<QTextEdit*>()->toPlainText().toStdString(), message);
+  EXPECT_EQ(alert->accessibleName(), "OpenAI Issue");
+}
+
+TEST_F(PresentedAlert, staysOnTheScreenWhateverTheLengthOfItsMessage) {
+  std::string longMessage;
+  for (int i = 0; i < 400; ++i) {
+    longMessage += "The server said something that nobody will read to its end. ";
+  }
+  for (const std::string& message : {longMessage, std::string(3000, 'x'), std::string()}) {
+    QDialog* const alert = present(message);
+    ASSERT_NE(alert, nullptr);
+    EXPECT_TRUE(alert->screen()->availableGeometry().contains(alert->frameGeometry())) << message.substr(0, 20);
+    alert->close();
+  }
+}
+
+TEST_F(PresentedAlert, mayPresentTheNextOneWhenItCloses) {
+  alerts.present({AlertStyle::informational, "First", "", "Close"}, [this] { present("second"); });
+  standingAlert()->close();
+  ASSERT_NE(standingAlert(), nullptr);
+  EXPECT_EQ(standingAlert()->accessibleName(), "OpenAI Issue");
+  standingAlert()->close();
+  EXPECT_EQ(closed, 1);
+}
+
+TEST(LoadingWindow, movesOnlyWhileItIsShown) {
+  LoadingWindow window;
+  EXPECT_FALSE(window.view().pulsing());
+  for (int round = 0; round < 3; ++round) {
+    window.moveTopLeft({30, 40});
+    window.orderFront();
+    EXPECT_TRUE(window.view().pulsing());
+    EXPECT_EQ(window.size(), QSize(20, 20));
+    window.close();
+    EXPECT_FALSE(window.view().pulsing());
+  }
+}
+
+}  // namespace
+}  // namespace quillmark
