@@ -333,15 +333,29 @@ void CurlHttpSession::start(HttpRequest request, HttpHandlers handlers) {
   auto transfer = std::make_unique<Transfer>(*this, std::move(request), std::move(handlers));
   const std::lock_guard lock(mutex_);
   submitted_.push_back(std::move(transfer));
-  if (!running_) {
-    running_ = true;
-    if (thread_.joinable()) {
-      thread_.join();  // it ended because the library could not be started
-    }
+  ensureRunning();
+}
+
+void CurlHttpSession::warmUp() {
+  const std::lock_guard lock(mutex_);
+  ensureRunning();
+}
+
+/// To be called with the mutex held.
+void CurlHttpSession::ensureRunning() {
+  if (!std::exchange(running_, true)) {
     thread_ = std::thread([this] { run(); });
-  } else if (wakeable_ != nullptr) {
+  } else {
+    wake();
+  }
+}
+
+/// To be called with the mutex held.
+void CurlHttpSession::wake() {
+  if (wakeable_ != nullptr) {
     curl_multi_wakeup(wakeable_);
   }
+  refusing_.notify_one();
 }
 
 std::string CurlHttpSession::userAgentToken() const {
@@ -350,9 +364,7 @@ std::string CurlHttpSession::userAgentToken() const {
 
 void CurlHttpSession::lookAtClock() {
   const std::lock_guard lock(mutex_);
-  if (wakeable_ != nullptr) {
-    curl_multi_wakeup(wakeable_);
-  }
+  wake();
 }
 
 void CurlHttpSession::run() {
@@ -364,15 +376,7 @@ void CurlHttpSession::run() {
   static const CURLcode initialized = curl_global_init(CURL_GLOBAL_DEFAULT);
   multi_ = initialized == CURLE_OK ? curl_multi_init() : nullptr;
   if (multi_ == nullptr) {
-    std::vector<std::unique_ptr<Transfer>> lost;
-    {
-      const std::lock_guard lock(mutex_);
-      running_ = false;
-      lost.swap(submitted_);
-    }
-    for (const auto& transfer : lost) {
-      transfer->complete(HttpFailure{"The network is not available."});
-    }
+    refuseAll();
     return;
   }
   {
@@ -398,6 +402,17 @@ void CurlHttpSession::run() {
   }
   active_.clear();
   curl_multi_cleanup(std::exchange(multi_, nullptr));
+}
+
+/// What is left to do when the library can't be started, for want of memory or descriptors.
+void CurlHttpSession::refuseAll() {
+  while (!stopping_) {
+    for (const auto& transfer : takeSubmitted()) {
+      transfer->complete(HttpFailure{"The network is not available."});
+    }
+    std::unique_lock lock(mutex_);
+    refusing_.wait(lock, [this] { return stopping_ || !submitted_.empty(); });
+  }
 }
 
 std::vector<std::unique_ptr<CurlHttpSession::Transfer>> CurlHttpSession::takeSubmitted() {

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -35,6 +36,10 @@ class CurlHttpSession final : public HttpSession {
   void start(HttpRequest request, HttpHandlers handlers) override;
   std::string userAgentToken() const override;
 
+  /// Starts the thread ahead of the first request, so that the library gets ready while the caller does other things.
+  /// Any thread.
+  void warmUp();
+
   /// Makes the thread compare its clock with the patience of each request, for a clock that is turned by hand. Any
   /// thread.
   void lookAtClock();
@@ -42,7 +47,10 @@ class CurlHttpSession final : public HttpSession {
  private:
   class Transfer;
 
+  void ensureRunning();
+  void wake();
   void run();
+  void refuseAll();
   std::vector<std::unique_ptr<Transfer>> takeSubmitted();
   void begin(std::unique_ptr<Transfer> transfer);
   void finishDone();
@@ -52,9 +60,10 @@ class CurlHttpSession final : public HttpSession {
 
   const CurlHttpOptions options_;
 
-  std::mutex mutex_;  // guards the next four; never held while a handler runs
+  std::mutex mutex_;  // guards the next five; never held while a handler runs
   std::vector<std::unique_ptr<Transfer>> submitted_;
-  CURLM* wakeable_ = nullptr;  // the thread's handle while it can be woken
+  CURLM* wakeable_ = nullptr;         // the thread's handle while it can be woken
+  std::condition_variable refusing_;  // wakes the thread when there is no library to do it
   bool running_ = false;
   std::thread thread_;
   std::atomic<bool> stopping_ = false;

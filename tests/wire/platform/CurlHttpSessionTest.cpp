@@ -50,11 +50,9 @@ class Outcome {
  private:
   template <class Change>
   void note(Change change) {
-    {
-      const std::lock_guard lock(mutex_);
-      change();
-    }
-    changed_.notify_all();
+    const std::lock_guard lock(mutex_);
+    change();
+    changed_.notify_all();  // under the lock: whoever waits may destroy this right afterwards
   }
   template <class Condition>
   bool wait(Condition condition) {
@@ -353,6 +351,7 @@ TEST_F(HttpOverTheWire, theEndOfTheSessionDropsWhatIsUnderWay) {
   }
   EXPECT_EQ(pending.order, "hb");
   { CurlHttpSession unused; }
+  { CurlHttpSession().warmUp(); }
   never.open();
   EXPECT_TRUE(server.waitForHangUps(1)) << "the connection is gone, too";
 }
