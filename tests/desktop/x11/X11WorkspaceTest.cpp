@@ -113,6 +113,7 @@ TEST_F(X11WorkspaceTest, screensAndPointerAreInLogicalPoints) {
   xcb_change_property(session.connection(), XCB_PROP_MODE_REPLACE, dock, session.atom("_NET_WM_STRUT"),
                       XCB_ATOM_CARDINAL, 32, 4, strut);
   xcb_warp_pointer(session.connection(), XCB_NONE, session.root(), 0, 0, 0, 0, 300, 200);
+  xcb_flush(session.connection());
   X11Screens screens(connection, 2);
   ASSERT_TRUE(waitUntil([&] {
     const auto list = screens.screens();

@@ -53,9 +53,9 @@ void X11KeyInjector::post(std::span<const KeyboardEvent> events) {
         break;
     }
   }
-  const auto last = xcb_ungrab_server(xcb).sequence;
+  const auto behind = xcb_ungrab_server(xcb).sequence;
   xcb_flush(xcb);
-  connection_.markSimulation(first, last);
+  connection_.markSimulation(first, behind);
   if (steps.empty()) {
     log("Keys: this keyboard can't produce the combination");
   }
