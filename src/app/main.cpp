@@ -133,6 +133,9 @@ int main(int argc, char** argv) {
   const auto menuChanges = quillmark.menuBar().changed.connect([&tray] { tray.refresh(); });
 
   const SocketWatch end(endDescriptor, [] { QApplication::quit(); });
-  queue.async([] { trace::mark("ready"); });
+  queue.async([&http] {
+    trace::mark("ready");
+    http.warmUp();  // so that the first run need not wait for it
+  });
   return QApplication::exec();
 }

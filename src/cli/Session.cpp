@@ -15,7 +15,7 @@ void StandardErrorAlerts::present(const Alert& alert, std::function<void()> clos
   closed();
 }
 
-Session::Session(const std::string& dataDirectory)
+Session::Session(HttpSession& http, const std::string& dataDirectory)
     : defaults(defaultsFile(quillmark::dataDirectory(dataDirectory))),
       locale("en"),
       alertHandler(queue, alerts),

@@ -5,7 +5,7 @@
 #include "commands/CustomPromptStore.h"
 #include "commands/VariablesStore.h"
 #include "platform/AlertHandler.h"
-#include "platform/posix/CurlHttpSession.h"
+#include "platform/HttpSession.h"
 #include "platform/posix/IcuLocaleInfo.h"
 #include "platform/posix/PosixMainQueue.h"
 #include "platform/posix/SqliteUserDefaults.h"
@@ -26,12 +26,11 @@ void complain(const std::string& message);
 /// The services of the desktop program that need no desktop, over the same stored data.
 struct Session {
   /// An empty directory means the user's. Loads the stores.
-  explicit Session(const std::string& dataDirectory);
+  Session(HttpSession& http, const std::string& dataDirectory);
 
   PosixMainQueue queue;
   SqliteUserDefaults defaults;
   IcuLocaleInfo locale;
-  CurlHttpSession http;
   StandardErrorAlerts alerts;
   AlertHandler alertHandler;
   AppConfig appConfig;

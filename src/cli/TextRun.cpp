@@ -10,6 +10,7 @@
 #include "cli/Session.h"
 #include "commands/PromptFactory.h"
 #include "commands/PromptGenerator.h"
+#include "platform/posix/CurlHttpSession.h"
 
 namespace quillmark::cli {
 namespace {
@@ -87,7 +88,9 @@ std::optional<ProviderConfig> findProvider(const Session& session, const Command
 }  // namespace
 
 int run(const TextRun& run) {
-  Session session(run.dataDirectory);
+  CurlHttpSession http;
+  http.warmUp();  // the library gets ready while the stores load
+  Session session(http, run.dataDirectory);
   const auto command = findCommand(session, run);
   if (!command) {
     return 1;
@@ -141,7 +144,8 @@ int run(const TextRun& run) {
 }
 
 int list(const std::string& dataDirectory) {
-  const Session session(dataDirectory);
+  CurlHttpSession http;
+  const Session session(http, dataDirectory);
   for (const auto& command : session.promptStore.prompts.get()) {
     write(slugify(command.name) + "\t" + command.displayName() + "\n");
   }

@@ -47,7 +47,7 @@ AlertKind providerDisabled(const std::string& name) {
 
 ActionService::ActionService(const Collaborators& collaborators)
     : defaultBehavior(collaborators.defaults, "defaultBehavior", ActionBehavior::showReview),
-      isLoading(collaborators.defaults, "main.isLoading", false),
+      isLoading(collaborators.defaults, "main.isLoading", false, Durability::endOfProcess),
       with_(collaborators) {
   isLoading.set(false);
 }

@@ -20,6 +20,9 @@ struct Data {
 
 using DefaultsValue = std::variant<bool, std::int64_t, double, std::string, Data, std::vector<std::string>>;
 
+/// What a stored value must survive. A counter or a flag that the next start puts right needs not wait for the disk.
+enum class Durability { lossOfPower, endOfProcess };
+
 /// The user's defaults database: typed values under string keys, kept across restarts. A value is written whole or
 /// not at all. A second process may read and write it at the same time. Main thread only.
 class UserDefaults {
@@ -31,7 +34,9 @@ class UserDefaults {
 
   virtual std::optional<DefaultsValue> value(std::string_view key) const = 0;
   /// False when the value could not be stored; the old one then stands, and a log line says why.
-  virtual bool set(std::string_view key, DefaultsValue value) = 0;
+  bool set(std::string_view key, DefaultsValue value, Durability durability = Durability::lossOfPower) {
+    return store(key, std::move(value), durability);
+  }
   virtual void remove(std::string_view key) = 0;
   /// Returns when everything set so far would survive a loss of power.
   virtual void synchronize() = 0;
@@ -48,6 +53,9 @@ class UserDefaults {
 
   /// A key was set or removed, by this process or by another one.
   Signal<const std::string&> changed;
+
+ protected:
+  virtual bool store(std::string_view key, DefaultsValue value, Durability durability) = 0;
 };
 
 /// A value bound to a key: reads its default while the key is absent and never writes the default back. An
@@ -55,8 +63,8 @@ class UserDefaults {
 template <class T>
 class Setting {
  public:
-  Setting(UserDefaults& defaults, std::string key, T fallback)
-      : defaults_(defaults), key_(std::move(key)), fallback_(std::move(fallback)) {}
+  Setting(UserDefaults& defaults, std::string key, T fallback, Durability durability = Durability::lossOfPower)
+      : defaults_(defaults), key_(std::move(key)), fallback_(std::move(fallback)), durability_(durability) {}
 
   T get() const {
     if constexpr (std::is_enum_v<T>) {
@@ -69,9 +77,9 @@ class Setting {
 
   void set(const T& value) {
     if constexpr (std::is_enum_v<T>) {
-      defaults_.set(key_, std::string(rawValue(value)));
+      defaults_.set(key_, std::string(rawValue(value)), durability_);
     } else {
-      defaults_.set(key_, value);
+      defaults_.set(key_, value, durability_);
     }
   }
 
@@ -90,6 +98,7 @@ class Setting {
   UserDefaults& defaults_;
   std::string key_;
   T fallback_;
+  Durability durability_;
 };
 
 }  // namespace quillmark

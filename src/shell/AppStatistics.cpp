@@ -82,6 +82,9 @@ AppStatisticsData AppStatistics::read() const {
   return fresh;
 }
 
-void AppStatistics::write(const AppStatisticsData& data) { defaults_.set(storageKey, Data{toText(toJson(data))}); }
+void AppStatistics::write(const AppStatisticsData& data) {
+  // On the way of a run, which must not wait for the disk.
+  defaults_.set(storageKey, Data{toText(toJson(data))}, Durability::endOfProcess);
+}
 
 }  // namespace quillmark

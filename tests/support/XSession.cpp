@@ -175,10 +175,28 @@ XSession::XSession() {
   findKeyboard();
 
   windowManager_ = start({"openbox"});
-  if (!waitUntil([this] {
-        const auto check = numberProperty(root_, "_NET_SUPPORTING_WM_CHECK");
-        return check && *check != 0;
-      })) {
+  waitForWindowManager();
+}
+
+// A window manager that is still starting may overlook a window that is shown. So ask it a question until it answers:
+// how wide its frames are.
+void XSession::waitForWindowManager() {
+  const auto window = xcb_generate_id(connection_);
+  xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, root_, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
+                    XCB_COPY_FROM_PARENT, 0, nullptr);
+  const bool answered = waitUntil([&] {
+    xcb_client_message_event_t question{};
+    question.response_type = XCB_CLIENT_MESSAGE;
+    question.format = 32;
+    question.window = window;
+    question.type = atom("_NET_REQUEST_FRAME_EXTENTS");
+    xcb_send_event(connection_, 0, root_, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&question));
+    return numberProperty(window, "_NET_FRAME_EXTENTS").has_value();
+  });
+  xcb_destroy_window(connection_, window);
+  sync();
+  if (!answered) {
     fail("the window manager did not come up");
   }
 }
@@ -241,8 +259,13 @@ void XSession::findKeyboard() {
 }
 
 void XSession::key(std::uint8_t type, xcb_keycode_t code) {
-  xcb_test_fake_input(connection_, static_cast<std::uint8_t>(firstInputEvent_ + type), code, 0, 0, 0, 0,
-                      keyboardDevice_);
+  if (byTestExtension_) {
+    xcb_test_fake_input(connection_, type == XCB_INPUT_DEVICE_KEY_PRESS ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code, 0, 0,
+                        0, 0, 0);
+  } else {
+    xcb_test_fake_input(connection_, static_cast<std::uint8_t>(firstInputEvent_ + type), code, 0, 0, 0, 0,
+                        keyboardDevice_);
+  }
   sync();
 }
 
@@ -420,8 +443,9 @@ void XSession::close(xcb_window_t window) {
 
 xcb_window_t XSession::createWindow(const std::string& windowClass, pid_t pid, const std::string& title) {
   const auto window = xcb_generate_id(connection_);
+  const std::uint32_t events = XCB_EVENT_MASK_KEY_PRESS;
   xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, root_, 20, 20, 200, 100, 0,
-                    XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+                    XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
   std::string names = windowClass;  // instance and class are the same here
   names += '\0';
   names += windowClass;
@@ -446,6 +470,18 @@ xcb_window_t XSession::createWindow(const std::string& windowClass, pid_t pid, c
     fail("the window manager does not take the window");
   }
   return window;
+}
+
+std::vector<xcb_keycode_t> XSession::keysPressedIn(xcb_window_t window) {
+  sync();
+  std::vector<xcb_keycode_t> keys;
+  while (const auto event = owned(xcb_poll_for_event(connection_))) {
+    const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(*event);
+    if ((event->response_type & 0x7f) == XCB_KEY_PRESS && press.event == window) {
+      keys.push_back(press.detail);
+    }
+  }
+  return keys;
 }
 
 void XSession::setProperty(xcb_window_t window, const char* name, std::uint32_t value) {

@@ -75,6 +75,8 @@ class XSession {
   void release(xcb_keycode_t key);
   void press(std::string_view keysymName) { press(keyCode(keysymName)); }
   void release(std::string_view keysymName) { release(keyCode(keysymName)); }
+  /// From now on keys come by the extension for tests, as from a program that serves a remote screen.
+  void typeByTestExtension() { byTestExtension_ = true; }
   /// Presses the keys in order and releases them in the opposite order.
   void tap(const std::vector<std::string_view>& keysymNames);
   /// Letters, digits and blanks that stand on the first level of the present layout.
@@ -100,6 +102,8 @@ class XSession {
 
   /// Another client's window, mapped, with a class and a process id.
   xcb_window_t createWindow(const std::string& windowClass, pid_t pid, const std::string& title = "window");
+  /// The keys that were pressed in the window since the last call, from its creation on.
+  std::vector<xcb_keycode_t> keysPressedIn(xcb_window_t window);
   void setProperty(xcb_window_t window, const char* name, std::uint32_t value);
 
   xcb_connection_t* connection() const { return connection_; }
@@ -111,6 +115,7 @@ class XSession {
   std::optional<std::uint32_t> numberProperty(xcb_window_t window, const char* name);
   void key(std::uint8_t type, xcb_keycode_t code);
   void findKeyboard();
+  void waitForWindowManager();
   void sync();
 
   std::filesystem::path home_;
@@ -122,6 +127,7 @@ class XSession {
   xcb_window_t root_ = 0;
   std::uint8_t firstInputEvent_ = 0;
   std::uint8_t keyboardDevice_ = 0;
+  bool byTestExtension_ = false;
   std::map<std::string, xcb_atom_t, std::less<>> atoms_;
 };
 

@@ -303,7 +303,7 @@ std::optional<DefaultsValue> SqliteUserDefaults::value(std::string_view key) con
   return found == values_.end() ? std::nullopt : std::optional(found->second);
 }
 
-bool SqliteUserDefaults::set(std::string_view key, DefaultsValue value) {
+bool SqliteUserDefaults::store(std::string_view key, DefaultsValue value, Durability durability) {
   refresh();
   const auto old = values_.find(key);
   if (old == values_.end() || old->second != value) {
@@ -312,7 +312,7 @@ bool SqliteUserDefaults::set(std::string_view key, DefaultsValue value) {
       bindText(replace_.get(), 1, key);
       bindText(replace_.get(), 2, typeNames[value.index()]);
       bindValue(replace_.get(), 3, value, buffer);
-      if (!written(replace_.get(), key)) {
+      if (!written(replace_.get(), key, durability)) {
         return false;
       }
     } else {
@@ -335,7 +335,7 @@ void SqliteUserDefaults::remove(std::string_view key) {
   }
   const std::string changedKey(key);
   bindText(delete_.get(), 1, changedKey);
-  if (!written(delete_.get(), changedKey)) {
+  if (!written(delete_.get(), changedKey, Durability::lossOfPower)) {
     return;
   }
   values_.erase(old);
@@ -344,9 +344,20 @@ void SqliteUserDefaults::remove(std::string_view key) {
 }
 
 /// Runs a statement as a transaction of its own, which has the file for writing from its beginning.
-bool SqliteUserDefaults::written(sqlite3_stmt* statement, std::string_view key) {
+bool SqliteUserDefaults::written(sqlite3_stmt* statement, std::string_view key, Durability durability) {
+  // In the log's NORMAL mode a commit is in the system's hands but not yet on the disk; the next FULL one takes it along.
+  const bool waits = durability == Durability::lossOfPower;
+  if (!waits) {
+    sqlite3_exec(database_.get(), "PRAGMA synchronous=NORMAL", nullptr, nullptr, nullptr);
+  }
   sqlite3_step(statement);
   const bool stored = sqlite3_reset(statement) == SQLITE_OK;
+  if (!waits) {
+    sqlite3_exec(database_.get(), "PRAGMA synchronous=FULL", nullptr, nullptr, nullptr);
+    unsynchronized_ = unsynchronized_ || stored;
+  } else if (stored) {
+    unsynchronized_ = false;
+  }
   if (stored) {
     announceWrite();
   } else {
@@ -354,6 +365,12 @@ bool SqliteUserDefaults::written(sqlite3_stmt* statement, std::string_view key) 
   }
   sqlite3_clear_bindings(statement);
   return stored;
+}
+
+void SqliteUserDefaults::synchronize() {
+  if (std::exchange(unsynchronized_, false)) {
+    sqlite3_wal_checkpoint_v2(database_.get(), nullptr, SQLITE_CHECKPOINT_PASSIVE, nullptr, nullptr);
+  }
 }
 
 /// A transaction shows only after its last write to the log, when a watcher of the log has long been woken and has seen

@@ -13,7 +13,8 @@ struct sqlite3_stmt;
 namespace quillmark {
 
 /// The defaults database in one SQLite file, readable by its owner only. Values are held in memory; a read costs a look
-/// at the file's version, which tells whether another process has written. Every set() is on the disk when it returns.
+/// at the file's version, which tells whether another process has written. A set() or remove() is on the disk
+/// when it returns, unless it was told that it need not be.
 ///
 /// A damaged file is never overwritten: it is renamed to `<file>.damaged-<UTC time>`, and an empty one takes its place.
 /// When no file can be had at all, everything reads as absent and nothing can be set.
@@ -29,15 +30,17 @@ class SqliteUserDefaults final : public UserDefaults {
   const std::optional<std::string>& problem() const { return problem_; }
 
   std::optional<DefaultsValue> value(std::string_view key) const override;
-  bool set(std::string_view key, DefaultsValue value) override;
   void remove(std::string_view key) override;
-  void synchronize() override {}  // set() and remove() return when the disk has it
+  void synchronize() override;
 
   /// A descriptor that becomes readable after a process has changed the file; -1 if there is none. Watch it from the
   /// main thread's loop, and call handleChange() then.
   int changeDescriptor();
   /// Tells of each key that another process has changed since it was last told of.
   void handleChange();
+
+ protected:
+  bool store(std::string_view key, DefaultsValue value, Durability durability) override;
 
  private:
   struct CloseDatabase {
@@ -58,7 +61,7 @@ class SqliteUserDefaults final : public UserDefaults {
 
   std::optional<Values> readAll() const;
   void refresh() const;
-  bool written(sqlite3_stmt* statement, std::string_view key);
+  bool written(sqlite3_stmt* statement, std::string_view key, Durability durability);
   void announceWrite() const;
 
   const std::string file_;
@@ -69,6 +72,7 @@ class SqliteUserDefaults final : public UserDefaults {
   mutable std::set<std::string, std::less<>> untold_;  // keys that another process changed
   std::optional<std::string> setAside_;
   std::optional<std::string> problem_;
+  bool unsynchronized_ = false;  // the last commits did not wait for the disk
   int inotify_ = -1;
 };
 

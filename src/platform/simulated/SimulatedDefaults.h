@@ -14,14 +14,6 @@ class SimulatedDefaults : public UserDefaults {
     const auto found = values.find(key);
     return found == values.end() ? std::nullopt : std::optional(found->second);
   }
-  bool set(std::string_view key, DefaultsValue value) override {
-    if (diskIsFull) {
-      return false;
-    }
-    values.insert_or_assign(std::string(key), std::move(value));
-    changed.emit(std::string(key));
-    return true;
-  }
   void remove(std::string_view key) override {
     if (const auto found = values.find(key); found != values.end()) {
       values.erase(found);
@@ -32,6 +24,16 @@ class SimulatedDefaults : public UserDefaults {
 
   std::map<std::string, DefaultsValue, std::less<>> values;
   bool diskIsFull = false;
+
+ protected:
+  bool store(std::string_view key, DefaultsValue value, Durability /*durability*/) override {
+    if (diskIsFull) {
+      return false;
+    }
+    values.insert_or_assign(std::string(key), std::move(value));
+    changed.emit(std::string(key));
+    return true;
+  }
 };
 
 }  // namespace quillmark

@@ -180,12 +180,12 @@ std::optional<X11Connection::Property> X11Connection::property(xcb_window_t wind
   }
 }
 
-void X11Connection::markSimulation(unsigned firstRequest, unsigned lastRequest) {
-  simulation_ = {firstRequest, lastRequest};
+void X11Connection::markSimulation(unsigned firstRequest, unsigned requestBehind) {
+  simulation_ = {firstRequest, requestBehind};
 }
 
 bool X11Connection::isSimulated(const xcb_generic_event_t& event) const {
-  return simulation_ && !isBefore(event, simulation_->first) && isBefore(event, simulation_->second + 1);
+  return simulation_ && !isBefore(event, simulation_->first) && isBefore(event, simulation_->second);
 }
 
 }  // namespace quillmark

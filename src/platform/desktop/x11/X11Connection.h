@@ -78,8 +78,9 @@ class X11Connection {
   /// The whole value in one round trip (two for more than 256 KiB); nothing when the window or the property is gone.
   std::optional<Property> property(xcb_window_t window, xcb_atom_t name, bool andDelete = false);
 
-  /// Marks a range of our own requests as simulating keys, so that their echoes can be told from the user's keys.
-  void markSimulation(unsigned firstRequest, unsigned lastRequest);
+  /// Marks a range of our own requests as simulating keys, so that their echoes can be told from the user's keys. An
+  /// event bears the number of the last request before it, so the range ends ahead of the request behind.
+  void markSimulation(unsigned firstRequest, unsigned requestBehind);
   bool isSimulated(const xcb_generic_event_t& event) const;
   /// Whether the event was made before the server saw this request of ours.
   static bool isBefore(const xcb_generic_event_t& event, unsigned request) {

@@ -96,6 +96,7 @@ void X11HotKeys::registerHotKey(const std::string& name, const KeyCombination& c
   drop(hotKey);
   hotKey.combination = combination;
   take(name);
+  xcb_flush(connection_.xcb());
 }
 
 void X11HotKeys::unregisterHotKey(const std::string& name) {
