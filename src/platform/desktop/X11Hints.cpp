@@ -26,8 +26,11 @@ struct Toolkit {
   xcb_atom_t compositor, panel, desktop, state, above, sticky, skipTaskbar, skipPager, activeWindow;
 
   explicit Toolkit(xcb_connection_t* of) : connection(of) {
+    char* host = nullptr;
+    int display = 0;
     int number = 0;
-    xcb_parse_display(nullptr, nullptr, nullptr, &number);
+    xcb_parse_display(nullptr, &host, &display, &number);
+    std::free(host);
     auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection));
     for (int i = 0; i < number && screen.rem > 1; ++i) {
       xcb_screen_next(&screen);
