@@ -55,10 +55,6 @@ void LoadingView::hideEvent(QHideEvent* event) {
 void LoadingView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  if (!window()->testAttribute(Qt::WA_TranslucentBackground)) {
-    // Nothing shines through: stand on the desktop's own window colour instead.
-    painter.fillRect(rect(), palette().color(QPalette::Window));
-  }
   painter.setOpacity(opacity_);
   painter.setPen(Qt::NoPen);
   painter.setBrush(QColor::fromRgbF(0, 0, 0, 0.33F));

@@ -5,10 +5,13 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
+#include <QPixmap>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
-#include <QStyle>
+#include <QTextBlockFormat>
+#include <QTextCursor>
 #include <QTextDocument>
 #include <QTextEdit>
 #include <QVBoxLayout>
@@ -28,6 +31,31 @@ QScreen* screenOfPointer() {
   return screen ? screen : QGuiApplication::primaryScreen();
 }
 
+/// A sign that looks the same on every desktop: not all of them bring pictures for it.
+QPixmap makeSign(AlertStyle style, qreal scale) {
+  const bool warning = style == AlertStyle::warning;
+  QPixmap picture(QSize(iconSide, iconSide) * scale);
+  picture.setDevicePixelRatio(scale);
+  picture.fill(Qt::transparent);
+  QPainter painter(&picture);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const QColor ground = warning ? QColor(0xF2, 0xB1, 0x1B) : QColor(0x2B, 0x66, 0xD9);
+  const QColor mark = warning ? QColor(0x1B, 0x1B, 0x1E) : QColor(Qt::white);
+  painter.setBrush(ground);
+  painter.setPen(QPen(ground, 6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  if (warning) {
+    painter.drawPolygon(QPolygonF({{20, 6}, {36, 33}, {4, 33}}));
+  } else {
+    painter.drawEllipse(QPointF(20, 20), 15, 15);
+  }
+  // The mark of the one sign is that of the other one, upside down.
+  const qreal dot = warning ? 30.5 : 12;
+  painter.setPen(QPen(mark, 4, Qt::SolidLine, Qt::RoundCap));
+  painter.drawLine(warning ? QLineF(20, 15, 20, 23.5) : QLineF(20, 19, 20, 28.5));
+  painter.drawPoint(QPointF(20, dot));
+  return picture;
+}
+
 QLabel* makeTitle(const QString& text) {
   auto* const label = new QLabel(text);
   label->setTextFormat(Qt::PlainText);
@@ -35,6 +63,7 @@ QLabel* makeTitle(const QString& text) {
   label->setFixedWidth(textWidth);
   QFont font = label->font();
   font.setBold(true);
+  font.setPointSizeF(font.pointSizeF() + 1);
   label->setFont(font);
   return label;
 }
@@ -50,8 +79,16 @@ QTextEdit* makeMessage(const QString& text, int tallest) {
   view->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   view->viewport()->setAutoFillBackground(false);
   view->document()->setDocumentMargin(0);
-  view->document()->setTextWidth(textWidth);
-  const int height = qCeil(view->document()->size().height());
+  QTextBlockFormat lines;
+  lines.setLineHeight(130, QTextBlockFormat::ProportionalHeight);
+  QTextCursor everything(view->document());
+  everything.select(QTextCursor::Document);
+  everything.mergeBlockFormat(lines);
+
+  // Measured on a copy: the view sets the width of its own document back to what it has before it is shown.
+  const std::unique_ptr<QTextDocument> measured(view->document()->clone());
+  measured->setTextWidth(textWidth);
+  const int height = qCeil(measured->size().height());
   const bool scrolls = height > tallest;
   view->setFixedHeight(std::min(height, tallest));
   view->setVerticalScrollBarPolicy(scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
@@ -66,7 +103,6 @@ class QtAlerts::Window : public QDialog {
   explicit Window(const Alert& alert)
       : QDialog(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint |
                              Qt::WindowStaysOnTopHint) {  // our floating panels must not cover it
-    const bool warning = alert.style == AlertStyle::warning;
     const QString title = QString::fromStdString(alert.title);
     const QString message = QString::fromStdString(alert.message);
     const QRect area = screenOfPointer()->availableGeometry();
@@ -76,8 +112,7 @@ class QtAlerts::Window : public QDialog {
     setAttribute(Qt::WA_QuitOnClose, false);
 
     auto* const icon = new QLabel;
-    const auto kind = warning ? QStyle::SP_MessageBoxWarning : QStyle::SP_MessageBoxInformation;
-    icon->setPixmap(style()->standardIcon(kind).pixmap(iconSide));
+    icon->setPixmap(makeSign(alert.style, devicePixelRatioF()));
 
     auto* const text = new QVBoxLayout;
     text->setSpacing(8);

@@ -22,7 +22,8 @@ QtPanelWindow::QtPanelWindow(Kind kind, int cornerRadius)
     : QWidget(nullptr, flagsFor(kind)), cornerRadius_(cornerRadius) {
   setAttribute(Qt::WA_ShowWithoutActivating);
   setAttribute(Qt::WA_QuitOnClose, false);
-  setAttribute(Qt::WA_TranslucentBackground, x11::compositorRunning());
+  // Also without a compositor, which can come later: a window can't gain translucency after it is made.
+  setAttribute(Qt::WA_TranslucentBackground);
 }
 
 void QtPanelWindow::moveTopLeft(Point corner) { move(qRound(corner.x), qRound(corner.y)); }
@@ -31,14 +32,7 @@ void QtPanelWindow::prepare() {
   if (isVisible()) {
     return;
   }
-  if (const bool compositor = x11::compositorRunning(); compositor != translucent()) {
-    // The pixel format of a window is settled when the window is made.
-    if (internalWinId() != 0) {
-      destroy();
-    }
-    setAttribute(Qt::WA_NoSystemBackground, false);
-    setAttribute(Qt::WA_TranslucentBackground, compositor);
-  }
+  translucent_ = x11::compositorRunning();
   shapeCorners();
   x11::markAsPanel(*this);
 }
@@ -62,8 +56,14 @@ void QtPanelWindow::resizeEvent(QResizeEvent* event) {
   shapeCorners();
 }
 
+void QtPanelWindow::paintEvent(QPaintEvent*) {
+  if (!translucent_) {
+    QPainter(this).fillRect(rect(), palette().color(QPalette::Window));
+  }
+}
+
 void QtPanelWindow::shapeCorners() {
-  if (translucent()) {
+  if (translucent_) {
     clearMask();
     return;
   }

@@ -6,7 +6,7 @@
 
 namespace quillmark {
 
-/// The frameless window behind a floating panel; its content draws in paintEvent() or stands in a layout. Rounded and
+/// The frameless window behind a floating panel; its content is a child widget. Rounded and
 /// translucent where a compositor runs; cut to a rounded shape, hard edged and opaque, where none does.
 class QtPanelWindow : public QWidget, public PanelWindow {
  public:
@@ -25,9 +25,11 @@ class QtPanelWindow : public QWidget, public PanelWindow {
   void makeKeyAndOrderFront();
 
   /// Whether what is drawn half transparent shows what is behind the window. Settled anew before each show.
-  bool translucent() const { return testAttribute(Qt::WA_TranslucentBackground); }
+  bool translucent() const { return translucent_; }
 
  protected:
+  /// The ground under everything where nothing shines through.
+  void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
@@ -35,6 +37,7 @@ class QtPanelWindow : public QWidget, public PanelWindow {
   void shapeCorners();
 
   int cornerRadius_;
+  bool translucent_ = false;
 };
 
 }  // namespace quillmark

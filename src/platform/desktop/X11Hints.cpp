@@ -29,9 +29,8 @@ struct Toolkit {
     char* host = nullptr;
     int display = 0;
     int number = 0;
-    if (xcb_parse_display(nullptr, &host, &display, &number) != 0) {
-      std::free(host);
-    }
+    xcb_parse_display(nullptr, &host, &display, &number);
+    std::free(host);
     auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection));
     for (int i = 0; i < number && screen.rem > 1; ++i) {
       xcb_screen_next(&screen);
