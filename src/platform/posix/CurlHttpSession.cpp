@@ -5,6 +5,7 @@
 #include <charconv>
 #include <csignal>
 #include <exception>
+#include <filesystem>
 #include <limits>
 #include <optional>
 #include <string_view>
@@ -71,6 +72,19 @@ std::string hostOf(const std::string& url) {
     curl_free(text);
   }
   return result;
+}
+
+/// Whether OpenSSL can look an authority up here: under the hash of its name, as in "5ed36f99.0".
+bool isHashedDirectory(const char* directory) {
+  std::error_code error;
+  for (std::filesystem::directory_iterator entry(directory, error), end; !error && entry != end;
+       entry.increment(error)) {
+    const auto name = entry->path().filename().string();
+    if (name.size() == 10 && name.ends_with(".0") && name.find_first_not_of("0123456789abcdef") == name.size() - 2) {
+      return true;
+    }
+  }
+  return false;
 }
 
 /// One sentence for the user. `detail` is what the library noted, `url` where the request had come to.
@@ -207,9 +221,10 @@ std::optional<std::string> CurlHttpSession::Transfer::configure() {
   set(CURLOPT_MAXREDIRS, redirectLimit);
   set(CURLOPT_REDIR_PROTOCOLS_STR, scheme == "https" ? "https" : "http,https");  // what was secret stays so
   set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
-  if (!session_.options_.caBundle.empty()) {
-    set(CURLOPT_CAINFO, session_.options_.caBundle.c_str());
-    set(CURLOPT_CAPATH, nullptr);
+  if (scheme == "https") {
+    const auto& [bundle, directory] = session_.authorities();
+    set(CURLOPT_CAINFO, bundle.empty() ? nullptr : bundle.c_str());
+    set(CURLOPT_CAPATH, directory.empty() ? nullptr : directory.c_str());
   }
   set(CURLOPT_HTTPHEADER, headers_.get());
   // Decodes every coding the library knows. The header that asks for codings is the caller's.
@@ -465,6 +480,23 @@ void CurlHttpSession::failOverdue() {
     const auto failed = take(transfer);
     failed->complete(failed->failure(CURLE_OPERATION_TIMEDOUT));
   }
+}
+
+/// Both of the library's defaults together would have it read the whole bundle for each new connection, which takes
+/// longer than all the rest of a request. From the directory it reads the one that is asked for; a bundle alone it
+/// keeps.
+const CurlHttpSession::Authorities& CurlHttpSession::authorities() {
+  if (!authorities_) {
+    const auto* library = curl_version_info(CURLVERSION_NOW);
+    if (!options_.caBundle.empty()) {
+      authorities_ = {options_.caBundle, ""};
+    } else if (library->capath != nullptr && isHashedDirectory(library->capath)) {
+      authorities_ = {"", library->capath};
+    } else {
+      authorities_ = {library->cainfo == nullptr ? "" : library->cainfo, ""};
+    }
+  }
+  return *authorities_;
 }
 
 /// As long as the library accepts when nothing is under way: it can be woken at any time.

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -57,6 +58,12 @@ class CurlHttpSession final : public HttpSession {
   void failOverdue();
   int millisecondsToNextDeadline() const;
   std::unique_ptr<Transfer> take(const Transfer* transfer);
+  /// The certificate authorities to trust: a bundle, or a directory in which each is found by its name.
+  struct Authorities {
+    std::string bundle;
+    std::string directory;
+  };
+  const Authorities& authorities();
 
   const CurlHttpOptions options_;
 
@@ -71,6 +78,7 @@ class CurlHttpSession final : public HttpSession {
   // The thread's own.
   CURLM* multi_ = nullptr;
   std::vector<std::unique_ptr<Transfer>> active_;
+  std::optional<Authorities> authorities_;
 };
 
 }  // namespace quillmark
