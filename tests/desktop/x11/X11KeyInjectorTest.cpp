@@ -123,5 +123,17 @@ TEST_F(X11KeyInjectorTest, aProgramInATerminalIsNotInterrupted) {
   EXPECT_TRUE(loop.runUntil([&] { return contents(record) != "ready\n"; })) << "the script notices an interrupt";
 }
 
+TEST_F(X11KeyInjectorTest, nothingIsTypedIntoATerminalThatHasNoKeysForTheClipboard) {
+  const auto record = session.home() / "record";
+  auto terminal =
+      session.start({"xterm", "-e", "sh", "-c", "echo ready > " + record.string() + "; cat >> " + record.string()});
+  session.activate(session.waitForWindow(terminal->pid()).id);
+  ASSERT_TRUE(loop.runUntil([&] { return contents(record) == "ready\n"; }));
+  post(KeyCode::c);
+  post(KeyCode::v);
+  session.type("end\n");
+  EXPECT_TRUE(loop.runUntil([&] { return contents(record) == "ready\nend\n"; }, 5s)) << contents(record);
+}
+
 }  // namespace
 }  // namespace quillmark

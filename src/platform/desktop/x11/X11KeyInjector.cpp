@@ -34,6 +34,10 @@ void X11KeyInjector::post(std::span<const KeyboardEvent> events) {
   }
   auto* const xcb = connection_.xcb();
   const auto dialect = dialectOfWindowInFront();
+  if (dialect == chord::Dialect::none) {
+    log("Keys: the window in front has none for copy and paste");
+    return;
+  }
   const auto& keys = keyboard_.keys();
 
   // Nothing that the user does comes between the look at the keyboard and our keys.

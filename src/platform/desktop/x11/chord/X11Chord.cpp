@@ -15,8 +15,8 @@ struct Terminal {
   Dialect dialect;
 };
 
-// In xterm and its kin Control+Shift+C is the same interrupt as Control+C. Control+Insert means nothing to them unless
-// the user has bound it, and Shift+Insert pastes.
+// In xterm and its kin Control+Shift+C is the same interrupt as Control+C, Control+Insert types a piece of an escape
+// sequence at the prompt of a shell, and Shift+Insert pastes the primary selection, not the clipboard.
 constexpr Terminal terminals[] = {
     {"alacritty", Dialect::controlShift},
     {"com.mitchellh.ghostty", Dialect::controlShift},
@@ -31,9 +31,9 @@ constexpr Terminal terminals[] = {
     {"io.elementary.terminal", Dialect::controlShift},
     {"kgx", Dialect::controlShift},
     {"kitty", Dialect::controlShift},
-    {"koi8rxterm", Dialect::insert},
+    {"koi8rxterm", Dialect::none},
     {"konsole", Dialect::controlShift},
-    {"lxterm", Dialect::insert},
+    {"lxterm", Dialect::none},
     {"lxterminal", Dialect::controlShift},
     {"mate-terminal", Dialect::controlShift},
     {"org.gnome.console", Dialect::controlShift},
@@ -42,7 +42,7 @@ constexpr Terminal terminals[] = {
     {"org.wezfurlong.wezterm", Dialect::controlShift},
     {"ptyxis", Dialect::controlShift},
     {"qterminal", Dialect::controlShift},
-    {"rxvt", Dialect::insert},
+    {"rxvt", Dialect::none},
     {"sakura", Dialect::controlShift},
     {"st", Dialect::controlShift},
     {"st-256color", Dialect::controlShift},
@@ -51,11 +51,11 @@ constexpr Terminal terminals[] = {
     {"termit", Dialect::controlShift},
     {"tilda", Dialect::controlShift},
     {"tilix", Dialect::controlShift},
-    {"urxvt", Dialect::insert},
-    {"uxterm", Dialect::insert},
+    {"urxvt", Dialect::none},
+    {"uxterm", Dialect::none},
     {"wezterm", Dialect::controlShift},
     {"xfce4-terminal", Dialect::controlShift},
-    {"xterm", Dialect::insert},
+    {"xterm", Dialect::none},
     {"yakuake", Dialect::controlShift},
 };
 
@@ -76,17 +76,15 @@ Combination combinationFor(KeyCode letter, const Keyboard& keyboard, unsigned pr
   const auto keyIn = [&](unsigned group) {
     return letter == KeyCode::c ? keyboard.groups[group].c : keyboard.groups[group].v;
   };
-  if (dialect != Dialect::insert) {
-    std::vector<XKey> modifiers{keyboard.control};
-    if (dialect == Dialect::controlShift) {
-      modifiers.push_back(keyboard.shift);
-    }
-    const auto count = static_cast<unsigned>(keyboard.groups.size());
-    for (unsigned i = 0; i < count; ++i) {
-      const unsigned group = (presentGroup + i) % count;
-      if (const XKey key = keyIn(group); key != 0) {
-        return {modifiers, key, group};
-      }
+  std::vector<XKey> modifiers{keyboard.control};
+  if (dialect == Dialect::controlShift) {
+    modifiers.push_back(keyboard.shift);
+  }
+  const auto count = static_cast<unsigned>(keyboard.groups.size());
+  for (unsigned i = 0; i < count; ++i) {
+    const unsigned group = (presentGroup + i) % count;
+    if (const XKey key = keyIn(group); key != 0) {
+      return {modifiers, key, group};
     }
   }
   return {{letter == KeyCode::c ? keyboard.control : keyboard.shift}, keyboard.insert, std::nullopt};
@@ -105,7 +103,7 @@ std::vector<Step> steps(std::span<const KeyboardEvent> events, const Keyboard& k
                         Dialect dialect) {
   const auto letter = std::ranges::find_if(
       events, [](const auto& event) { return event.keyCode == KeyCode::c || event.keyCode == KeyCode::v; });
-  if (letter == events.end()) {
+  if (letter == events.end() || dialect == Dialect::none) {
     return {};
   }
   const auto combination = combinationFor(letter->keyCode, keyboard, moment.group, dialect);

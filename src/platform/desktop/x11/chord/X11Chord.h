@@ -19,7 +19,7 @@ using XKeys = std::bitset<256>;
 enum class Dialect {
   control,       ///< Control and the letter, as in nearly every program
   controlShift,  ///< terminals in which Control and a letter is an order to the program within
-  insert,        ///< Control+Insert copies, Shift+Insert pastes: never an order to the program within
+  none,          ///< terminals that have no keys for the clipboard unless the user makes some
 };
 
 /// By the two names of the window's WM_CLASS, in any letter case.
@@ -52,7 +52,8 @@ struct Step {
   friend bool operator==(const Step&, const Step&) = default;
 };
 
-/// Empty when the keyboard can't produce the combination. The combination's own modifiers go down before others that
+/// Empty when the keyboard can't produce the combination or the window has none. Without a Latin letter in any group
+/// Control+Insert copies and Shift+Insert pastes. The combination's own modifiers go down before others that
 /// the user holds are lifted, so that no program takes a modifier for tapped alone; lifted keys stay lifted.
 std::vector<Step> steps(std::span<const KeyboardEvent> events, const Keyboard& keyboard, const Moment& moment,
                         Dialect dialect);
