@@ -10,7 +10,7 @@ namespace {
 
 // Most hosts show our picture as it is, on a panel of which we know nothing: this blue has a contrast of more than 4:1
 // to white as well as to black.
-constexpr QRgb trayColour = 0xFF3B7DE8;
+constexpr QRgb trayColour = 0xFF387AE5;
 
 }  // namespace
 
