@@ -91,6 +91,7 @@ TEST(Symbols, anIconFollowsThePaletteOfTheApplication) {
     QGuiApplication::setPalette(palette);
     EXPECT_EQ(icon.pixmap(20).toImage().pixelColor(10, 4), colour);
     EXPECT_EQ(icon.pixmap(20, QIcon::Disabled).toImage().pixelColor(10, 4), QColor(Qt::red));
+    EXPECT_EQ(icon.pixmap(20, QIcon::Selected).toImage().pixelColor(10, 4), palette.color(QPalette::HighlightedText));
   }
   QGuiApplication::setPalette(before);
 }

@@ -40,8 +40,13 @@ QPixmap render(const QString& file, QSize pixels, const QColor& colour) {
 /// Draws a symbol anew for each size, so that nothing is ever scaled.
 class Engine : public QIconEngine {
  public:
-  Engine(QString file, QPalette::ColorRole role, std::optional<QColor> colour)
-      : file_(std::move(file)), role_(role), colour_(std::move(colour)) {}
+  struct Colours {
+    QPalette::ColorRole role = QPalette::WindowText;
+    QPalette::ColorRole active = role;
+    std::optional<QColor> always = std::nullopt;
+  };
+
+  Engine(QString file, Colours colours) : file_(std::move(file)), colours_(std::move(colours)) {}
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
     const qreal scale = painter->device()->devicePixelRatioF();
@@ -68,33 +73,38 @@ class Engine : public QIconEngine {
 
  private:
   QColor colourFor(QIcon::Mode mode) const {
-    if (colour_) {
-      return *colour_;
+    if (colours_.always) {
+      return *colours_.always;
     }
     const QPalette palette = QGuiApplication::palette();
     switch (mode) {
       case QIcon::Disabled:
-        return palette.color(QPalette::Disabled, role_);
+        return palette.color(QPalette::Disabled, colours_.role);
       case QIcon::Selected:
         return palette.color(QPalette::HighlightedText);
+      case QIcon::Active:
+        return palette.color(colours_.active);
       default:
-        return palette.color(QPalette::Active, role_);
+        return palette.color(colours_.role);
     }
   }
 
   QString file_;
-  QPalette::ColorRole role_;
-  std::optional<QColor> colour_;
+  Colours colours_;
 };
 
 }  // namespace
 
 QIcon icon(const std::string& name, QPalette::ColorRole role) {
-  return QIcon(new Engine(fileFor(name), role, std::nullopt));
+  return QIcon(new Engine(fileFor(name), {.role = role}));
 }
 
 QIcon icon(const std::string& name, const QColor& colour) {
-  return QIcon(new Engine(fileFor(name), QPalette::WindowText, colour));
+  return QIcon(new Engine(fileFor(name), {.always = colour}));
+}
+
+QIcon menuIcon(const std::string& name) {
+  return QIcon(new Engine(fileFor(name), {.active = QPalette::HighlightedText}));
 }
 
 QPixmap pixmap(const std::string& name, int points, qreal scale, const QColor& colour) {

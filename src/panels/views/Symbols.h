@@ -6,11 +6,9 @@
 #include <QPixmap>
 #include <string>
 
-namespace quillmark {
-
 /// The drawings behind the symbol names that commands carry: one file of resources/icons/ for each name, drawn as lines
 /// in one colour. A name without a drawing gets that of "command".
-namespace symbols {
+namespace quillmark::symbols {
 
 /// Crisp at any size and scale. Takes its colour from the application's palette each time it is painted, so it follows
 /// the colour scheme, and from its disabled and selected groups where an icon is painted so.
@@ -19,9 +17,10 @@ QIcon icon(const std::string& name, QPalette::ColorRole role = QPalette::WindowT
 /// As above, always in this colour.
 QIcon icon(const std::string& name, const QColor& colour);
 
+/// For entries of menus that the toolkit draws: they lie on the highlight colour while they are active.
+QIcon menuIcon(const std::string& name);
+
 /// One picture of `points` by `points` logical points, `scale` device pixels each.
 QPixmap pixmap(const std::string& name, int points, qreal scale, const QColor& colour);
 
-}  // namespace symbols
-
-}  // namespace quillmark
+}  // namespace quillmark::symbols

@@ -165,6 +165,8 @@ TrayHost::TrayHost() {
 
 TrayHost::~TrayHost() = default;
 
+bool TrayHost::drawsMenus() const { return notifier_->present(); }
+
 void TrayHost::update() {
   if (!notifier_->answered()) {
     return;

@@ -21,6 +21,8 @@ class TrayHost {
 
   /// A host can come late, never, or go and come again.
   Observable<bool> available;
+  /// Whether a StatusNotifierItem host is there: it draws the menus itself, in its own colours.
+  bool drawsMenus() const;
 
  private:
   class Notifier;

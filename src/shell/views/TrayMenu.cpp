@@ -3,7 +3,6 @@
 #include <QCursor>
 
 #include "panels/views/Symbols.h"
-#include "shell/views/MenuFiller.h"
 
 namespace quillmark {
 
@@ -11,11 +10,12 @@ namespace {
 
 // Most hosts show our picture as it is, on a panel of which we know nothing: this blue has a contrast of more than 4:1
 // to white as well as to black.
-constexpr QRgb trayColour = 0xFF3B7DE8;
+constexpr QRgb trayColour = 0xFF387AE5;
 
 }  // namespace
 
-TrayMenu::TrayMenu(TrayHost& host, std::function<std::vector<MenuItem>()> build) : build_(std::move(build)) {
+TrayMenu::TrayMenu(TrayHost& host, std::function<std::vector<MenuItem>()> build)
+    : host_(host), build_(std::move(build)) {
   refill_.setSingleShot(true);
   QObject::connect(&refill_, &QTimer::timeout, &refill_, [this] { fill(); });
   hostChanged_ = host.available.bind([this](bool available) {
@@ -29,13 +29,14 @@ TrayMenu::TrayMenu(TrayHost& host, std::function<std::vector<MenuItem>()> build)
 TrayMenu::~TrayMenu() = default;
 
 void TrayMenu::appear() {
+  painter_ = host_.drawsMenus() ? MenuPainter::host : MenuPainter::toolkit;
   fill();
   icon_ = std::make_unique<QSystemTrayIcon>(symbols::icon("pencil.line", QColor(trayColour)));
   icon_->setToolTip(QStringLiteral("Quillmark"));
   icon_->setContextMenu(&menu_);
   QObject::connect(icon_.get(), &QSystemTrayIcon::activated, &menu_, [this](QSystemTrayIcon::ActivationReason reason) {
     if (reason == QSystemTrayIcon::Trigger) {
-      menu_.popup(QCursor::pos());
+      popUp();
     }
   });
   icon_->show();
@@ -47,6 +48,21 @@ void TrayMenu::refresh() {
   }
 }
 
-void TrayMenu::fill() { fillMenu(menu_, build_()); }
+void TrayMenu::fill() {
+  const std::vector<MenuItem> items = build_();
+  fillMenu(menu_, items, painter_);
+  if (popup_.isVisible()) {
+    fillMenu(popup_, items);
+  }
+}
+
+void TrayMenu::popUp() {
+  if (painter_ == MenuPainter::host) {
+    fillMenu(popup_, build_());
+    popup_.popup(QCursor::pos());
+  } else {
+    menu_.popup(QCursor::pos());
+  }
+}
 
 }  // namespace quillmark

@@ -10,6 +10,7 @@
 #include "base/Signal.h"
 #include "platform/desktop/TrayHost.h"
 #include "shell/MenuModel.h"
+#include "shell/views/MenuFiller.h"
 
 namespace quillmark {
 
@@ -29,9 +30,13 @@ class TrayMenu {
  private:
   void appear();
   void fill();
+  void popUp();
 
+  TrayHost& host_;
   std::function<std::vector<MenuItem>()> build_;
-  QMenu menu_;
+  MenuPainter painter_ = MenuPainter::toolkit;
+  QMenu menu_;   // the icon's own
+  QMenu popup_;  // ours to show, where the host draws the other one
   std::unique_ptr<QSystemTrayIcon> icon_;
   QTimer refill_;
   Connection hostChanged_;
