@@ -1,5 +1,5 @@
 #pragma once
-#include "precompiled.h"
-
 #include <QtCore/QtCore>
 #include <QtWidgets/QtWidgets>
+
+#include "precompiled.h"

@@ -1,10 +1,9 @@
-#include <csignal>
-#include <string>
-#include <vector>
-
 #include <QApplication>
 #include <QDBusConnection>
 #include <QScreen>
+#include <csignal>
+#include <string>
+#include <vector>
 
 #include <sys/signalfd.h>
 #include <unistd.h>
@@ -112,10 +111,10 @@ int main(int argc, char** argv) {
   X11Desktop desktop(queue, ownBundle.identifier.value_or(""), application.devicePixelRatio());
 
   LoadingWindow loadingWindow;
-  QuillmarkApp quillmark({ownBundle, operatingSystem(), queue, defaults, locale, http, desktop.pasteboard,
-                          desktop.keyInjector, desktop.hotKeys, desktop.workspace, desktop.screens, alerts,
-                          desktop.permissions},
-                         &loadingWindow, {AppConfig::localPortOfEnvironment(), [] { QApplication::quit(); }});
+  QuillmarkApp quillmark(
+      {ownBundle, operatingSystem(), queue, defaults, locale, http, desktop.pasteboard, desktop.keyInjector,
+       desktop.hotKeys, desktop.workspace, desktop.screens, alerts, desktop.permissions},
+      &loadingWindow, {AppConfig::localPortOfEnvironment(), [] { QApplication::quit(); }});
   tellAboutStoredData(defaults, quillmark.alertHandler());
 
   service.activate = [](const std::vector<std::string>&) { log("A second start was handed over to this one"); };

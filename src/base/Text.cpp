@@ -163,8 +163,6 @@ std::size_t graphemeCount(std::string_view text) {
   return count;
 }
 
-std::string oneDecimal(int tenths) {
-  return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
-}
+std::string oneDecimal(int tenths) { return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10); }
 
 }  // namespace quillmark::text

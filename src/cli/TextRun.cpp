@@ -111,8 +111,8 @@ int run(const TextRun& run) {
   }
 
   const std::string promptTemplate = command->content ? *command->content : PromptFactory::promptText(command->type);
-  const std::string prompt = PromptGenerator(command->type, session.variablesStore.allVariables())
-                                 .generate(promptTemplate, command->type);
+  const std::string prompt =
+      PromptGenerator(command->type, session.variablesStore.allVariables()).generate(promptTemplate, command->type);
   const auto provider = session.providerFactory.makeProvider(*config);
   const auto model = run.model ? run.model : command->model;
 

@@ -4,7 +4,6 @@
 #include <vector>
 
 #include <CLI/CLI.hpp>
-
 #include <unistd.h>
 
 #include "base/Log.h"
@@ -23,8 +22,8 @@ using namespace quillmark;
 int startDesktop(const std::string& dataDirectory) {
   std::error_code ignored;
   const auto here = std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path();
-  for (const auto& place : {here / "quillmark-desktop", here / "../libexec/quillmark-desktop",
-                            here / "../app/quillmark-desktop"}) {
+  for (const auto& place :
+       {here / "quillmark-desktop", here / "../libexec/quillmark-desktop", here / "../app/quillmark-desktop"}) {
     std::vector<std::string> arguments{place.string()};
     if (!dataDirectory.empty()) {
       arguments.insert(arguments.end(), {"--data-dir", dataDirectory});
@@ -45,9 +44,10 @@ int startDesktop(const std::string& dataDirectory) {
 int main(int argc, char** argv) {
   trace::open();
   trace::mark("process started");
-  CLI::App app("Quillmark: AI text transformation for every application. Without a command it starts the desktop "
-               "program.",
-               "quillmark");
+  CLI::App app(
+      "Quillmark: AI text transformation for every application. Without a command it starts the desktop "
+      "program.",
+      "quillmark");
   app.set_version_flag("--version", "quillmark " + bundle().shortVersion.value_or("Unknown"));
   app.require_subcommand(0, 1);
   app.fallthrough();

@@ -10,7 +10,13 @@
 namespace quillmark {
 
 /// The ways of applying an answer.
-enum class ActionBehavior { replaceSelection, showReview, copyToClipboard, insertAfterSelection, insertBeforeSelection };
+enum class ActionBehavior {
+  replaceSelection,
+  showReview,
+  copyToClipboard,
+  insertAfterSelection,
+  insertBeforeSelection
+};
 
 template <>
 struct RawValues<ActionBehavior> {

@@ -16,16 +16,16 @@ namespace quillmark {
 /// One thing that a user can run on selected text.
 struct Command {
   Uuid id;
-  std::string name;                      ///< as stored; what a list shows is displayName()
-  std::optional<std::string> content;    ///< prompt template; absent: the built-in text of `type`
-  std::optional<Uuid> provider;          ///< id of a ProviderConfig; absent: the default provider
-  std::optional<std::string> model;      ///< absent: the provider's default model
+  std::string name;                        ///< as stored; what a list shows is displayName()
+  std::optional<std::string> content;      ///< prompt template; absent: the built-in text of `type`
+  std::optional<Uuid> provider;            ///< id of a ProviderConfig; absent: the default provider
+  std::optional<std::string> model;        ///< absent: the provider's default model
   std::optional<ActionBehavior> behavior;  ///< absent: the general default
   CommandCategory category = CommandCategory::customAction;
   UserAction type;
   bool enabled = true;  ///< false: no menu and no search offers it; shortcuts and URLs still run it
   std::int64_t usageCount = 0;
-  std::string slug;           ///< of the name at the time it was last set
+  std::string slug;            ///< of the name at the time it was last set
   bool hasCustomName = false;  ///< true: the name is the user's own and never follows the interface language
 
   /// A new command; without a type it is a custom prompt.

@@ -9,8 +9,8 @@ std::vector<ConfigurableItem> ToneStore::enabledItems() const {
   std::vector<ConfigurableItem> items;
   for (const char* nameKey :
        {trLater("Professional"), trLater("Friendly"), trLater("Casual"), trLater("Straightforward"),
-        trLater("Confident"), trLater("Enthusiastic"), trLater("Inspirational"), trLater("Urgent"),
-        trLater("Punchier"), trLater("Humorous"), trLater("Thoughtful"), trLater("Witty")}) {
+        trLater("Confident"), trLater("Enthusiastic"), trLater("Inspirational"), trLater("Urgent"), trLater("Punchier"),
+        trLater("Humorous"), trLater("Thoughtful"), trLater("Witty")}) {
     items.push_back({text::lowerCased(nameKey), tr(nameKey), nameKey, true, std::ssize(items), false});
   }
   return items;

@@ -71,18 +71,32 @@ std::optional<std::string> UserAction::model() const {
 
 std::span<const ActionCase> baseActions() {
   using enum ActionCase;
-  static constexpr std::array actions{fixGrammar,    improveWriting, simplifyLanguage, makeLonger,
-                                      makeShorter,   summarize,      explainThis,      improvePrompt,
-                                      generatePrompt, executePrompt, ActionCase::translate, ActionCase::changeTone};
+  static constexpr std::array actions{fixGrammar,     improveWriting, simplifyLanguage,      makeLonger,
+                                      makeShorter,    summarize,      explainThis,           improvePrompt,
+                                      generatePrompt, executePrompt,  ActionCase::translate, ActionCase::changeTone};
   return actions;
 }
 
 std::span<const ActionCase> catalogueActions() {
   using enum ActionCase;
-  static constexpr std::array actions{fixGrammar,  improveWriting, simplifyLanguage, makeLonger,      makeShorter,
-                                      summarize,   explainThis,    improvePrompt,    generatePrompt,  executePrompt,
-                                      ActionCase::changeTone, ActionCase::translate, titleCase, asEmojis,
-                                      translateToYoda, asEmail,    asTweet,          humanizeText};
+  static constexpr std::array actions{fixGrammar,
+                                      improveWriting,
+                                      simplifyLanguage,
+                                      makeLonger,
+                                      makeShorter,
+                                      summarize,
+                                      explainThis,
+                                      improvePrompt,
+                                      generatePrompt,
+                                      executePrompt,
+                                      ActionCase::changeTone,
+                                      ActionCase::translate,
+                                      titleCase,
+                                      asEmojis,
+                                      translateToYoda,
+                                      asEmail,
+                                      asTweet,
+                                      humanizeText};
   return actions;
 }
 

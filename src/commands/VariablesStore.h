@@ -19,7 +19,7 @@ class VariablesStore {
   /// Loads the user's variables and computes the others.
   VariablesStore(UserDefaults& defaults, const LocaleInfo& locale);
 
-  Setting<std::string> preferredLocale;             ///< identifier of what the user writes in; "none": not set
+  Setting<std::string> preferredLocale;               ///< identifier of what the user writes in; "none": not set
   Observable<std::vector<Variable>> variables;        ///< the user's own, in list order; stored by save()
   Observable<std::vector<Variable>> staticVariables;  ///< computed; never stored
 

@@ -21,8 +21,7 @@ AlertKind AlertKind::notice(std::string title, std::string message) {
 void AlertHandler::show(AlertKind kind) {
   queue_.async([this, kind = std::move(kind)] {
     const auto hold = std::make_shared<MainQueue::Hold>(queue_);
-    alerts_.present({kind.style, kind.title, kind.message, tr("Close")},
-                    [held = hold]() mutable { held.reset(); });
+    alerts_.present({kind.style, kind.title, kind.message, tr("Close")}, [held = hold]() mutable { held.reset(); });
   });
 }
 

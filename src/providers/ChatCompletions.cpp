@@ -33,12 +33,9 @@ GenericChatResult::Usage usageFromJson(const Json& json) {
 
 GenericModelData modelFromJson(const Json& json, const std::string& path) {
   const JsonObject object(json, path);
-  return {object.required<std::string>("id"),
-          object.optional<std::string>("name"),
-          object.optional<std::string>("display_name"),
-          object.optional<std::int64_t>("context_length"),
-          object.optional<std::string>("type"),
-          object.optional<bool>("enabled")};
+  return {object.required<std::string>("id"),           object.optional<std::string>("name"),
+          object.optional<std::string>("display_name"), object.optional<std::int64_t>("context_length"),
+          object.optional<std::string>("type"),         object.optional<bool>("enabled")};
 }
 
 }  // namespace

@@ -69,8 +69,8 @@ void CompatibleChatProvider::chat(const std::string& text, const std::string& sy
   TransportRequest query = request(dialect, "POST", dialect.chatUrl);
   query.body = chatQuery(text, systemPrompt, modelOrDefault(model), false);
 
-  const auto finish = [&alerts = environment_.alerts, alert = dialect.alert, completion = std::move(completion)](
-                          const Expected<GenericChatResult, TransportError>& result) {
+  const auto finish = [&alerts = environment_.alerts, alert = dialect.alert,
+                       completion = std::move(completion)](const Expected<GenericChatResult, TransportError>& result) {
     if (!result) {
       log("Failure " + result.error().description);
       alerts.show(alert(result.error().description));

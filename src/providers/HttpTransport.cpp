@@ -62,8 +62,8 @@ TransportError TransportError::missingContentType(const std::vector<std::string>
 
 TransportError TransportError::unacceptableContentType(const std::string& type,
                                                        const std::vector<std::string>& acceptable) {
-  return {"Response Content-Type \"" + type + "\" does not match any acceptable types: " +
-          text::joined(acceptable, ",") + "."};
+  return {"Response Content-Type \"" + type +
+          "\" does not match any acceptable types: " + text::joined(acceptable, ",") + "."};
 }
 
 TransportError TransportError::emptyBody() {
@@ -94,8 +94,8 @@ std::vector<HttpHeader> HttpTransport::sessionHeaders(const Bundle& bundle, cons
   return {
       {"Accept-Encoding", qualityList({"br", "gzip", "deflate"})},
       {"Accept-Language", qualityList(firstLanguages)},
-      {"User-Agent", known(bundle.executableName) + "/" + known(bundle.shortVersion) + " (" +
-                         known(bundle.identifier) + "; build:" + known(bundle.buildNumber) + "; " + system.name + " " +
+      {"User-Agent", known(bundle.executableName) + "/" + known(bundle.shortVersion) + " (" + known(bundle.identifier) +
+                         "; build:" + known(bundle.buildNumber) + "; " + system.name + " " +
                          std::to_string(system.major) + "." + std::to_string(system.minor) + "." +
                          std::to_string(system.patch) + ") " + httpLayer},
   };
@@ -118,8 +118,7 @@ std::optional<TransportError> HttpTransport::validate(const HttpResponseHead& he
     const auto type = typeAndSubtype(*head.mimeType);
     const bool fits = std::any_of(acceptable.begin(), acceptable.end(),
                                   [&](const auto& candidate) { return matches(typeAndSubtype(candidate), type); });
-    return fits ? std::nullopt
-                : std::optional(TransportError::unacceptableContentType(*head.mimeType, acceptable));
+    return fits ? std::nullopt : std::optional(TransportError::unacceptableContentType(*head.mimeType, acceptable));
   }
   const bool anything = std::any_of(acceptable.begin(), acceptable.end(), [](const auto& candidate) {
     return typeAndSubtype(candidate) == std::pair<std::string, std::string>("*", "*");
@@ -174,8 +173,8 @@ void HttpTransport::sendForBody(TransportRequest request, const std::string& typ
   HttpHandlers handlers;
   handlers.onHead = [response](const HttpResponseHead& head) { response->head = head; };
   handlers.onBytes = [response](std::string bytes) { response->body += bytes; };
-  handlers.onComplete = [&queue = queue_, finish, handler = std::move(handler)](
-                            const std::optional<HttpFailure>& failure) {
+  handlers.onComplete = [&queue = queue_, finish,
+                         handler = std::move(handler)](const std::optional<HttpFailure>& failure) {
     trace::mark("answer received");
     queue.async(handler(finish(failure)));
   };

@@ -50,8 +50,8 @@ class HttpTransport {
   void send(TransportRequest request, const std::string& typeName, std::function<T(const Json&)> decode,
             std::function<void(Expected<T, TransportError>)> completion) {
     sendForBody(std::move(request), typeName,
-                [decode = std::move(decode), completion = std::move(completion)](
-                    Expected<std::string, TransportError> body) -> MainQueue::Block {
+                [decode = std::move(decode),
+                 completion = std::move(completion)](Expected<std::string, TransportError> body) -> MainQueue::Block {
                   auto result = std::make_shared<Expected<T, TransportError>>(decodeBody<T>(std::move(body), decode));
                   return [result, completion] { completion(std::move(*result)); };
                 });
@@ -64,7 +64,8 @@ class HttpTransport {
 
   /// The headers that every request carries besides its own.
   static std::vector<HttpHeader> sessionHeaders(const Bundle& bundle, const OperatingSystem& system,
-                                                const std::vector<std::string>& languages, const std::string& httpLayer);
+                                                const std::vector<std::string>& languages,
+                                                const std::string& httpLayer);
 
   /// Nothing when the response is acceptable for a request with this Accept value.
   static std::optional<TransportError> validate(const HttpResponseHead& head, bool bodyIsEmpty,

@@ -27,12 +27,9 @@ Json toJson(const ProviderConfig& config) {
     json["id"] = config.id.toString();
   }
   const std::pair<const char*, const std::string&> texts[] = {
-      {"slug", config.slug},
-      {"name", config.name},
-      {"apiKey", config.apiKey},
-      {"organization", config.organization},
-      {"baseURL", config.baseURL},
-      {"defaultModel", config.defaultModel},
+      {"slug", config.slug},       {"name", config.name},
+      {"apiKey", config.apiKey},   {"organization", config.organization},
+      {"baseURL", config.baseURL}, {"defaultModel", config.defaultModel},
   };
   for (const auto& [key, value] : texts) {
     if (!value.empty()) {

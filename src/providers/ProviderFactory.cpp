@@ -13,8 +13,8 @@ class UnsupportedProvider : public AIProvider {
   UnsupportedProvider(const ProviderConfig& config, const ProviderEnvironment& environment)
       : AIProvider(config, config.providerType), environment_(environment) {}
 
-  void chat(const std::string& /*text*/, const std::string& /*systemPrompt*/, const std::optional<std::string>& /*model*/,
-            ChatCompletion completion) override {
+  void chat(const std::string& /*text*/, const std::string& /*systemPrompt*/,
+            const std::optional<std::string>& /*model*/, ChatCompletion completion) override {
     environment_.alerts.show(AlertKind::issue(
         name(), tr("This version of Quillmark can't talk to this kind of provider yet. Please select another one.")));
     environment_.queue.async([completion = std::move(completion)] { completion(std::nullopt); });

@@ -23,9 +23,9 @@ std::set<std::string> namesFromJson(const JsonObject& object, const char* key) {
 }  // namespace
 
 Json toJson(const AppStatisticsData& data) {
-  Json json = {{"commandUsage", data.commandUsage},     {"providerUsage", data.providerUsage},
-               {"totalRewrites", data.totalRewrites},   {"characterCount", data.characterCount},
-               {"popClipNames", data.popClipNames},     {"installationId", data.installationId}};
+  Json json = {{"commandUsage", data.commandUsage},   {"providerUsage", data.providerUsage},
+               {"totalRewrites", data.totalRewrites}, {"characterCount", data.characterCount},
+               {"popClipNames", data.popClipNames},   {"installationId", data.installationId}};
   if (data.lastUsedDate) {
     json["lastUsedDate"] = *data.lastUsedDate;
   }

@@ -48,15 +48,14 @@ std::vector<MenuItem> MenuBar::items() const {
     return command && command->enabled;
   };
   if (isOffered(ActionCase::changeTone)) {
-    rows.push_back(MenuItem::submenu(
-        tr("Change tone"), "pencil.and.scribble",
-        itemsOf(toneStore_.enabledItems(), ToneStore::displayName, UserAction::changeTone), !isLoading));
+    rows.push_back(MenuItem::submenu(tr("Change tone"), "pencil.and.scribble",
+                                     itemsOf(toneStore_.enabledItems(), ToneStore::displayName, UserAction::changeTone),
+                                     !isLoading));
   }
   if (isOffered(ActionCase::translate)) {
     const auto label = [this](const ConfigurableItem& item) { return languageStore_.displayName(item); };
     rows.push_back(MenuItem::submenu(tr("Translate"), "globe",
-                                     itemsOf(languageStore_.enabledItems(), label, UserAction::translate),
-                                     !isLoading));
+                                     itemsOf(languageStore_.enabledItems(), label, UserAction::translate), !isLoading));
   }
   rows.push_back(MenuItem::divider());
 

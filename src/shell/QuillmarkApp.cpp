@@ -12,18 +12,17 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
       transport_(platform_.http, platform_.mainQueue, platform_.bundle, platform_.operatingSystem, platform_.locale),
       providerFactory_({transport_, platform_.mainQueue, alertHandler_, platform_.defaults, appConfig_}),
       capture_(platform_.mainQueue, platform_.pasteboard, platform_.keyInjector),
-      loadingPanel_(loadingWindow == nullptr ? nullptr
-                                             : std::make_unique<FloatingLoading>(
-                                                   platform_.mainQueue, platform_.screens, *loadingWindow)),
+      loadingPanel_(loadingWindow == nullptr
+                        ? nullptr
+                        : std::make_unique<FloatingLoading>(platform_.mainQueue, platform_.screens, *loadingWindow)),
       promptStore_(platform_.defaults),
       variablesStore_(platform_.defaults, platform_.locale),
       providerStore_(platform_.defaults),
       statistics_(platform_.defaults, platform_.mainQueue),
       activeApplicationTracker_(platform_.workspace, platform_.mainQueue, platform_.bundle.identifier),
       actionService_({platform_.mainQueue, platform_.defaults, platform_.pasteboard, platform_.permissions,
-                      alertHandler_, capture_, activeApplicationTracker_, promptStore_, variablesStore_,
-                      providerStore_, providerFactory_, statistics_, reviewSession_, commandPanel_,
-                      loadingPanel_.get()}),
+                      alertHandler_, capture_, activeApplicationTracker_, promptStore_, variablesStore_, providerStore_,
+                      providerFactory_, statistics_, reviewSession_, commandPanel_, loadingPanel_.get()}),
       languageStore_(platform_.locale),
       shortcuts_(platform_.defaults, platform_.hotKeys),
       shortcutSubscriptions_(shortcuts_, promptStore_, languageStore_, toneStore_, actionService_,

@@ -32,9 +32,8 @@ TEST_F(DirectRun, postsTheFourKeyEventsInTheirOrder) {
   editorWith("teh cat");
   run(ActionCase::fixGrammar);
   const auto key = [](KeyCode code, bool down) { return KeyboardEvent{code, down, commandFlag}; };
-  EXPECT_THAT(desktop.keyInjector.posted,
-              ElementsAre(key(KeyCode::commandModifier, true), key(KeyCode::c, true),
-                          key(KeyCode::commandModifier, false), key(KeyCode::c, false)));
+  EXPECT_THAT(desktop.keyInjector.posted, ElementsAre(key(KeyCode::commandModifier, true), key(KeyCode::c, true),
+                                                      key(KeyCode::commandModifier, false), key(KeyCode::c, false)));
 }
 
 TEST_F(DirectRun, postsTheOtherEventsWhenOneCanNotBeMade) {
@@ -261,8 +260,9 @@ TEST_F(Lookups, sayWhichCommandIsMissing) {
       {[&] { service.runCommandBySlug("no-such", true); },
        {"Command Not Found", "No command found for slug no-such. Did you delete it?"}},
       {[&] { service.runAction(ActionCase::asTweet, true); },
-       {"Command As Tweet Not Found", "The command As Tweet is not available. Did you delete it? You can add it again "
-                                      "with the 'Add Template' button."}},
+       {"Command As Tweet Not Found",
+        "The command As Tweet is not available. Did you delete it? You can add it again "
+        "with the 'Add Template' button."}},
   };
   for (const auto& [call, words] : cases) {
     call();

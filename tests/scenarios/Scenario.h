@@ -32,9 +32,7 @@ struct Scenario : testing::Test {
     setLogSink([this](std::string_view line) { logLines.emplace_back(line); });
     desktop.defaults.set("defaultBehavior", std::string("replaceSelection"));
   }
-  ~Scenario() override {
-    setLogSink({});
-  }
+  ~Scenario() override { setLogSink({}); }
 
   /// Starts the system; a second call is a restart.
   QuillmarkApp& start() {

@@ -125,8 +125,8 @@ TEST_F(Menu, hasItsRowsInOrder) {
       command.enabled = command.type.kind == ActionCase::summarize || command.type.kind == ActionCase::improvePrompt;
     }
   });
-  EXPECT_THAT(titles(app->menuBar().items()), ElementsAre("Summarize", "-", "Prompting", "-", "Settings", "Help Center",
-                                                          "Check for Updates…", "Quit"));
+  EXPECT_THAT(titles(app->menuBar().items()),
+              ElementsAre("Summarize", "-", "Prompting", "-", "Settings", "Help Center", "Check for Updates…", "Quit"));
 }
 
 TEST_F(Menu, runsWhatIsChosen) {

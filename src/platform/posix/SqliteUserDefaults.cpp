@@ -345,7 +345,8 @@ void SqliteUserDefaults::remove(std::string_view key) {
 
 /// Runs a statement as a transaction of its own, which has the file for writing from its beginning.
 bool SqliteUserDefaults::written(sqlite3_stmt* statement, std::string_view key, Durability durability) {
-  // In the log's NORMAL mode a commit is in the system's hands but not yet on the disk; the next FULL one takes it along.
+  // In the log's NORMAL mode a commit is in the system's hands but not yet on the disk; the next FULL one takes it
+  // along.
   const bool waits = durability == Durability::lossOfPower;
   if (!waits) {
     sqlite3_exec(database_.get(), "PRAGMA synchronous=NORMAL", nullptr, nullptr, nullptr);

@@ -153,9 +153,8 @@ class SimulatedLocale : public LocaleInfo {
 
   std::vector<std::string> languages{"en-GB", "de-DE"};
   /// Identifier and locale to name.
-  std::map<std::pair<std::string, std::string>, std::string> names{{{"de_DE", "de_DE"}, "Deutsch (Deutschland)"},
-                                                                   {{"de", "en"}, "German"},
-                                                                   {{"en", "en"}, "English"}};
+  std::map<std::pair<std::string, std::string>, std::string> names{
+      {{"de_DE", "de_DE"}, "Deutsch (Deutschland)"}, {{"de", "en"}, "German"}, {{"en", "en"}, "English"}};
 };
 
 /// A whole desktop in memory, with a clock that only tests move.

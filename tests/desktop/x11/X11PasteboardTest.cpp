@@ -143,27 +143,5 @@ TEST_F(X11PasteboardTest, anOwnerThatStopsInTheMiddleGivesNothing) {
   EXPECT_EQ(read(), std::nullopt);
 }
 
-TEST_F(X11PasteboardTest, aClipboardManagerLeavesAClearedPasteboardAloneAndKeepsOurTexts) {
-  const auto newestEntry = [this] {
-    const auto file = session.home() / "entry";
-    std::filesystem::remove(file);
-    auto client = session.start({"copyq", "read", "0"}, file);
-    loop.runUntil([&] { return !client->running(); });
-    std::ifstream in(file);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-  };
-  auto manager = session.start({"copyq"});
-  ASSERT_TRUE(loop.runUntil([&] { return session.run({"copyq", "size"}) == 0; }));
-  pasteboard.setString("kept");
-  ASSERT_TRUE(loop.runUntil([&] { return newestEntry() == "kept"; }));
-
-  for (int i = 0; i < 3; ++i) {
-    pasteboard.clearContents();
-    loop.runFor(500ms);
-    EXPECT_EQ(read(), std::nullopt);
-  }
-  EXPECT_EQ(newestEntry(), "kept");
-}
-
 }  // namespace
 }  // namespace quillmark

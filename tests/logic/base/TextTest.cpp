@@ -1,9 +1,8 @@
-#include "base/Text.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "base/Slug.h"
+#include "base/Text.h"
 
 namespace quillmark {
 namespace {

@@ -1,7 +1,6 @@
-#include "commands/Command.h"
-
 #include <gtest/gtest.h>
 
+#include "commands/Command.h"
 #include "commands/PromptFactory.h"
 
 namespace quillmark {
@@ -98,26 +97,16 @@ TEST(PromptTexts, areByteForByteWhatTheyWere) {
     std::size_t length;
     std::uint64_t digest;
   } texts[] = {
-      {ActionCase::fixGrammar, 1200, 0x125db8386ded100c},
-      {ActionCase::improveWriting, 621, 0xf65910e0fb076008},
-      {ActionCase::simplifyLanguage, 647, 0x6bbc76dde17c5ace},
-      {ActionCase::makeLonger, 467, 0x120cd93a5be67d9d},
-      {ActionCase::makeShorter, 474, 0x3d392f332868f037},
-      {ActionCase::summarize, 679, 0xba4fc518e32cf89c},
-      {ActionCase::explainThis, 461, 0x5da10bab1308a012},
-      {ActionCase::improvePrompt, 671, 0xab78a68cdd6bbc1a},
-      {ActionCase::generatePrompt, 1117, 0x6068eb7be06cba27},
-      {ActionCase::executePrompt, 0, digest("")},
-      {ActionCase::changeTone, 454, 0x9822898be3ceef29},
-      {ActionCase::translate, 578, 0xf684bfbab7efae80},
-      {ActionCase::freeStyle, 539, 0x9bdf955badf961a1},
-      {ActionCase::titleCase, 669, 0xa45cffcc6be710b4},
-      {ActionCase::asEmojis, 336, 0xc0f3010584501967},
-      {ActionCase::translateToYoda, 170, 0x88fdcbd10dd3a9c4},
-      {ActionCase::asEmail, 446, 0x9e0cf6ffc5424800},
-      {ActionCase::asTweet, 336, 0x920983da0848f9f3},
-      {ActionCase::humanizeText, 1675, 0x82a78c497c8f6b0b},
-      {ActionCase::customPrompt, 0, digest("")},
+      {ActionCase::fixGrammar, 1200, 0x125db8386ded100c},      {ActionCase::improveWriting, 621, 0xf65910e0fb076008},
+      {ActionCase::simplifyLanguage, 647, 0x6bbc76dde17c5ace}, {ActionCase::makeLonger, 467, 0x120cd93a5be67d9d},
+      {ActionCase::makeShorter, 474, 0x3d392f332868f037},      {ActionCase::summarize, 679, 0xba4fc518e32cf89c},
+      {ActionCase::explainThis, 461, 0x5da10bab1308a012},      {ActionCase::improvePrompt, 671, 0xab78a68cdd6bbc1a},
+      {ActionCase::generatePrompt, 1117, 0x6068eb7be06cba27},  {ActionCase::executePrompt, 0, digest("")},
+      {ActionCase::changeTone, 454, 0x9822898be3ceef29},       {ActionCase::translate, 578, 0xf684bfbab7efae80},
+      {ActionCase::freeStyle, 539, 0x9bdf955badf961a1},        {ActionCase::titleCase, 669, 0xa45cffcc6be710b4},
+      {ActionCase::asEmojis, 336, 0xc0f3010584501967},         {ActionCase::translateToYoda, 170, 0x88fdcbd10dd3a9c4},
+      {ActionCase::asEmail, 446, 0x9e0cf6ffc5424800},          {ActionCase::asTweet, 336, 0x920983da0848f9f3},
+      {ActionCase::humanizeText, 1675, 0x82a78c497c8f6b0b},    {ActionCase::customPrompt, 0, digest("")},
   };
   for (const auto& [action, length, expected] : texts) {
     const std::string text = PromptFactory::promptText(action);

@@ -1,8 +1,7 @@
-#include "commands/CustomPromptStore.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "commands/CustomPromptStore.h"
 #include "platform/simulated/SimulatedDefaults.h"
 
 namespace quillmark {
@@ -24,9 +23,9 @@ struct CommandStore : testing::Test {
 TEST_F(CommandStore, startsWithTheBaseCommandsByCategory) {
   CustomPromptStore store(defaults);
   store.load();
-  EXPECT_THAT(identifiers(store),
-              ElementsAre("fixGrammar", "improveWriting", "simplifyLanguage", "makeLonger", "makeShorter", "summarize",
-                          "explainThis", "translate", "changeTone", "improvePrompt", "generatePrompt", "executePrompt"));
+  EXPECT_THAT(identifiers(store), ElementsAre("fixGrammar", "improveWriting", "simplifyLanguage", "makeLonger",
+                                              "makeShorter", "summarize", "explainThis", "translate", "changeTone",
+                                              "improvePrompt", "generatePrompt", "executePrompt"));
   CustomPromptStore again(defaults);
   again.load();
   EXPECT_EQ(again.prompts.get(), store.prompts.get());

@@ -1,7 +1,6 @@
-#include "commands/PromptGenerator.h"
-
 #include <gtest/gtest.h>
 
+#include "commands/PromptGenerator.h"
 #include "commands/VariablesStore.h"
 #include "platform/simulated/SimulatedDesktop.h"
 
@@ -60,7 +59,8 @@ TEST_F(Variables, surviveARestartAlsoWhenAllAreGone) {
   {
     VariablesStore store(desktop.defaults, desktop.locale);
     EXPECT_EQ(fill(store, "{{name}}, {{role}}"), "Jane Sample, Managing Director of Sample Corp");
-    EXPECT_FALSE(desktop.defaults.value(VariablesStore::userDefaultsKey).has_value()) << "defaults are not written back";
+    EXPECT_FALSE(desktop.defaults.value(VariablesStore::userDefaultsKey).has_value())
+        << "defaults are not written back";
     Variable mine = userVariable("name", "Ada");
     store.upsert(mine);
     EXPECT_EQ(store.variable(mine.id), mine) << "the element is replaced, id included";

@@ -1,7 +1,6 @@
-#include "execution/ActiveApplicationTracker.h"
-
 #include <gtest/gtest.h>
 
+#include "execution/ActiveApplicationTracker.h"
 #include "platform/simulated/SimulatedDesktop.h"
 
 namespace quillmark {

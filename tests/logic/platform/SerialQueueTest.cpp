@@ -1,6 +1,6 @@
-#include "platform/SerialQueue.h"
-
 #include <gtest/gtest.h>
+
+#include "platform/SerialQueue.h"
 
 namespace quillmark {
 namespace {

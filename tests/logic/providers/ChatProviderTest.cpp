@@ -20,8 +20,8 @@ struct ChatProvider : testing::Test {
   SimulatedDesktop desktop;
   AlertHandler alerts{desktop.queue, desktop.alerts};
   AppConfig appConfig{desktop.defaults, 3999};
-  HttpTransport transport{desktop.http, desktop.queue, {"quillmark", "id", "2.13.0", std::nullopt}, {"Linux", 6, 1, 0},
-                          desktop.locale};
+  HttpTransport transport{
+      desktop.http, desktop.queue, {"quillmark", "id", "2.13.0", std::nullopt}, {"Linux", 6, 1, 0}, desktop.locale};
   ProviderFactory factory{{transport, desktop.queue, alerts, desktop.defaults, appConfig}};
 
   std::unique_ptr<AIProvider> base(const std::string& baseURL = "http://server/v1") {
@@ -39,8 +39,7 @@ struct ChatProvider : testing::Test {
   /// The answer of one chat whose response `respond` makes; "(absent)" without one, "(none)" without a call.
   std::string chat(AIProvider& provider, const std::function<void()>& respond) {
     std::string result = "(none)";
-    provider.chat("teh cat", "fix it", std::nullopt,
-                  [&](const auto& answer) { result = answer.value_or("(absent)"); });
+    provider.chat("teh cat", "fix it", std::nullopt, [&](const auto& answer) { result = answer.value_or("(absent)"); });
     respond();
     desktop.queue.settle();
     return result;
@@ -80,8 +79,7 @@ TEST_F(ChatProvider, sendsJustThisRequest) {
                           HttpHeader{"Content-Type", "application/json"},
                           HttpHeader{"Accept-Encoding", "br;q=1.0, gzip;q=0.9, deflate;q=0.8"},
                           HttpHeader{"Accept-Language", "en-GB;q=1.0, de-DE;q=0.9"},
-                          HttpHeader{"User-Agent",
-                                     "quillmark/2.13.0 (id; build:Unknown; Linux 6.1.0) simulated/1.0"}));
+                          HttpHeader{"User-Agent", "quillmark/2.13.0 (id; build:Unknown; Linux 6.1.0) simulated/1.0"}));
 }
 
 TEST_F(ChatProvider, leavesOutAnEmptySystemMessageAndUsesUrlAndModelAsTheyStand) {
@@ -101,7 +99,8 @@ TEST_F(ChatProvider, tellsTheUserWhyARequestFailed) {
   } cases[] = {
       {"status", [&] { last().answer(401, "application/json", R"({"error":"bad key"})"); },
        "Response status code was unacceptable: 401."},
-      {"connection", [&] { last().fail("Could not connect."); }, "URLSessionTask failed with error: Could not connect."},
+      {"connection", [&] { last().fail("Could not connect."); },
+       "URLSessionTask failed with error: Could not connect."},
       {"content type", [&] { last().answer(200, "text/html", "<p>"); },
        "Response Content-Type \"text/html\" does not match any acceptable types: application/json."},
       {"no content type", [&] { last().answer(200, std::nullopt, "{}"); },
@@ -150,10 +149,12 @@ TEST_F(ChatProvider, streamsPiecesUntilTheEndMark) {
   const auto seen = stream(*provider);
   last().head(200, "text/event-stream");
   last().bytes(": hello\r\nevent: x\r\ndata: {\"choices\":[{\"delta\":{\"role\":\"assistant\"}}]}\r\n\r\n");
-  last().bytes("data: {\"choices\":[{\"delta\":{\"content\":\"{{the\"}}]}\n\n"
-               "  data: {\"choices\":[{\"delta\":{\"content\":\" cat\"}}]}\ndata:{\"no\":\"blank\"}\n");
-  last().bytes("data: {\"choices\":[{\"delta\":{\"content\":\"}}\"}}]}\ndata: [DONE] \ndata: {\"choices\":[{\"delta\":{"
-               "\"content\":\"dropped\"}}]}\n");
+  last().bytes(
+      "data: {\"choices\":[{\"delta\":{\"content\":\"{{the\"}}]}\n\n"
+      "  data: {\"choices\":[{\"delta\":{\"content\":\" cat\"}}]}\ndata:{\"no\":\"blank\"}\n");
+  last().bytes(
+      "data: {\"choices\":[{\"delta\":{\"content\":\"}}\"}}]}\ndata: [DONE] \ndata: {\"choices\":[{\"delta\":{"
+      "\"content\":\"dropped\"}}]}\n");
   last().bytes("data: {\"choices\":[{\"delta\":{\"content\":\"late\"}}]}\n");
   last().end();
   desktop.queue.settle();
@@ -255,7 +256,8 @@ TEST(StreamPayloads, giveTextOnlyFromTheirOneForm) {
 
 TEST(Urls, areCheckedByForm) {
   EXPECT_TRUE(isValidUrl("https://host:8080/v1/chat?api-version=1&x=%20"));
-  for (const char* url : {"", "http://a b", "https://<YOUR-RESOURCE-NAME>.example.com", "http://a/%zz", "http://\u00fc/"}) {
+  for (const char* url :
+       {"", "http://a b", "https://<YOUR-RESOURCE-NAME>.example.com", "http://a/%zz", "http://\u00fc/"}) {
     EXPECT_FALSE(isValidUrl(url)) << url;
   }
 }
