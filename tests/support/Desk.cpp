@@ -43,7 +43,7 @@ Sample sampleText(int number) {
     add(pair.wrong, pair.right);
     add(" ", " ");
   }
-  const auto name = "n" + std::to_string(number);
+  const std::string name = std::string("n").append(std::to_string(number));
   add(name, name);
   if (number % 3 == 2) {
     add("\n\nteh end", "\n\nthe end");

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <thread>
 
+#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <unistd.h>
