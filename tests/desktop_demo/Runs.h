@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "desktop_demo/Desk.h"
+#include "support/Desk.h"
 
 namespace quillmark::demo {
 

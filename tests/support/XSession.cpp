@@ -8,8 +8,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
@@ -45,87 +43,6 @@ xkb_keymap* readKeymap(xcb_connection_t* connection, xkb_context* context) {
 
 }  // namespace
 
-bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds deadline) {
-  const auto end = std::chrono::steady_clock::now() + deadline;
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > end) {
-      return false;
-    }
-    std::this_thread::sleep_for(3ms);
-  }
-  return true;
-}
-
-Process::Process(const std::vector<std::string>& arguments, const std::map<std::string, std::string>& environment,
-                 int inheritedDescriptor, const std::filesystem::path& outputFile) {
-  std::vector<std::string> settings;
-  for (const auto& [name, value] : environment) {
-    settings.push_back(name + "=" + value);
-  }
-  std::vector<char*> argv;
-  for (const auto& argument : arguments) {
-    argv.push_back(const_cast<char*>(argument.c_str()));
-  }
-  argv.push_back(nullptr);
-  std::vector<char*> envp;
-  for (auto& setting : settings) {
-    envp.push_back(setting.data());
-  }
-  envp.push_back(nullptr);
-
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-  posix_spawn_file_actions_addopen(&actions, 1, outputFile.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
-  posix_spawn_file_actions_adddup2(&actions, 1, 2);
-  if (inheritedDescriptor >= 0) {
-    posix_spawn_file_actions_adddup2(&actions, inheritedDescriptor, inheritedDescriptor);  // clears close-on-exec
-  }
-  const int error = posix_spawnp(&pid_, argv[0], &actions, nullptr, argv.data(), envp.data());
-  posix_spawn_file_actions_destroy(&actions);
-  if (error != 0) {
-    fail("can't start " + arguments.front() + ": " + std::strerror(error));
-  }
-}
-
-Process::~Process() { end(); }
-
-bool Process::running() {
-  if (pid_ <= 0 || status_) {
-    return false;
-  }
-  int status = 0;
-  if (waitpid(pid_, &status, WNOHANG) == pid_) {
-    status_ = status;
-  }
-  return !status_;
-}
-
-void Process::signal(int number) const {
-  if (pid_ > 0 && !status_) {
-    kill(pid_, number);
-  }
-}
-
-void Process::end() {
-  if (!running()) {
-    return;
-  }
-  kill(pid_, SIGTERM);
-  kill(pid_, SIGCONT);
-  if (!waitUntil([this] { return !running(); }, 2s)) {
-    kill(pid_, SIGKILL);
-    waitUntil([this] { return !running(); }, 10s);
-  }
-}
-
-std::optional<int> Process::exitStatus(std::chrono::milliseconds deadline) {
-  if (!waitUntil([this] { return !running(); }, deadline) || !WIFEXITED(*status_)) {
-    return std::nullopt;
-  }
-  return WEXITSTATUS(*status_);
-}
-
 XSession::XSession() {
   auto pattern = (std::filesystem::temp_directory_path() / "quillmark-session-XXXXXX").string();
   if (mkdtemp(pattern.data()) == nullptr) {
@@ -149,7 +66,7 @@ XSession::XSession() {
   server_ =
       std::make_unique<Process>(std::vector<std::string>{"Xvfb", "-displayfd", std::to_string(ready[1]), "-screen", "0",
                                                          "1280x800x24", "-nolisten", "tcp", "-noreset"},
-                                environment_, ready[1]);
+                                environment_, Process::Streams{}, ready[1]);
   ::close(ready[1]);
   std::string number;
   pollfd wait{ready[0], POLLIN, 0};
@@ -213,7 +130,7 @@ XSession::~XSession() {
 
 std::unique_ptr<Process> XSession::start(const std::vector<std::string>& arguments,
                                          const std::filesystem::path& outputFile) const {
-  return std::make_unique<Process>(arguments, environment_, -1, outputFile);
+  return std::make_unique<Process>(arguments, environment_, Process::Streams{.output = outputFile});
 }
 
 int XSession::run(const std::vector<std::string>& arguments, const std::filesystem::path& outputFile) const {

@@ -10,36 +10,11 @@
 #include <string_view>
 #include <vector>
 
-#include <sys/types.h>
 #include <xcb/xcb.h>
 
+#include "support/Process.h"
+
 namespace quillmark {
-
-/// Looks again every few milliseconds until the condition holds; false after the deadline.
-bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds deadline = std::chrono::seconds(20));
-
-/// A program that was started and is ended with its object.
-class Process {
- public:
-  /// Throws std::runtime_error when the program can't be started.
-  Process(const std::vector<std::string>& arguments, const std::map<std::string, std::string>& environment,
-          int inheritedDescriptor = -1, const std::filesystem::path& outputFile = "/dev/null");
-  Process(const Process&) = delete;
-  Process& operator=(const Process&) = delete;
-  ~Process();
-
-  pid_t pid() const { return pid_; }
-  bool running();
-  void signal(int number) const;
-  /// Asks it to end, insists after two seconds, and waits for the end.
-  void end();
-  /// Waits for the program to end by itself; nothing when it does not, or was killed.
-  std::optional<int> exitStatus(std::chrono::milliseconds deadline = std::chrono::seconds(20));
-
- private:
-  pid_t pid_ = -1;
-  std::optional<int> status_;
-};
 
 /// A screen of its own (Xvfb) with a window manager (openbox), a clean home directory and somebody at the keyboard.
 /// Throws std::runtime_error when it does not come up. The methods throw the same when what they need is not there.

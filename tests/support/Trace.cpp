@@ -1,11 +1,11 @@
-#include "desktop_demo/Trace.h"
+#include "support/Trace.h"
 
 #include <algorithm>
 #include <cmath>
 #include <ctime>
 #include <fstream>
 
-namespace quillmark::demo {
+namespace quillmark {
 namespace {
 
 constexpr std::string_view released = "hot key released";
@@ -13,8 +13,6 @@ constexpr std::string_view released = "hot key released";
 /// The stages of a run in their order; each lasts from the mark before it.
 constexpr std::string_view stages[] = {released,          "copy key posted",    "pasteboard read", "request sent",
                                        "answer received", "pasteboard written", "paste key posted"};
-
-double millisecondsBetween(Moment from, Moment to) { return static_cast<double>((to - from).count()) / 1e6; }
 
 std::string stageName(std::string_view from, std::string_view to) {
   std::string name(from);
@@ -35,6 +33,8 @@ Moment now() {
   clock_gettime(CLOCK_MONOTONIC, &time);
   return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
+
+double millisecondsBetween(Moment from, Moment to) { return static_cast<double>((to - from).count()) / 1e6; }
 
 void Trace::startAnew() {
   std::error_code missing;
@@ -84,15 +84,19 @@ void Latencies::add(const Trace& trace, Moment saved) {
 Json Latencies::report() const {
   Json stagesReport = Json::object();
   for (const auto& [stage, values] : milliseconds_) {
-    auto sorted = values;
-    std::sort(sorted.begin(), sorted.end());
-    stagesReport[stage] = {{"count", sorted.size()},
-                           {"min", sorted.front()},
-                           {"median", quantile(sorted, 0.5)},
-                           {"p95", quantile(sorted, 0.95)},
-                           {"max", sorted.back()}};
+    const auto spread = spreadOf(values);
+    stagesReport[stage] = {{"count", spread.count},
+                           {"min", spread.min},
+                           {"median", spread.median},
+                           {"p95", spread.p95},
+                           {"max", spread.max}};
   }
   return stagesReport;
 }
 
-}  // namespace quillmark::demo
+Spread spreadOf(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  return {values.size(), values.front(), quantile(values, 0.5), quantile(values, 0.95), values.back()};
+}
+
+}  // namespace quillmark

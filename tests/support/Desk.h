@@ -6,10 +6,10 @@
 #include <string>
 #include <string_view>
 
-#include "desktop_demo/Trace.h"
+#include "support/Trace.h"
 #include "support/XSession.h"
 
-namespace quillmark::demo {
+namespace quillmark {
 
 struct Programs {
   std::filesystem::path quillmark;
@@ -29,15 +29,25 @@ Sample sampleText(int number);
 /// correcting.
 void prepareData(const std::filesystem::path& directory);
 
-/// A screen with a session bus, the local service and Quillmark, ready to take its hot key.
+/// A screen with a session bus, a backend and Quillmark, ready to take its hot key. Throws std::runtime_error when
+/// something does not come up.
 class Desk {
  public:
-  /// `serviceDelay` is the service's latency. Throws std::runtime_error when something does not come up.
+  /// With the local service; `serviceDelay` is its latency.
   explicit Desk(const Programs& programs, std::chrono::milliseconds serviceDelay = {});
+  /// With a backend that listens on the loopback interface already.
+  Desk(std::filesystem::path quillmark, int backendPort);
 
   XSession& session() { return session_; }
   Trace& trace() { return trace_; }
   const std::filesystem::path& home() const { return session_.home(); }
+  /// The program's data directory.
+  std::filesystem::path data() const { return home() / "data"; }
+
+  /// Quillmark runs from the beginning. Starting it waits until it is ready, and begins the trace anew.
+  void startQuillmark();
+  void endQuillmark() { quillmark_.reset(); }
+  pid_t quillmarkPid() const { return quillmark_->pid(); }
 
   void pressHotKey();
   void releaseHotKeyModifiers();
@@ -51,8 +61,11 @@ class Desk {
   void takePicture(const std::filesystem::path& file) const;
 
  private:
+  void setUp(const std::string& backendPort);
+
   XSession session_;
   Trace trace_;
+  std::filesystem::path program_;
   std::unique_ptr<Process> bus_;
   std::unique_ptr<Process> service_;
   std::unique_ptr<Process> quillmark_;
@@ -85,4 +98,4 @@ class Editor {
 /// Text for a report: control characters visible, long texts cut.
 std::string shown(std::string_view text);
 
-}  // namespace quillmark::demo
+}  // namespace quillmark

@@ -1,50 +1,14 @@
-#include "desktop_demo/Desk.h"
+#include "support/Desk.h"
 
 #include <algorithm>
 #include <array>
-#include <fstream>
-#include <sstream>
 #include <stdexcept>
 
 #include "platform/posix/SqliteUserDefaults.h"
 
-namespace quillmark::demo {
-namespace {
+namespace quillmark {
 
 using namespace std::chrono_literals;
-
-std::string readFile(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  std::ostringstream contents;
-  contents << stream.rdbuf();
-  return contents.str();
-}
-
-void writeFile(const std::filesystem::path& file, std::string_view contents) {
-  std::filesystem::create_directories(file.parent_path());
-  std::ofstream(file, std::ios::binary) << contents;
-}
-
-/// The port behind "listening on http://127.0.0.1:" in the service's output.
-std::string waitForPort(const std::filesystem::path& output) {
-  constexpr std::string_view label = "listening on http://127.0.0.1:";
-  std::string port;
-  if (!waitUntil([&] {
-        const auto text = readFile(output);
-        const auto at = text.find(label);
-        const auto end = text.find('\n');
-        if (at == std::string::npos || end == std::string::npos) {
-          return false;
-        }
-        port = text.substr(at + label.size(), end - at - label.size());
-        return true;
-      })) {
-    throw std::runtime_error("the local service does not listen: " + readFile(output));
-  }
-  return port;
-}
-
-}  // namespace
 
 Sample sampleText(int number) {
   struct Pair {
@@ -79,7 +43,7 @@ Sample sampleText(int number) {
     add(pair.wrong, pair.right);
     add(" ", " ");
   }
-  const auto name = "n" + std::to_string(number);
+  const std::string name = std::string("n").append(std::to_string(number));
   add(name, name);
   if (number % 3 == 2) {
     add("\n\nteh end", "\n\nthe end");
@@ -103,31 +67,45 @@ void prepareData(const std::filesystem::path& directory) {
   }
 }
 
-Desk::Desk(const Programs& programs, std::chrono::milliseconds serviceDelay) : trace_(session_.home() / "trace") {
+Desk::Desk(const Programs& programs, std::chrono::milliseconds serviceDelay)
+    : trace_(session_.home() / "trace"), program_(programs.quillmark) {
+  const auto output = session_.home() / "service.log";
+  service_ =
+      session_.start({programs.service, "--port", "0", "--delay-ms", std::to_string(serviceDelay.count())}, output);
+  const auto port = waitForOutput(output, "listening on http://127.0.0.1:");
+  if (!port) {
+    throw std::runtime_error("the local service does not listen: " + readFile(output));
+  }
+  setUp(*port);
+}
+
+Desk::Desk(std::filesystem::path quillmark, int backendPort)
+    : trace_(session_.home() / "trace"), program_(std::move(quillmark)) {
+  setUp(std::to_string(backendPort));
+}
+
+void Desk::setUp(const std::string& backendPort) {
   auto& environment = session_.environment();
   const auto busSocket = session_.home() / "bus";
   environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + busSocket.string();
   environment["QUILLMARK_TRACE"] = trace_.file();
+  environment["QUILLMARK_LOCAL_PORT"] = backendPort;
   bus_ = session_.start(
       {"dbus-daemon", "--session", "--nofork", "--nopidfile", "--address=" + environment["DBUS_SESSION_BUS_ADDRESS"]});
   if (!waitUntil([&] { return std::filesystem::exists(busSocket); })) {
     throw std::runtime_error("the session bus does not come up");
   }
-
-  const auto serviceOutput = session_.home() / "service.log";
-  service_ = session_.start({programs.service, "--port", "0", "--delay-ms", std::to_string(serviceDelay.count())},
-                            serviceOutput);
-  environment["QUILLMARK_LOCAL_PORT"] = waitForPort(serviceOutput);
-
   // Editors that add a line end of their own when they save would change what is compared.
   writeFile(session_.home() / ".config/featherpad/fp.conf", "[text]\nappendEmptyLine=false\n");
+  prepareData(data());
+  startQuillmark();
+}
 
-  const auto data = session_.home() / "data";
-  prepareData(data);
-  quillmark_ = session_.start({programs.quillmark, "--data-dir", data}, session_.home() / "quillmark.log");
-  if (!waitUntil(
-          [this] { return !quillmark_->running() || trace_.momentOf("tray ready") || trace_.momentOf("ready"); }) ||
-      !quillmark_->running()) {
+void Desk::startQuillmark() {
+  trace_.startAnew();
+  quillmark_ = session_.start({program_, "--data-dir", data()}, session_.home() / "quillmark.log");
+  waitUntil([this] { return !quillmark_->running() || trace_.momentOf("ready"); });
+  if (!quillmark_->running()) {
     throw std::runtime_error("Quillmark does not come up: " + quillmarkLog());
   }
 }
@@ -229,4 +207,4 @@ std::string shown(std::string_view text) {
   return result + (text.size() > enough ? "...\" (" + std::to_string(text.size()) + " bytes)" : "\"");
 }
 
-}  // namespace quillmark::demo
+}  // namespace quillmark

@@ -10,11 +10,23 @@
 
 #include "base/Json.h"
 
-namespace quillmark::demo {
+namespace quillmark {
 
 /// Nanoseconds of the monotonic clock, which programs of one machine share.
 using Moment = std::chrono::nanoseconds;
 Moment now();
+double millisecondsBetween(Moment from, Moment to);
+
+/// How a figure came out over many runs; quantiles by nearest rank.
+struct Spread {
+  std::size_t count = 0;
+  double min = 0;
+  double median = 0;
+  double p95 = 0;
+  double max = 0;
+};
+/// Of one value at least.
+Spread spreadOf(std::vector<double> values);
 
 /// What the program wrote into the file that QUILLMARK_TRACE names.
 class Trace {
@@ -46,9 +58,11 @@ class Latencies {
   void add(const Trace& trace, Moment saved);
   /// Per stage, in milliseconds: count, min, median, p95, max. Stages without a run are left out.
   Json report() const;
+  /// In milliseconds, by the name of the stage, such as "pasteboard read -> request sent".
+  const std::map<std::string, std::vector<double>>& stages() const { return milliseconds_; }
 
  private:
   std::map<std::string, std::vector<double>> milliseconds_;
 };
 
-}  // namespace quillmark::demo
+}  // namespace quillmark

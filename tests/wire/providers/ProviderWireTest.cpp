@@ -1,0 +1,181 @@
+#include <gmock/gmock.h>
+
+#include "support/TestHttpServer.h"
+#include "wire/providers/ProviderWire.h"
+
+namespace quillmark {
+namespace {
+
+using testing::ElementsAre;
+
+std::string answerWith(const std::string& content) {
+  return toText(
+      {{"model", "m"},
+       {"object", "chat.completion"},
+       {"created", 1},
+       {"choices", Json::array({{{"index", 0}, {"message", {{"role", "assistant"}, {"content", content}}}}})}});
+}
+
+std::string event(const std::string& content) {
+  return "data: " + toText({{"choices", Json::array({{{"index", 0}, {"delta", {{"content", content}}}}})}}) + "\n\n";
+}
+
+TEST_F(ProviderWire, sendsExactlyTheseHeaders) {
+  TestHttpServer server;
+  server.answer(Answer::json(200, answerWith("the cat")));
+  server.answer(Answer::json(200, answerWith("the cat")));
+  defaults.set("serviceToken", "t0ken");
+  defaults.set("appVersion", "2.13.0");
+  ASSERT_TRUE(runToEnd(chat(*base(server.url("/v1")), "teh cat")));
+  ASSERT_TRUE(runToEnd(chat(*hosted(server.port()), "teh cat")));
+
+  const auto requests = server.waitForRequests(2);
+  ASSERT_EQ(requests.size(), 2u);
+  const std::string host = "Host: 127.0.0.1:" + std::to_string(server.port()) + "\r\n";
+  const std::string session =
+      "Accept-Encoding: br;q=1.0, gzip;q=0.9, deflate;q=0.8\r\nAccept-Language: de-DE;q=1.0, en;q=0.9\r\n"
+      "User-Agent: quillmark/2.13.0 (org.quillmark; build:7; Linux 6.1.0) " +
+      http.userAgentToken() + "\r\n";
+  const auto length = [](const ReceivedRequest& request) {
+    return "Content-Length: " + std::to_string(request.body.size()) + "\r\n\r\n";
+  };
+  EXPECT_EQ(requests[0].text, "POST /v1/chat/completions HTTP/1.1\r\n" + host +
+                                  "Authorization: Bearer k3y\r\nAccept: application/json\r\n"
+                                  "Content-Type: application/json\r\n" +
+                                  session + length(requests[0]) + requests[0].body);
+  EXPECT_EQ(requests[1].text, "POST /api/app/completion HTTP/1.1\r\n" + host +
+                                  "Authorization: Bearer t0ken\r\nAccept: application/json\r\nX-AppVersion: 2.13.0\r\n"
+                                  "Content-Type: application/json\r\n" +
+                                  session + length(requests[1]) + requests[1].body);
+}
+
+TEST_F(ProviderWire, streamsEachPieceWhenItArrives) {
+  TestHttpServer server;
+  Gate second, end;
+  server.answer(Answer::eventStream()
+                    .chunk(event("Gr\u00fc\u00dfe"))
+                    .waitFor(second)
+                    .chunk(event(", \u732b"))
+                    .waitFor(end)
+                    .chunk("data: [DONE]\n\n")
+                    .end());
+  const auto provider = base(server.url("/v1"));
+  const auto talk = stream(*provider, "teh cat");
+  ASSERT_TRUE(run([&] { return talk->pieces.size() == 1; })) << "before the server has said more";
+  EXPECT_EQ(talk->pieces[0], "Gr\u00fc\u00dfe");
+  second.open();
+  ASSERT_TRUE(run([&] { return talk->pieces.size() == 2; }));
+  EXPECT_FALSE(talk->ended);
+  end.open();
+  ASSERT_TRUE(runToEnd(talk));
+  EXPECT_EQ(talk->whole, "Gr\u00fc\u00dfe, \u732b");
+}
+
+TEST_F(ProviderWire, goesOnBehindACharacterThatWasCut) {
+  TestHttpServer server;
+  Gate eventsCut, textCut;
+  const auto whole = event("gr\u00fcn");
+  const auto inside = whole.find('\xBC');
+  server.answer(Answer::eventStream()
+                    .chunk(event("one "))
+                    .chunk(whole.substr(0, inside))
+                    .waitFor(eventsCut)
+                    .chunk(whole.substr(inside) + event("two"))
+                    .end());
+  server.answer(Answer::raw("HTTP/1.1 200 OK\r\nContent-Type: text/plain\r\nContent-Length: 5\r\n\r\ngr\xC3")
+                    .waitFor(textCut)
+                    .send("\xBC"
+                          "n"));
+
+  const auto events = base(server.url("/v1"));
+  const auto talk = stream(*events, "teh cat");
+  ASSERT_TRUE(run([&] { return talk->pieces.size() == 1; }) && eventsCut.waitUntilReached());
+  eventsCut.open();
+  ASSERT_TRUE(runToEnd(talk));
+  EXPECT_THAT(talk->pieces, ElementsAre("one ", "two")) << "an event counts when it comes in one piece";
+
+  const auto plain = hosted(server.port());
+  const auto plainTalk = stream(*plain, "teh cat");
+  ASSERT_TRUE(run([&] { return plainTalk->pieces.size() == 1; }));
+  textCut.open();
+  ASSERT_TRUE(runToEnd(plainTalk));
+  EXPECT_THAT(plainTalk->pieces, ElementsAre("gr\uFFFD", "\uFFFDn"));
+}
+
+TEST_F(ProviderWire, unpacksAnswers) {
+  TestHttpServer server;
+  // gzip of
+  // {"model":"m","object":"o","created":1,"choices":[{"index":0,"message":{"role":"assistant","content":"packed"}}]}
+  const unsigned char packed[] = {
+      0x1f, 0x8b, 0x08, 0x00, 0x00, 0x00, 0x00, 0x00, 0x02, 0x03, 0x15, 0x8c, 0x31, 0x0e, 0x02, 0x31, 0x0c, 0x04, 0xff,
+      0xb2, 0xf5, 0x15, 0xd0, 0xfa, 0x2b, 0x88, 0xc2, 0x24, 0x2b, 0x08, 0x5c, 0x62, 0x74, 0x76, 0x81, 0x14, 0xe5, 0xef,
+      0xf8, 0xaa, 0xdd, 0x29, 0x66, 0x26, 0xba, 0x55, 0xee, 0x10, 0x74, 0x6c, 0xb0, 0xc7, 0x9b, 0x25, 0x12, 0x2c, 0xa1,
+      0x1c, 0xd4, 0x60, 0x85, 0x5c, 0xf3, 0xbf, 0xac, 0x15, 0x3a, 0xe4, 0x36, 0xd1, 0x46, 0xe5, 0x0f, 0x72, 0xd9, 0xd0,
+      0xe9, 0xae, 0x4f, 0x42, 0x26, 0x0e, 0xdb, 0x73, 0xa1, 0xee, 0xcd, 0x43, 0x47, 0x9c, 0xbe, 0x8d, 0xe0, 0x38, 0x6b,
+      0x5f, 0x2d, 0x9f, 0x0c, 0xad, 0x75, 0x5f, 0x7f, 0xb3, 0x87, 0x91, 0x14, 0x70, 0x00, 0x00, 0x00};
+  server.answer(Answer::withBody(200, std::string(reinterpret_cast<const char*>(packed), sizeof packed),
+                                 {"Content-Type: application/json", "Content-Encoding: gzip"}));
+  const auto provider = base(server.url("/v1"));
+  const auto talk = chat(*provider, "teh cat");
+  ASSERT_TRUE(runToEnd(talk));
+  EXPECT_EQ(talk->whole, "packed");
+}
+
+TEST_F(ProviderWire, keepsWhatArrivedBeforeTheConnectionBroke) {
+  TestHttpServer server;
+  for (const bool orderly : {true, false}) {
+    Gate arrived;
+    auto answer = Answer::eventStream().chunk(event("half")).waitFor(arrived);
+    server.answer(orderly ? std::move(answer).close() : std::move(answer).reset());
+    const auto provider = base(server.url("/v1"));
+    const auto talk = stream(*provider, "teh cat");
+    ASSERT_TRUE(run([&] { return !talk->pieces.empty(); }));
+    arrived.open();
+    ASSERT_TRUE(runToEnd(talk));
+    EXPECT_EQ(talk->whole, "half");
+  }
+  EXPECT_TRUE(alerts.shown.empty());
+
+  server.answer(
+      Answer::raw("HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: 100\r\n\r\n{").close());
+  const auto provider = base(server.url("/v1"));
+  const auto talk = chat(*provider, "teh cat");
+  ASSERT_TRUE(runToEnd(talk) && run([&] { return !alerts.shown.empty(); }));
+  EXPECT_EQ(talk->whole, "(absent)");
+  EXPECT_EQ(alerts.shown[0].title, "Mine Issue");
+  EXPECT_EQ(alerts.shown[0].message, "URLSessionTask failed with error: The network connection was lost.");
+}
+
+TEST_F(ProviderWire, holdsAHundredTalksAtOnce) {
+  constexpr std::size_t count = 100;
+  TestHttpServer server;
+  Gate all;
+  server.answerOthers([all](const ReceivedRequest& request) {
+    const Json asked = parseJson(request.body);
+    const std::string text = asked.at("messages").back().at("content");
+    if (asked.at("stream") == true) {
+      return Answer::eventStream().waitFor(all).chunk(event(text)).chunk(event("!") + "data: [DONE]\n\n").end();
+    }
+    const auto body = answerWith(text + "!");
+    return Answer::raw("HTTP/1.1 200 OK\r\nContent-Type: application/json\r\n")
+        .waitFor(all)
+        .send("Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
+  });
+  std::vector<std::shared_ptr<Talk>> talks;
+  for (std::size_t i = 0; i < count; ++i) {
+    // A provider object is gone before its answer comes.
+    const auto provider = base(server.url("/v1"));
+    const auto text = "text " + std::to_string(i);
+    talks.push_back(i % 2 == 0 ? chat(*provider, text) : stream(*provider, text));
+  }
+  EXPECT_EQ(server.waitForRequests(count).size(), count) << "none waits for another";
+  all.open();
+  for (std::size_t i = 0; i < count; ++i) {
+    ASSERT_TRUE(runToEnd(talks[i])) << i;
+    EXPECT_EQ(talks[i]->whole, "text " + std::to_string(i) + "!");
+  }
+  EXPECT_TRUE(alerts.shown.empty());
+}
+
+}  // namespace
+}  // namespace quillmark
