@@ -1,5 +1,7 @@
 #include "shell/QuillmarkApp.h"
 
+#include <algorithm>
+
 #include "base/Localization.h"
 #include "commands/RunningVersion.h"
 
@@ -24,6 +26,7 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
                       alertHandler_, capture_, activeApplicationTracker_, promptStore_, variablesStore_, providerStore_,
                       providerFactory_, statistics_, reviewSession_, commandPanel_, loadingPanel_.get()}),
       languageStore_(platform_.locale),
+      refusals_(platform_.hotKeys.refused.connect([this](const std::string& name) { shortcutRefused(name); })),
       shortcuts_(platform_.defaults, platform_.hotKeys),
       shortcutSubscriptions_(shortcuts_, promptStore_, languageStore_, toneStore_, actionService_,
                              activeApplicationTracker_),
@@ -42,6 +45,20 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
 const Platform& QuillmarkApp::prepare(const Platform& platform) {
   storeRunningVersion(platform.defaults, platform.bundle);
   return platform;
+}
+
+void QuillmarkApp::shortcutRefused(const std::string& name) {
+  if (!refusedShortcuts_.insert(name).second) {
+    return;
+  }
+  const auto& commands = promptStore_.prompts.get();
+  const auto command = std::find_if(commands.begin(), commands.end(),
+                                    [&](const Command& candidate) { return candidate.shortcutName() == name; });
+  alertHandler_.show(AlertKind::notice(
+      tr("Shortcut Not Available"),
+      tr("The keyboard shortcut of {} belongs to another program, or this keyboard has no such key. Please choose "
+         "another one.",
+         command == commands.end() ? name : command->displayName())));
 }
 
 void QuillmarkApp::triggerCommand(const std::string& slug) {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "commands/CustomPromptStore.h"
@@ -56,6 +57,8 @@ class QuillmarkApp {
  private:
   /// Runs before any store is made: what they find in the database must already be in place.
   static const Platform& prepare(const Platform& platform);
+  /// Tells the user once for each shortcut that it can't be used.
+  void shortcutRefused(const std::string& name);
 
   Platform platform_;
   AlertHandler alertHandler_;
@@ -74,6 +77,8 @@ class QuillmarkApp {
   ActionService actionService_;
   LanguageStore languageStore_;
   ToneStore toneStore_;
+  std::set<std::string> refusedShortcuts_;
+  Connection refusals_;
   GlobalShortcuts shortcuts_;
   KeyboardSubscriptions shortcutSubscriptions_;
   MenuBar menuBar_;

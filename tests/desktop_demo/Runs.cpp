@@ -252,6 +252,31 @@ Outcome large(const Programs& programs, const std::string& editorKind) {
   return outcome.passed ? Outcome{true, std::to_string(whole.typed.size()) + " bytes"} : outcome;
 }
 
+/// What a key of the desktop's own settings would do, and what a second start of the program does.
+Outcome trigger(const Programs& programs, const std::string& editorKind) {
+  Desk desk(programs);
+  Editor editor(desk, editorKind);
+  for (int number = 0; number < runsPerCase; ++number) {
+    const auto sample = sampleText(number);
+    editor.write(sample.typed);
+    editor.selectAll();
+    desk.trace().startAnew();
+    if (desk.session().run({programs.commandLine, "trigger", "fix-grammar-spelling"}) != 0) {
+      return failed(desk, "the running program did not take the trigger");
+    }
+    if (auto outcome = awaitCorrection(desk, editor, sample.corrected, answerDeadline); !outcome.passed) {
+      return {false, "run " + std::to_string(number + 1) + ": " + outcome.reason};
+    }
+  }
+  if (desk.session().run({programs.commandLine, "trigger", "no-such-command"}) == 0) {
+    return {false, "a trigger of a command that does not exist was taken"};
+  }
+  if (desk.session().run({programs.commandLine, "--data-dir", desk.data()}) != 0 || !desk.quillmarkRuns()) {
+    return failed(desk, "a second start did not hand over to the first");
+  }
+  return {true, std::to_string(runsPerCase) + " runs"};
+}
+
 }  // namespace
 
 Outcome runOnce(Desk& desk, Editor& editor, int number, Latencies* latencies) {
@@ -293,6 +318,7 @@ const std::vector<Case>& cases() {
       {"hanging-owner", "applications that hang with the clipboard in their hands", hangingOwner},
       {"held-modifiers", "the hot key's modifiers are held 300 ms too long", heldModifiers},
       {"large", "a selection of 300 kB", large},
+      {"trigger", "runs asked for on the command line", trigger},
   };
   return all;
 }

@@ -87,12 +87,16 @@ int main(int argc, char** argv) {
       ->capture_default_str();
   app.add_option("--runs", runs, "Runs in one session")->check(CLI::PositiveNumber)->capture_default_str();
   app.add_option("--program", programs.quillmark, "Quillmark's desktop program")->required()->check(CLI::ExistingFile);
+  app.add_option("--command-line", programs.commandLine, "Quillmark's command-line program")
+      ->required()
+      ->check(CLI::ExistingFile);
   app.add_option("--service", programs.service, "The local service")->required()->check(CLI::ExistingFile);
   app.add_option("--out", out, "Directory for report.json and the pictures")->capture_default_str();
   app.add_option("--case", caseName, about)->check(CLI::IsMember(names));
   CLI11_PARSE(app, argc, argv);
 
   programs.quillmark = std::filesystem::absolute(programs.quillmark);
+  programs.commandLine = std::filesystem::absolute(programs.commandLine);
   programs.service = std::filesystem::absolute(programs.service);
   if (caseName.empty()) {
     return runEditor(programs, editor, runs, std::filesystem::absolute(out));

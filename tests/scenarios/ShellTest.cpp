@@ -58,6 +58,17 @@ TEST_F(Shortcuts, areRenewedWhenTheNumberOfCommandsChanges) {
   EXPECT_THAT(registered(), ElementsAre());
 }
 
+TEST_F(Shortcuts, thatAnotherProgramHasAreToldOfOnce) {
+  desktop.hotKeys.taken = {5};
+  store(desktop.defaults, "fixGrammar", controlAltG);
+  start();
+  store(desktop.defaults, "fixGrammar", {5, KeyCombination::command});
+  desktop.queue.settle();
+  ASSERT_EQ(desktop.alerts.shown.size(), 1u);
+  EXPECT_EQ(desktop.alerts.shown[0].title, "Shortcut Not Available");
+  EXPECT_THAT(desktop.alerts.shown[0].message, testing::HasSubstr("Fix Grammar & Spelling"));
+}
+
 TEST_F(Shortcuts, ofTranslateUseTheFirstLanguage) {
   store(desktop.defaults, "translate", controlAltG);
   start();

@@ -12,8 +12,9 @@
 namespace quillmark {
 
 struct Programs {
-  std::filesystem::path quillmark;
-  std::filesystem::path service;
+  std::filesystem::path quillmark;    ///< the desktop program
+  std::filesystem::path commandLine;  ///< the program that users call
+  std::filesystem::path service;      ///< the local service
 };
 
 /// A text as somebody types it, and as it should come out.

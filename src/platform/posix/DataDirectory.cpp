@@ -37,7 +37,7 @@ std::string dataDirectory(std::string_view chosen) {
   if (auto named = environment("QUILLMARK_DATA_DIR"); !named.empty()) {
     return withoutTrailingSlash(std::move(named));
   }
-  // A relative path there is invalid and ignored, says the specification of the directories.
+  // A relative path there is invalid and ignored.
   auto dataHome = environment("XDG_DATA_HOME");
   if (!dataHome.starts_with('/')) {
     dataHome = withoutTrailingSlash(homeDirectory()) + "/.local/share";

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -90,13 +91,18 @@ class SimulatedKeyInjector : public KeyInjector {
 class SimulatedHotKeys : public HotKeys {
  public:
   void registerHotKey(const std::string& name, const KeyCombination& combination) override {
-    registered[name] = combination;
+    if (taken.contains(combination.carbonKeyCode)) {
+      refused.emit(name);
+    } else {
+      registered[name] = combination;
+    }
   }
   void unregisterHotKey(const std::string& name) override { registered.erase(name); }
   /// The user presses and releases a combination.
   void press(const KeyCombination& combination);
 
   std::map<std::string, KeyCombination> registered;
+  std::set<int> taken;  ///< key codes that another program has, with all modifiers
 };
 
 class SimulatedWorkspace : public Workspace {
