@@ -11,8 +11,8 @@ namespace {
 constexpr std::string_view released = "hot key released";
 
 /// The stages of a run in their order; each lasts from the mark before it.
-constexpr std::string_view stages[] = {released,          "copy key posted",    "pasteboard read", "request sent",
-                                       "answer received", "pasteboard written", "paste key posted"};
+constexpr std::string_view stageEnds[] = {released,          "copy key posted",    "pasteboard read", "request sent",
+                                          "answer received", "pasteboard written", "paste key posted"};
 
 std::string stageName(std::string_view from, std::string_view to) {
   std::string name(from);
@@ -66,7 +66,7 @@ std::optional<Moment> Trace::momentOf(std::string_view event) const {
 void Latencies::add(const Trace& trace, Moment saved) {
   std::optional<Moment> before;
   std::string_view beforeName;
-  for (const auto stage : stages) {
+  for (const auto stage : stageEnds) {
     const auto at = trace.momentOf(stage);
     if (at && before) {
       milliseconds_[stageName(beforeName, stage)].push_back(millisecondsBetween(*before, *at));

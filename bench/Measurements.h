@@ -1,0 +1,27 @@
+#pragma once
+
+#include <filesystem>
+
+#include "bench/Figures.h"
+
+namespace quillmark::bench {
+
+/// Where a build tree has its programs.
+struct BuildTree {
+  std::filesystem::path root;
+  std::filesystem::path desktop() const { return root / "src/app/quillmark-desktop"; }
+  std::filesystem::path commandLine() const { return root / "src/cli/quillmark"; }
+};
+
+/// Runs a command in a real editor again and again, with a backend that answers at once: the stages of a run, and the
+/// whole of it.
+void measureRuns(const BuildTree& tree, int runs, Figures& figures);
+
+/// Starts the desktop program again and again with a store of 200 commands, then looks at it while nothing happens:
+/// its memory and how often it wakes.
+void measureStartAndRest(const BuildTree& tree, int runs, Figures& figures);
+
+/// Starts the command-line program again and again, until its request arrives.
+void measureCommandLine(const BuildTree& tree, int runs, Figures& figures);
+
+}  // namespace quillmark::bench

@@ -1,0 +1,67 @@
+#include <stdexcept>
+
+#include "bench/Measurements.h"
+#include "support/Desk.h"
+#include "support/TestHttpServer.h"
+
+namespace quillmark::bench {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* corrected = "Corrected ";
+
+/// What a backend says that takes no time to think.
+Answer answerAtOnce(const ReceivedRequest& request) {
+  if (!request.target.ends_with("/completion")) {
+    return Answer::json(404, "{}");
+  }
+  const std::string text = parseJson(request.body).at("messages").back().at("content");
+  return Answer::json(
+      200,
+      toText({{"model", "m"},
+              {"object", "chat.completion"},
+              {"created", 1},
+              {"choices",
+               Json::array({{{"index", 0}, {"message", {{"role", "assistant"}, {"content", corrected + text}}}}})}}));
+}
+
+}  // namespace
+
+void measureRuns(const BuildTree& tree, int runs, Figures& figures) {
+  TestHttpServer backend;
+  backend.answerOthers(answerAtOnce);
+  Desk desk(tree.desktop(), backend.port());
+  Editor editor(desk, "mousepad");
+  Latencies latencies;
+  // The first run warms the editor up.
+  for (int run = 0; run <= runs; ++run) {
+    std::string text = "a text to correct with the number ";
+    text += std::to_string(run);
+    editor.write(text);
+    editor.selectAll();
+    desk.trace().startAnew();
+    desk.triggerHotKey();
+    if (!waitUntil([&] { return desk.trace().momentOf("paste key posted").has_value(); }) ||
+        !editor.savesAs(corrected + text, 20s)) {
+      throw std::runtime_error("a run did not get through: the editor saved " + shown(editor.fileContents()));
+    }
+    const auto saved = now();
+    if (run > 0) {
+      latencies.add(desk.trace(), saved);
+    }
+  }
+  const auto add = [&](const char* stage, std::optional<double> goal) {
+    const auto found = latencies.stages().find(stage);
+    figures.add({stage, "ms", found == latencies.stages().end() ? std::vector<double>() : found->second, goal});
+  };
+  add("hot key released -> copy key posted", 4);
+  add("copy key posted -> pasteboard read", std::nullopt);
+  add("pasteboard read -> request sent", 2);
+  add("request sent -> answer received", std::nullopt);
+  add("answer received -> pasteboard written", 4);
+  add("pasteboard written -> paste key posted", std::nullopt);
+  add("hot key released -> file saved", 230);
+}
+
+}  // namespace quillmark::bench
