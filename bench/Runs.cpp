@@ -27,17 +27,17 @@ Answer answerAtOnce(const ReceivedRequest& request) {
                Json::array({{{"index", 0}, {"message", {{"role", "assistant"}, {"content", corrected + text}}}}})}}));
 }
 
-/// Saves in short steps until the file holds the text, and gives that moment.
+/// Saves until the file holds the text, and gives that moment. The editor gets a little time to fetch the pasted text:
+/// a save that overtook the paste would take as long as the one that counts.
 Moment awaitSaved(Desk& desk, const Editor& editor, const std::string& text) {
   const auto deadline = now() + 20s;
-  for (auto nextSave = now(); now() < deadline; std::this_thread::sleep_for(500us)) {
+  for (auto nextSave = now() + 8ms; now() < deadline; std::this_thread::sleep_for(500us)) {
     if (editor.fileContents() == text) {
       return now();
     }
-    // A save may overtake the paste, whose text the editor has to fetch.
     if (now() >= nextSave) {
       desk.session().tap({"Control_L", "s"});
-      nextSave = now() + 5ms;
+      nextSave = now() + 12ms;
     }
   }
   throw std::runtime_error("a run did not get through: the editor saved " + shown(editor.fileContents()));
