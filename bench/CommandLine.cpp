@@ -9,6 +9,7 @@
 #include "bench/Measurements.h"
 #include "support/Desk.h"
 #include "support/TemporaryDirectory.h"
+#include "support/Trace.h"
 
 namespace quillmark::bench {
 namespace {
@@ -71,25 +72,39 @@ void measureCommandLine(const BuildTree& tree, int runs, Figures& figures) {
   Listener listener;
   prepareData(files / "data");
   writeFile(files / "input", "teh cat\n");
+  Trace trace(files / "trace");
   const std::map<std::string, std::string> environment{{"HOME", files.path()},
+                                                       {"QUILLMARK_TRACE", trace.file()},
                                                        {"LANG", "C.UTF-8"},
                                                        {"no_proxy", "127.0.0.1"},
                                                        {"QUILLMARK_LOCAL_PORT", std::to_string(listener.port())}};
   const std::vector<std::string> arguments{tree.commandLine(), "--data-dir", files / "data", "run",
                                            "fix-grammar-spelling"};
-  std::vector<double> values;
+  std::vector<double> whole, loading, preparing, sending;
   for (int run = 0; run <= runs; ++run) {
+    trace.startAnew();
     const auto before = now();
     Process process(arguments, environment, {files / "input", files / "output", {}});
     const auto arrived = listener.serveOne();
     if (process.exitStatus() != 0) {
       throw std::runtime_error("the command-line program failed: " + readFile(files / "output"));
     }
+    const auto started = trace.momentOf("process started");
+    const auto sent = trace.momentOf("request sent");
+    if (!started || !sent) {
+      throw std::runtime_error("no trace of the command-line program");
+    }
     if (run > 0) {  // the first one makes the stores and reads the program from the disk
-      values.push_back(millisecondsBetween(before, arrived));
+      whole.push_back(millisecondsBetween(before, arrived));
+      loading.push_back(millisecondsBetween(before, *started));
+      preparing.push_back(millisecondsBetween(*started, *sent));
+      sending.push_back(millisecondsBetween(*sent, arrived));
     }
   }
-  figures.add({"command line: start -> request on the wire", "ms", values, 12});
+  figures.add({"command line: start -> request on the wire", "ms", whole, 12});
+  figures.add({"  start -> main()", "ms", loading, std::nullopt});
+  figures.add({"  main() -> request sent", "ms", preparing, std::nullopt});
+  figures.add({"  request sent -> on the wire", "ms", sending, std::nullopt});
 }
 
 }  // namespace quillmark::bench

@@ -12,10 +12,10 @@ bool isMet(const Figure& figure, const Spread& spread) { return !figure.goal || 
 }  // namespace
 
 void Figures::print() const {
-  std::printf("%-46s %9s %9s %9s %6s\n", "figure", "median", "p95", "goal", "runs");
+  std::printf("%-52s %9s %9s %9s %6s\n", "figure", "median", "p95", "goal", "runs");
   for (const auto& figure : figures_) {
     if (figure.values.empty()) {
-      std::printf("%-46s %9s\n", figure.name.c_str(), "none");
+      std::printf("%-52s %9s\n", figure.name.c_str(), "none");
       continue;
     }
     const auto spread = spreadOf(figure.values);
@@ -23,7 +23,7 @@ void Figures::print() const {
     if (figure.goal) {
       std::snprintf(goal, sizeof goal, *figure.goal > 0 ? "< %g" : "none", *figure.goal);
     }
-    std::printf("%-46s %9.2f %9.2f %9s %6zu%s\n", (figure.name + ", " + figure.unit).c_str(), spread.median, spread.p95,
+    std::printf("%-52s %9.2f %9.2f %9s %6zu%s\n", (figure.name + ", " + figure.unit).c_str(), spread.median, spread.p95,
                 goal, spread.count, isMet(figure, spread) ? "" : "  missed");
   }
 }
