@@ -4,9 +4,12 @@ namespace quillmark {
 
 void FloatingLoading::show() {
   positionUpdateTimer_.cancel();
-  follow();
-  window_.orderFront();
-  positionUpdateTimer_ = queue_.every(positionUpdateInterval, lifetime_.guard([this] { follow(); }));
+  // Behind the block that asks for it: a run posts its copy key there, which is not to wait for a window to come up.
+  positionUpdateTimer_ = queue_.after(Duration::zero(), lifetime_.guard([this] {
+    follow();
+    window_.orderFront();
+    positionUpdateTimer_ = queue_.every(positionUpdateInterval, lifetime_.guard([this] { follow(); }));
+  }));
 }
 
 void FloatingLoading::hide() {

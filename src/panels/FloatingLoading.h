@@ -27,7 +27,7 @@ class FloatingLoading : public LoadingPanel {
   MainQueue& queue_;
   const Screens& screens_;
   PanelWindow& window_;
-  TimerHandle positionUpdateTimer_;
+  TimerHandle positionUpdateTimer_;  // of the first appearance, then of each step
   Lifetime lifetime_;
 };
 

@@ -12,6 +12,7 @@ TEST_F(DirectRun, rewritesTheSelectionOfAnotherApplication) {
   start();
   const auto editor = editorWith("teh cat");
   run(ActionCase::fixGrammar);
+  desktop.queue.settle();
   EXPECT_TRUE(loading.visible);
   desktop.advance(100ms);
   request().answerJson(answerJson("the cat"));
@@ -122,6 +123,7 @@ TEST_F(DirectRun, endsQuietlyOnAnEmptySelection) {
     desktop.pasteboard.put("Someone", "an older copy");
     prepare(*editor);
     run(ActionCase::fixGrammar);
+    desktop.queue.settle();
     EXPECT_TRUE(loading.visible) << name;
     desktop.advance(5s);
     EXPECT_TRUE(desktop.http.exchanges.empty()) << name;

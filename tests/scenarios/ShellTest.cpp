@@ -175,6 +175,7 @@ TEST_F(Indicator, trailsThePointerTwentyTimesASecondAndThenRests) {
   editorWith("text");
   desktop.screens.mouse = Point{100, 100};
   run(ActionCase::summarize);
+  desktop.queue.settle();
   EXPECT_EQ(loading.at, (Point{125, 105}));
   desktop.screens.mouse = Point{300, 200};
   desktop.advance(49ms);

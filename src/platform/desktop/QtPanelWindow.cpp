@@ -24,6 +24,7 @@ QtPanelWindow::QtPanelWindow(Kind kind, int cornerRadius)
   setAttribute(Qt::WA_QuitOnClose, false);
   // Also without a compositor, which can come later: a window can't gain translucency after it is made.
   setAttribute(Qt::WA_TranslucentBackground);
+  winId();  // makes the native window now rather than at the first show
 }
 
 void QtPanelWindow::moveTopLeft(Point corner) { move(qRound(corner.x), qRound(corner.y)); }
@@ -49,7 +50,10 @@ void QtPanelWindow::makeKeyAndOrderFront() {
   x11::bringToFront(*this);
 }
 
-void QtPanelWindow::close() { QWidget::close(); }
+void QtPanelWindow::close() {
+  // Closing would give up the native window, and the next show would have to wait for a new one.
+  hide();
+}
 
 void QtPanelWindow::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
