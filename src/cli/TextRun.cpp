@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdio>
+#include <memory>
 
 #include <unistd.h>
 
@@ -88,9 +89,9 @@ std::optional<ProviderConfig> findProvider(const Session& session, const Command
 }  // namespace
 
 int run(const TextRun& run) {
-  CurlHttpSession http;
-  http.warmUp();  // the library gets ready while the stores load
-  Session session(http, run.dataDirectory);
+  auto http = std::make_unique<CurlHttpSession>();
+  http->warmUp();  // the library gets ready while the stores load
+  Session session(*http, run.dataDirectory);
   const auto command = findCommand(session, run);
   if (!command) {
     return 1;
@@ -133,6 +134,7 @@ int run(const TextRun& run) {
     });
   }
   session.queue.run();
+  http.reset();  // before the queue goes: its thread may not have left it yet
   if (!answered) {
     complain("there is no answer");
     return 1;
