@@ -26,6 +26,7 @@ TEST(Symbols, everyNameOfTheMenusHasItsOwnDrawing) {
   for (const char* name : {"pencil.line",
                            "pencil.tip.crop.circle",
                            "pencil.and.outline",
+                           "arrow.counterclockwise.circle",
                            "arrow.up.and.down.text.horizontal",
                            "arrow.down.and.line.horizontal.and.arrow.up",
                            "text.bubble",
