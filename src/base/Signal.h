@@ -12,7 +12,7 @@ namespace quillmark {
 class Connection {
  public:
   Connection() = default;
-  explicit Connection(sigc::connection connection) : connection_(std::move(connection)) {}
+  explicit Connection(const sigc::connection& connection) : connection_(connection) {}
   Connection(Connection&& other) noexcept : connection_(std::exchange(other.connection_, {})) {}
   Connection& operator=(Connection&& other) noexcept {
     if (this != &other) {

@@ -29,6 +29,7 @@ int startDesktop(const std::string& dataDirectory) {
       arguments.insert(arguments.end(), {"--data-dir", dataDirectory});
     }
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (auto& argument : arguments) {
       pointers.push_back(argument.data());
     }

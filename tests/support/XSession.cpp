@@ -227,7 +227,7 @@ void XSession::lockGroup(int group) {
 }
 
 int XSession::lockedGroup() {
-  xcb_xkb_use_extension_reply(connection_, xcb_xkb_use_extension(connection_, 1, 0), nullptr);
+  owned(xcb_xkb_use_extension_reply(connection_, xcb_xkb_use_extension(connection_, 1, 0), nullptr));
   auto state =
       owned(xcb_xkb_get_state_reply(connection_, xcb_xkb_get_state(connection_, XCB_XKB_ID_USE_CORE_KBD), nullptr));
   return state ? state->lockedGroup : -1;
