@@ -3,12 +3,6 @@
 #include "base/Log.h"
 
 namespace quillmark {
-namespace {
-
-constexpr const char* ownName = "Quillmark";
-
-}  // namespace
-
 ActiveApplicationTracker::ActiveApplicationTracker(Workspace& workspace, const MainQueue& queue,
                                                    std::optional<std::string> ownBundleId)
     : queue_(queue), ownBundleId_(std::move(ownBundleId)) {
@@ -45,7 +39,7 @@ void ActiveApplicationTracker::clearCommandTrigger() {
 
 Application ActiveApplicationTracker::appBeforeCommand() const {
   if (!commandTriggerTimestamp_) {
-    log(std::string("No command trigger timestamp - using last non-") + ownName + " app");
+    log("No command trigger timestamp - using last non-Quillmark app");
     return lastNonOwnApp();
   }
   const Date cutoff = *commandTriggerTimestamp_ - std::chrono::duration_cast<Date::duration>(
@@ -60,8 +54,8 @@ Application ActiveApplicationTracker::appBeforeCommand() const {
   if (best == nullptr) {
     return lastNonOwnApp();
   }
-  log("Found app active before command: " + best->app->localizedName().value_or("Unknown") + " " +
-      (best->bundleId == ownBundleId_ ? std::string("(") + ownName + ")" : ""));
+  const char* own = best->bundleId == ownBundleId_ ? "(Quillmark)" : "";
+  log("Found app active before command: " + best->app->localizedName().value_or("Unknown") + " " + own);
   return best->app;
 }
 
@@ -81,7 +75,7 @@ void ActiveApplicationTracker::restoreFocus() {
     return;
   }
   if (target->bundleIdentifier() == ownBundleId_) {
-    log(std::string("Target app is ") + ownName + " - not switching");
+    log("Target app is Quillmark - not switching");
     return;
   }
   log("Restoring to app: " + target->localizedName().value_or("Unknown") + " (" +

@@ -47,7 +47,8 @@ int runEditor(const Programs& programs, const std::string& editorKind, int runs,
       passed += outcome.passed ? 1 : 0;
       print("run " + std::to_string(begun) + ": " + (outcome.passed ? "passed: " : "failed: ") + outcome.reason);
     }
-    return {true, ""};
+    return desk.quillmarkEndsWell() ? Outcome{true, ""}
+                                    : Outcome{false, "Quillmark did not end well: " + desk.quillmarkLog()};
   });
   if (!session.passed) {
     print("the session failed: " + session.reason);
@@ -61,7 +62,7 @@ int runEditor(const Programs& programs, const std::string& editorKind, int runs,
                        {"milliseconds", latencies.report()}};
   std::ofstream(out / "report.json") << report.dump(2) << '\n';
   print(std::to_string(passed) + " passed, " + std::to_string(failed) + " failed");
-  return failed == 0 && pictures.passed ? 0 : 1;
+  return failed == 0 && pictures.passed && session.passed ? 0 : 1;
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 #include <stdexcept>
 
 #include "platform/posix/SqliteUserDefaults.h"
@@ -108,6 +109,11 @@ void Desk::startQuillmark() {
   if (!quillmark_->running()) {
     throw std::runtime_error("Quillmark does not come up: " + quillmarkLog());
   }
+}
+
+bool Desk::quillmarkEndsWell() {
+  quillmark_->signal(SIGTERM);
+  return quillmark_->exitStatus() == 0;
 }
 
 void Desk::pressHotKey() {

@@ -48,6 +48,8 @@ class Desk {
   /// Quillmark runs from the beginning. Starting it waits until it is ready, and begins the trace anew.
   void startQuillmark();
   void endQuillmark() { quillmark_.reset(); }
+  /// Ends the program as the end of a session does; whether it went by itself, with nothing to complain of.
+  bool quillmarkEndsWell();
   pid_t quillmarkPid() const { return quillmark_->pid(); }
 
   void pressHotKey();
