@@ -25,6 +25,7 @@ std::vector<MenuItem> MenuBar::itemsOf(const std::vector<ConfigurableItem>& list
                                        const std::function<std::string(const ConfigurableItem&)>& label,
                                        UserAction (*action)(std::string)) const {
   std::vector<MenuItem> items;
+  items.reserve(list.size());
   for (const auto& item : list) {
     items.push_back(MenuItem::action(
         label(item), "", [this, action, name = item.name] { actionService_.runAction(action(name), true); },

@@ -46,7 +46,7 @@ class Engine : public QIconEngine {
     std::optional<QColor> always = std::nullopt;
   };
 
-  Engine(QString file, Colours colours) : file_(std::move(file)), colours_(std::move(colours)) {}
+  Engine(QString file, Colours colours) : file_(std::move(file)), colours_(colours) {}
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
     const qreal scale = painter->device()->devicePixelRatioF();

@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::size_t largestPiece = 256 * 1024;
+constexpr std::size_t largestPiece = std::size_t{256} * 1024;
 constexpr auto patience = 10s;
 
 /// Nothing when a character lies outside Latin-1, the encoding of STRING.
