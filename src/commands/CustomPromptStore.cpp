@@ -41,7 +41,7 @@ void CustomPromptStore::load() {
 }
 
 void CustomPromptStore::save(std::optional<std::vector<Command>> list, const std::optional<std::string>& action) {
-  std::vector<Command> sorted = list ? std::move(*list) : prompts.get();
+  std::vector<Command> sorted = std::move(list).value_or(prompts.get());
   std::stable_sort(sorted.begin(), sorted.end(),
                    [](const auto& a, const auto& b) { return sortRank(a.category) < sortRank(b.category); });
   prompts.set(std::move(sorted));
