@@ -68,10 +68,12 @@ void ProviderStore::resetConfigs() {
   std::vector<ProviderConfig> list = makeDefaultConfigs();
   log("Init provider configs " + std::to_string(list.size()));
 
+  bool tookOldKey = false;
   if (const std::string oldKey = openAIApiKey.get(); !oldKey.empty()) {
     if (ProviderConfig* openAI = firstOfType(list, ProviderType::openAI)) {
       log("OpenAI key migrated");
       openAI->apiKey = oldKey;
+      tookOldKey = true;
     }
   }
   for (auto& config : list) {
@@ -85,8 +87,7 @@ void ProviderStore::resetConfigs() {
   configs.set(std::move(list));
   store();
   // Only now does the old key go: the list that holds it is stored.
-  if (const auto* openAI = firstOfType(list = configs.get(), ProviderType::openAI);
-      openAI != nullptr && !openAI->apiKey.empty()) {
+  if (tookOldKey) {
     openAIApiKey.set("");
   }
 
