@@ -37,13 +37,14 @@ struct StoredRecords {
 /// the key.
 void setAside(UserDefaults& defaults, const std::string& key, const std::string& problem);
 
+/// False when the list could not be stored; the old one then stands.
 template <class T>
-void storeRecords(UserDefaults& defaults, const std::string& key, const std::vector<T>& records) {
+bool storeRecords(UserDefaults& defaults, const std::string& key, const std::vector<T>& records) {
   Json array = Json::array();
   for (const auto& record : records) {
     array.push_back(toJson(record));
   }
-  defaults.set(key, Data{toText(array)});
+  return defaults.set(key, Data{toText(array)});
 }
 
 }  // namespace quillmark

@@ -85,9 +85,8 @@ void ProviderStore::resetConfigs() {
     enable(*hosted, true);
   }
   configs.set(std::move(list));
-  store();
-  // Only now does the old key go: the list that holds it is stored.
-  if (tookOldKey) {
+  // The old key goes only once the list that holds it is stored.
+  if (store() && tookOldKey) {
     openAIApiKey.set("");
   }
 
@@ -103,6 +102,6 @@ ProviderConfig* ProviderStore::firstOfType(std::vector<ProviderConfig>& list, Pr
   return found == list.end() ? nullptr : &*found;
 }
 
-void ProviderStore::store() { storeRecords(defaults_, userDefaultsKey, configs.get()); }
+bool ProviderStore::store() { return storeRecords(defaults_, userDefaultsKey, configs.get()); }
 
 }  // namespace quillmark

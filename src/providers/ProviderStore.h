@@ -35,7 +35,7 @@ class ProviderStore {
 
  private:
   ProviderConfig* firstOfType(std::vector<ProviderConfig>& list, ProviderType type) const;
-  void store();
+  bool store();
 
   UserDefaults& defaults_;
 };
