@@ -14,6 +14,8 @@ Json parseJson(std::string_view text) {
 
 std::string toText(const Json& value) { return value.dump(-1, ' ', false, Json::error_handler_t::replace); }
 
+std::string toPrettyText(const Json& value) { return value.dump(2, ' ', false, Json::error_handler_t::replace); }
+
 template <>
 std::string decodeJson<std::string>(const Json& value, const std::string& path) {
   if (!value.is_string()) {

@@ -31,6 +31,8 @@ Json parseJson(std::string_view text);
 
 /// One line without blanks. Invalid UTF-8 inside strings becomes U+FFFD, so writing never fails.
 std::string toText(const Json& value);
+/// The same over several lines, two blanks for each level.
+std::string toPrettyText(const Json& value);
 
 /// One value of one kind at a path; wrong kinds are DecodingErrors.
 template <class T>

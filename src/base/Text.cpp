@@ -1,5 +1,6 @@
 #include "base/Text.h"
 
+#include <algorithm>
 #include <memory>
 
 #include <unicode/brkiter.h>
@@ -145,6 +146,37 @@ std::string joined(const std::vector<std::string>& pieces, std::string_view sepa
     result += piece;
   }
   return result;
+}
+
+int compareNumerically(std::string_view a, std::string_view b) {
+  const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+  // The run of digits at the start of the text, which it takes away, without its leading zeros.
+  const auto takeNumber = [&isDigit](std::string_view& text) {
+    const auto end = std::find_if_not(text.begin(), text.end(), isDigit);
+    auto digits = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+    text.remove_prefix(digits.size());
+    digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size()));
+    return digits;
+  };
+  while (!a.empty() && !b.empty()) {
+    if (isDigit(a.front()) && isDigit(b.front())) {
+      const auto left = takeNumber(a);
+      const auto right = takeNumber(b);
+      if (left.size() != right.size()) {
+        return left.size() < right.size() ? -1 : 1;
+      }
+      if (const int order = left.compare(right); order != 0) {
+        return order;
+      }
+    } else {
+      if (a.front() != b.front()) {
+        return static_cast<unsigned char>(a.front()) < static_cast<unsigned char>(b.front()) ? -1 : 1;
+      }
+      a.remove_prefix(1);
+      b.remove_prefix(1);
+    }
+  }
+  return static_cast<int>(!a.empty()) - static_cast<int>(!b.empty());
 }
 
 std::size_t graphemeCount(std::string_view text) {

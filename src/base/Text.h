@@ -29,6 +29,10 @@ std::vector<std::string_view> split(std::string_view text, char separator);
 
 std::string joined(const std::vector<std::string>& pieces, std::string_view separator);
 
+/// Below, equal to or above 0: runs of digits compare as numbers, everything else by code point, so that "2.9.0" comes
+/// before "2.12.0". For versions.
+int compareNumerically(std::string_view a, std::string_view b);
+
 /// Extended grapheme clusters (UAX 29): what a user counts as characters.
 std::size_t graphemeCount(std::string_view text);
 

@@ -32,7 +32,7 @@ Session::Session(HttpSession& http, const std::string& dataDirectory)
     complain(*problem);
   }
   storeRunningVersion(defaults, bundle());
-  promptStore.load();
+  promptStore.loadUnchanged();
   providerStore.load();
 }
 

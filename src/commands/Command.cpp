@@ -1,5 +1,6 @@
 #include "commands/Command.h"
 
+#include "base/Log.h"
 #include "base/Slug.h"
 #include "commands/PromptFactory.h"
 
@@ -35,6 +36,14 @@ Command Command::make(const UserAction& action) {
 }
 
 std::string Command::displayName() const { return !hasCustomName && usesActionTitle(type) ? type.title() : name; }
+
+void Command::editName(std::string text) {
+  if (!hasCustomName && text != displayName()) {
+    log("Marked command '" + name + "' as having custom name due to user edit");
+    hasCustomName = true;
+  }
+  name = std::move(text);
+}
 
 std::string_view Command::icon() const {
   return category == CommandCategory::mainAction ? type.icon() : quillmark::icon(category);

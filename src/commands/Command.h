@@ -35,6 +35,9 @@ struct Command {
   static Command make(const UserAction& action);
 
   std::string displayName() const;
+  /// What an editor of the name does with each change of its text, which shows displayName(): the name is the user's
+  /// own from the first real change on.
+  void editName(std::string text);
   /// Symbol name.
   std::string_view icon() const;
   /// The name under which the keyboard shortcut is stored: one for each custom prompt, one for all commands of any

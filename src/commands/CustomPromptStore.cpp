@@ -1,11 +1,13 @@
 #include "commands/CustomPromptStore.h"
 
 #include <algorithm>
+#include <chrono>
 #include <iterator>
 
+#include "base/Localization.h"
 #include "base/Log.h"
 #include "base/Slug.h"
-#include "platform/StoredRecords.h"
+#include "base/Text.h"
 
 namespace quillmark {
 namespace {
@@ -23,44 +25,211 @@ std::vector<Command> all(const std::vector<Command>& list, Predicate predicate) 
   return result;
 }
 
+Command* withId(std::vector<Command>& list, const Uuid& id) {
+  const auto found = std::find_if(list.begin(), list.end(), [&](const auto& command) { return command.id == id; });
+  return found == list.end() ? nullptr : &*found;
+}
+
+bool isOfferedByItself(const Command& command) {
+  return command.type.kind != ActionCase::changeTone && command.type.kind != ActionCase::translate &&
+         command.type.kind != ActionCase::freeStyle;
+}
+
+/// One entry for each item, with the settings of the command that they all stand for.
+void appendExpansions(std::vector<Command>& list, const Command& source, ConfigurableStore& store,
+                      const ConfigurableStore::Items& items, const char* title, UserAction (*action)(std::string)) {
+  for (const auto& item : items) {
+    Command entry = source;
+    entry.id = Uuid::random();
+    entry.name = tr(title, store.displayName(item));
+    entry.type = action(item.name);
+    list.push_back(std::move(entry));
+  }
+}
+
+ConfigurableStore::Items enabledOrDefault(ConfigurableStore& store) {
+  auto items = store.enabledItems();
+  return items.empty() ? store.defaultItems() : items;
+}
+
 }  // namespace
 
-void CustomPromptStore::load() {
-  using Stored = StoredRecords<Command>;
-  auto stored = Stored::load(defaults_, userDefaultsKey, commandFromJson);
-  if (stored.found == Stored::Found::undecodable) {
-    setAside(defaults_, userDefaultsKey, stored.problem);
+CustomPromptStore::CustomPromptStore(UserDefaults& defaults, std::optional<Expansions> expansions)
+    : lastMigratedVersion(defaults, "lastMigratedVersion", ""),
+      appVersion(defaults, "appVersion", ""),
+      expansions_(expansions),
+      stored_(defaults, userDefaultsKey, commandFromJson) {
+  if (expansions_) {
+    follow(expansions_->languageStore, languages_);
+    follow(expansions_->toneStore, tones_);
   }
-  if (stored.records.empty()) {
+}
+
+void CustomPromptStore::follow(ConfigurableStore& store, Followed& followed) {
+  followed.changes = store.itemsCache.observe([this, &store, &followed](const auto& items) {
+    if (!items) {
+      return;
+    }
+    auto enabled = store.enabledItems();
+    if (followed.enabled == enabled) {
+      return;
+    }
+    followed.enabled = std::move(enabled);
+    followed.rebuild.cancel();
+    constexpr auto debounce = std::chrono::milliseconds(150);
+    followed.rebuild = expansions_->mainQueue.after(debounce, lifetime_.guard([this] { buildSearchableCommands(); }));
+  });
+}
+
+bool CustomPromptStore::loadStored() {
+  auto list = stored_.load().records.value_or(std::vector<Command>());
+  if (list.empty()) {
     log("No prompts found, initializing default prompts");
-    initBasePrompts();
-    return;
+    return false;
   }
-  log("Load prompt " + std::to_string(stored.records.size()));
-  prompts.set(std::move(stored.records));
+  log("Load prompt " + std::to_string(list.size()));
+  prompts.set(std::move(list));
+  return true;
+}
+
+void CustomPromptStore::load() {
+  if (loadStored()) {
+    runMigrations();
+    buildSearchableCommands();
+  } else {
+    initBasePrompts();
+  }
+}
+
+void CustomPromptStore::loadUnchanged() {
+  if (!loadStored()) {
+    prompts.set(withMissingBaseCommands());
+  }
 }
 
 void CustomPromptStore::save(std::optional<std::vector<Command>> list, const std::optional<std::string>& action) {
   std::vector<Command> sorted = std::move(list).value_or(prompts.get());
-  std::stable_sort(sorted.begin(), sorted.end(),
-                   [](const auto& a, const auto& b) { return sortRank(a.category) < sortRank(b.category); });
+  std::ranges::stable_sort(sorted, {}, [](const Command& command) { return sortRank(command.category); });
   prompts.set(std::move(sorted));
   log("saved " + std::to_string(prompts.get().size()) + " action: " + action.value_or("none"));
-  storeRecords(defaults_, userDefaultsKey, prompts.get());
+  stored_.store(prompts.get());
+  buildSearchableCommands();
 }
 
-void CustomPromptStore::initBasePrompts() {
+std::vector<Command> CustomPromptStore::withMissingBaseCommands() {
   std::vector<Command> list = prompts.get();
-  const std::size_t before = list.size();
   for (const ActionCase action : baseActions()) {
     if (!commandFor(action)) {
       log(UserAction(action).identifier() + " action added");
       list.push_back(Command::make(UserAction(action)));
     }
   }
-  if (list.size() > before) {
+  return list;
+}
+
+void CustomPromptStore::initBasePrompts() {
+  std::vector<Command> list = withMissingBaseCommands();
+  if (list.size() > prompts.get().size()) {
     save(std::move(list), "init base prompts");
   }
+}
+
+void CustomPromptStore::runMigrations() {
+  struct Migration {
+    const char* version;  ///< that brought it
+    void (CustomPromptStore::*run)();
+  };
+  constexpr Migration migrations[] = {
+      {"2.0.4", &CustomPromptStore::addMissingCommands},
+      {"2.4.0", &CustomPromptStore::addSlugs},
+      {"2.12.0", &CustomPromptStore::markCustomNames},
+  };
+  for (const auto& migration : migrations) {
+    // Each step leaves the running version behind: what a later one then finds may not be old any more. A store without
+    // a version is older than all of them.
+    if (text::compareNumerically(lastMigratedVersion.get(), migration.version) < 0) {
+      (this->*migration.run)();
+      lastMigratedVersion.set(appVersion.get());
+    }
+  }
+}
+
+void CustomPromptStore::addMissingCommands() {
+  log("Add missing initial prompts for " + appVersion.get());
+  initBasePrompts();
+}
+
+void CustomPromptStore::addSlugs() {
+  log("Migrating: Adding slugs to commands");
+  std::vector<Command> list = prompts.get();
+  bool added = false;
+  for (auto& command : list) {
+    if (command.slug.empty()) {
+      command.slug = slugify(command.name);
+      added = true;
+    }
+  }
+  if (added) {
+    save(std::move(list), "migration");
+    log("Migration complete: Added slugs to commands");
+  }
+}
+
+void CustomPromptStore::markCustomNames() {
+  log("Migrating: Adding hasCustomName flags");
+  std::vector<Command> list = prompts.get();
+  for (auto& command : list) {
+    if (command.type.kind == ActionCase::customPrompt) {
+      command.hasCustomName = true;
+      continue;
+    }
+    const std::string english = command.type.englishTitle();
+    command.hasCustomName = command.name != english;
+    log(command.hasCustomName ? "Marked '" + command.name + "' as customized (differs from English: '" + english + "')"
+                              : "Kept '" + command.name + "' as original (matches English baseline)");
+  }
+  save(std::move(list), "hasCustomName migration");
+  log("Migration complete: Added hasCustomName flags");
+}
+
+void CustomPromptStore::buildSearchableCommands() {
+  if (!expansions_) {
+    return;
+  }
+  auto& [languageStore, toneStore, mainQueue] = *expansions_;
+  const auto languages = enabledOrDefault(languageStore);
+  const auto tones = enabledOrDefault(toneStore);
+
+  std::vector<Command> expanded;
+  expanded.reserve(languages.size() + tones.size());
+  if (const auto translate = commandFor(ActionCase::translate)) {
+    appendExpansions(expanded, *translate, languageStore, languages, trLater("Translate to {}"), UserAction::translate);
+  }
+  if (const auto changeTone = commandFor(ActionCase::changeTone)) {
+    appendExpansions(expanded, *changeTone, toneStore, tones, trLater("Change tone to {}"), UserAction::changeTone);
+  }
+
+  // Sorted as pointers: a command is large.
+  std::vector<const Command*> order;
+  order.reserve(prompts.get().size() + expanded.size());
+  for (const auto& command : prompts.get()) {
+    if (command.enabled && isOfferedByItself(command)) {
+      order.push_back(&command);
+    }
+  }
+  log("buildSearchableCommands prompts: " + std::to_string(order.size()) +
+      " languages: " + std::to_string(languages.size()) + " tones: " + std::to_string(tones.size()));
+  for (const auto& command : expanded) {
+    order.push_back(&command);
+  }
+  std::ranges::stable_sort(order, std::ranges::greater(), &Command::usageCount);
+
+  std::vector<Command> list;
+  list.reserve(order.size());
+  for (const Command* command : order) {
+    list.push_back(*command);
+  }
+  searchableCommands.set(std::move(list));
 }
 
 std::optional<Command> CustomPromptStore::command(const std::optional<Uuid>& id) const {
@@ -90,9 +259,35 @@ std::vector<Command> CustomPromptStore::commands(CommandCategory category) const
 }
 
 std::vector<Command> CustomPromptStore::mainCommands() const {
-  return all(commands(CommandCategory::mainAction), [](const auto& command) {
-    return command.type.kind != ActionCase::changeTone && command.type.kind != ActionCase::translate;
-  });
+  return all(commands(CommandCategory::mainAction), isOfferedByItself);
+}
+
+void CustomPromptStore::add(std::optional<Command> command) {
+  std::vector<Command> list = prompts.get();
+  list.push_back(command ? std::move(*command)
+                         : Command::make(tr("New Command"), std::nullopt, std::nullopt, std::nullopt,
+                                         CommandCategory::customAction));
+  save(std::move(list), "add prompt");
+}
+
+void CustomPromptStore::update(Command command) {
+  std::vector<Command> list = prompts.get();
+  if (Command* present = withId(list, command.id)) {
+    *present = std::move(command);
+    present->slug = slugify(present->name);
+  }
+  save(std::move(list), "update prompt");
+}
+
+void CustomPromptStore::duplicate(const std::optional<Uuid>& id) {
+  auto copy = command(id);
+  if (!copy) {
+    return;
+  }
+  copy->id = Uuid::random();
+  copy->name += tr(" Copy");
+  copy->type = ActionCase::customPrompt;
+  add(std::move(copy));
 }
 
 void CustomPromptStore::incrementUsage(const std::optional<Uuid>& id) {
@@ -100,9 +295,26 @@ void CustomPromptStore::incrementUsage(const std::optional<Uuid>& id) {
     return;
   }
   prompts.mutateQuietly([&](auto& list) {
-    const auto found = std::find_if(list.begin(), list.end(), [&](const auto& command) { return command.id == *id; });
-    if (found != list.end()) {
-      ++found->usageCount;
+    if (Command* command = withId(list, *id)) {
+      ++command->usageCount;
+    }
+  });
+}
+
+void CustomPromptStore::merge(Command command) {
+  prompts.mutate([&](auto& list) {
+    if (command.type.kind != ActionCase::customPrompt) {
+      const auto builtIn = std::ranges::find(list, command.type, &Command::type);
+      if (builtIn != list.end()) {
+        *builtIn = Command::make(command.type);
+        builtIn->behavior = command.behavior;
+        return;
+      }
+    }
+    if (Command* present = withId(list, command.id)) {
+      *present = std::move(command);
+    } else {
+      list.push_back(std::move(command));
     }
   });
 }

@@ -4,28 +4,49 @@
 #include <string>
 #include <vector>
 
+#include "base/Lifetime.h"
 #include "base/Signal.h"
 #include "commands/Command.h"
+#include "commands/ConfigurableStore.h"
+#include "platform/MainQueue.h"
+#include "platform/StoredRecords.h"
 #include "platform/UserDefaults.h"
 
 namespace quillmark {
 
-/// The user's commands. Main thread only.
+/// The user's commands, and the flat list of them that the command menu searches. Main thread only.
 class CustomPromptStore {
  public:
   static constexpr const char* userDefaultsKey = "customPrompts2";
 
-  explicit CustomPromptStore(UserDefaults& defaults) : defaults_(defaults) {}
+  /// What the flat list is made of besides the commands.
+  struct Expansions {
+    ConfigurableStore& languageStore;
+    ConfigurableStore& toneStore;
+    MainQueue& mainQueue;
+  };
+
+  explicit CustomPromptStore(UserDefaults& defaults, std::optional<Expansions> expansions = std::nullopt);
+
+  Setting<std::string> lastMigratedVersion;  ///< the version that the migrations last ran for
+  Setting<std::string> appVersion;           ///< the running version, stored before this store loads
 
   Observable<std::vector<Command>> prompts;  ///< sorted by category, then in the user's order; empty before load()
+  /// Enabled commands by usage, where a translate command stands once for each language and a change-tone command once
+  /// for each tone. Never stored; always empty in a store without expansions.
+  Observable<std::vector<Command>> searchableCommands;
 
-  /// Reads the stored commands, or makes the base commands when there are none. A list that does not decode is set
-  /// aside first.
+  /// Reads the stored commands and brings those of an older version up to date, or stores the base commands when there
+  /// are none. A list that does not decode is set aside first.
   void load();
+  /// The same for a program that only runs commands: nothing is brought up to date and nothing stored.
+  void loadUnchanged();
   /// Sorts by category (stable), publishes and stores the list; `action` is a label for the log.
   void save(std::optional<std::vector<Command>> list, const std::optional<std::string>& action);
   /// Adds the base commands that are missing; touches none that exists.
   void initBasePrompts();
+  /// To be called after each change of the commands, which save() does; follows the languages and tones by itself.
+  void buildSearchableCommands();
 
   std::optional<Command> command(const std::optional<Uuid>& id) const;
   /// The stored command for an action; `translate` and `changeTone` find the one without a parameter. The free-style
@@ -39,12 +60,40 @@ class CustomPromptStore {
   /// Enabled commands of the main category that are offered by themselves.
   std::vector<Command> mainCommands() const;
 
-  /// Counts a run. The count reaches the database at the next save.
+  /// Appends a command, or a new empty one, and saves. Names and slugs need not be unique.
+  void add(std::optional<Command> command);
+  /// Replaces the command with the same id and gives it the slug of its name; saves in any case.
+  void update(Command command);
+  /// Adds a copy as a custom prompt of its own.
+  void duplicate(const std::optional<Uuid>& id);
+  /// Counts a run. The count reaches the database and the order of the menu at the next save.
   void incrementUsage(const std::optional<Uuid>& id);
+  /// Takes in one command of a backup. A built-in action is reset and keeps only the behaviour; a custom prompt
+  /// replaces the one with its id or is appended. Does not save.
+  void merge(Command command);
 
  private:
-  UserDefaults& defaults_;
+  /// One of the two lists that the flat list follows.
+  struct Followed {
+    Connection changes;
+    std::optional<ConfigurableStore::Items> enabled;
+    TimerHandle rebuild;
+  };
+
+  bool loadStored();
+  std::vector<Command> withMissingBaseCommands();
+  void runMigrations();
+  void addMissingCommands();
+  void addSlugs();
+  void markCustomNames();
+  void follow(ConfigurableStore& store, Followed& followed);
+
+  std::optional<Expansions> expansions_;
+  StoredRecords<Command> stored_;
   mutable std::optional<Command> freeStyle_;
+  Followed languages_;
+  Followed tones_;
+  Lifetime lifetime_;
 };
 
 }  // namespace quillmark

@@ -1,28 +1,84 @@
 #include "commands/LanguageStore.h"
 
 #include <algorithm>
+#include <array>
+
+#include "base/Log.h"
+#include "base/Text.h"
+#include "commands/LanguageFlags.h"
 
 namespace quillmark {
+namespace {
 
-std::vector<ConfigurableItem> LanguageStore::enabledItems() const {
-  std::vector<ConfigurableItem> items;
-  for (const char* id : {"en", "de", "es", "fr", "it", "pt", "ru", "zh", "ja", "ko", "ar", "hi", "tr", "nl",
-                         "sv", "da", "no", "fi", "pl", "cs", "sk", "hu", "ro", "el", "th", "vi", "id"}) {
-    items.push_back({id, id, std::nullopt, true, 0, false});
+constexpr std::array defaultEnabledLanguageIds{"en", "de", "es", "fr", "it", "pt", "ru", "zh", "ja",
+                                               "ko", "ar", "hi", "tr", "nl", "sv", "da", "no", "fi",
+                                               "pl", "cs", "sk", "hu", "ro", "el", "th", "vi", "id"};
+
+}  // namespace
+
+LanguageStore::LanguageStore(UserDefaults& defaults, const LocaleInfo& locale)
+    : ConfigurableStore(defaults, "languageSettings"), locale_(locale) {
+  migrateLegacySelection("defaultLanguage");
+}
+
+std::optional<std::string> LanguageStore::localName(const std::string& identifier) const {
+  const auto [entry, isNew] = names_.try_emplace(identifier);
+  if (isNew) {
+    entry->second = locale_.displayName(identifier);
   }
-  std::stable_sort(items.begin(), items.end(), [this](const auto& a, const auto& b) {
-    return locale_.compareLocalized(displayName(a), displayName(b)) < 0;
-  });
-  for (std::size_t i = 0; i < items.size(); ++i) {
-    items[i].order = static_cast<std::int64_t>(i);
+  return entry->second;
+}
+
+void LanguageStore::sortByName(std::vector<std::string>& identifiers) const {
+  std::ranges::stable_sort(
+      identifiers, [this](const auto& a, const auto& b) { return locale_.compareLocalized(a, b) < 0; },
+      [this](const auto& identifier) { return localName(identifier).value_or(identifier); });
+}
+
+std::string LanguageStore::displayName(const LanguageItem& item) const {
+  std::string base = item.name;
+  if (!item.isCustom) {
+    auto name = localName(item.id);
+    if (!name) {
+      name = localName(item.id.substr(0, item.id.find('-')));
+    }
+    base = std::move(name).value_or(item.name);
   }
+  const auto flag = languageFlag(item.id);
+  return flag ? *flag + " " + base : base;
+}
+
+ConfigurableStore::Items LanguageStore::defaultItems() const {
+  std::vector<std::string> identifiers(defaultEnabledLanguageIds.begin(), defaultEnabledLanguageIds.end());
+  sortByName(identifiers);
+  const std::string count = std::to_string(identifiers.size());
+  log("[TranslationOptions] Created " + count + " language definitions from defaultEnabledLanguageIds");
+
+  log("[LanguageStore] Creating default items from " + count + " language definitions");
+  Items items;
+  for (const auto& id : identifiers) {
+    items.push_back({id, id, std::nullopt, true, std::ssize(items), false});
+  }
+  log("[LanguageStore] Created " + count + " items (" + count + " enabled by default)");
   return items;
 }
 
-std::optional<ConfigurableItem> LanguageStore::defaultItem() const { return enabledItems().front(); }
+std::vector<std::string> LanguageStore::availableLanguages() {
+  std::vector<std::string> identifiers = locale_.availableIdentifiers();
+  std::erase_if(identifiers, [this](const std::string& id) {
+    return text::split(id, '_').size() > 2 || id.find('@') != std::string::npos ||
+           std::ranges::find(items(), id, &LanguageItem::id) != items().end();
+  });
+  sortByName(identifiers);
+  return identifiers;
+}
 
-std::string LanguageStore::displayName(const ConfigurableItem& item) const {
-  return locale_.displayName(item.id).value_or(item.name);
+bool LanguageStore::addLanguage(const std::string& id) {
+  const bool isKnown = std::ranges::find(items(), id, &LanguageItem::id) != items().end();
+  if (id.empty() || isKnown || locale_.canonicalIdentifier(id) != id) {
+    return false;
+  }
+  return append({id, id, std::nullopt, true, 0, false});
 }
 
 }  // namespace quillmark

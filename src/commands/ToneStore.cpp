@@ -1,25 +1,77 @@
 #include "commands/ToneStore.h"
 
+#include <algorithm>
+#include <array>
+
 #include "base/Localization.h"
 #include "base/Text.h"
 
 namespace quillmark {
+namespace {
 
-std::vector<ConfigurableItem> ToneStore::enabledItems() const {
-  std::vector<ConfigurableItem> items;
-  for (const char* nameKey :
-       {trLater("Professional"), trLater("Friendly"), trLater("Casual"), trLater("Straightforward"),
-        trLater("Confident"), trLater("Enthusiastic"), trLater("Inspirational"), trLater("Urgent"), trLater("Punchier"),
-        trLater("Humorous"), trLater("Thoughtful"), trLater("Witty")}) {
-    items.push_back({text::lowerCased(nameKey), tr(nameKey), nameKey, true, std::ssize(items), false});
+struct ToneDefinition {
+  const char* id;
+  const char* nameKey;
+};
+
+constexpr std::array toneOptions{
+    ToneDefinition{"professional", trLater("Professional")},
+    ToneDefinition{"friendly", trLater("Friendly")},
+    ToneDefinition{"casual", trLater("Casual")},
+    ToneDefinition{"straightforward", trLater("Straightforward")},
+    ToneDefinition{"confident", trLater("Confident")},
+    ToneDefinition{"enthusiastic", trLater("Enthusiastic")},
+    ToneDefinition{"inspirational", trLater("Inspirational")},
+    ToneDefinition{"urgent", trLater("Urgent")},
+    ToneDefinition{"punchier", trLater("Punchier")},
+    ToneDefinition{"humorous", trLater("Humorous")},
+    ToneDefinition{"thoughtful", trLater("Thoughtful")},
+    ToneDefinition{"witty", trLater("Witty")},
+};
+
+std::string customToneId(const std::string& lowerCasedName) {
+  std::string id = "custom_";
+  for (const char c : text::replacingAll(lowerCasedName, " ", "_")) {
+    if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_') {
+      id += c;
+    }
+  }
+  return id;
+}
+
+}  // namespace
+
+ToneStore::ToneStore(UserDefaults& defaults) : ConfigurableStore(defaults, "toneSettings") {
+  migrateLegacySelection("defaultTone");
+}
+
+std::string ToneStore::displayName(const ToneItem& item) const {
+  if (!item.nameKey) {
+    return item.name;
+  }
+  // A key without a translation names nothing in another language; the stored name does.
+  std::string localised = tr(item.nameKey->c_str());
+  return localised == *item.nameKey ? item.name : localised;
+}
+
+ConfigurableStore::Items ToneStore::defaultItems() const {
+  Items items;
+  for (const auto& tone : toneOptions) {
+    items.push_back({text::lowerCased(tone.id), tr(tone.nameKey), tone.nameKey, true, std::ssize(items), false});
   }
   return items;
 }
 
-std::optional<ConfigurableItem> ToneStore::defaultItem() const { return enabledItems().front(); }
-
-std::string ToneStore::displayName(const ConfigurableItem& item) {
-  return item.nameKey ? tr(item.nameKey->c_str()) : item.name;
+bool ToneStore::addCustomTone(const std::string& name) {
+  const std::string trimmed(text::trimmed(name));
+  if (trimmed.empty() || text::graphemeCount(trimmed) > longestName) {
+    return false;
+  }
+  const std::string lowerCased = text::lowerCased(trimmed);
+  const std::string id = customToneId(lowerCased);
+  const bool isKnown = std::ranges::any_of(
+      items(), [&](const auto& item) { return text::lowerCased(item.name) == lowerCased || item.id == id; });
+  return !isKnown && append({id, trimmed, std::nullopt, true, 0, true});
 }
 
 }  // namespace quillmark

@@ -1,22 +1,25 @@
 #pragma once
 
-#include <optional>
 #include <string>
-#include <vector>
 
-#include "commands/ConfigurableItem.h"
+#include "commands/ConfigurableStore.h"
 
 namespace quillmark {
 
-/// The tones that change-tone commands offer. Holds the built-in list; it is not editable yet.
-class ToneStore {
+/// The tones that change-tone commands offer. Main thread only.
+class ToneStore final : public ConfigurableStore {
  public:
-  /// In ascending order.
-  std::vector<ConfigurableItem> enabledItems() const;
-  /// What the change-tone shortcut uses.
-  std::optional<ConfigurableItem> defaultItem() const;
+  static constexpr std::size_t longestName = 50;  ///< in grapheme clusters
+
+  explicit ToneStore(UserDefaults& defaults);
+
   /// The tone in the interface language.
-  static std::string displayName(const ConfigurableItem& item);
+  std::string displayName(const ToneItem& item) const override;
+  Items defaultItems() const override;
+
+  /// White space at the ends of the name does not count. False for an empty or too long name, and for one that is there
+  /// already or would have the id of another.
+  bool addCustomTone(const std::string& name);
 };
 
 }  // namespace quillmark

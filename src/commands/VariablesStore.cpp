@@ -4,26 +4,22 @@
 
 #include "base/Localization.h"
 #include "base/Log.h"
-#include "platform/StoredRecords.h"
 
 namespace quillmark {
 
 VariablesStore::VariablesStore(UserDefaults& defaults, const LocaleInfo& locale)
-    : preferredLocale(defaults, "preferredLocale", "none"), defaults_(defaults), locale_(locale) {
+    : preferredLocale(defaults, "preferredLocale", "none"),
+      stored_(defaults, userDefaultsKey, variableFromJson),
+      locale_(locale) {
   load();
   updateStaticVariables();
 }
 
 void VariablesStore::load() {
-  using Stored = StoredRecords<Variable>;
-  auto stored = Stored::load(defaults_, userDefaultsKey, variableFromJson);
-  if (stored.found == Stored::Found::records) {
-    log("Load variables " + std::to_string(stored.records.size()));
-    variables.set(std::move(stored.records));
+  if (auto stored = stored_.load(); stored.records) {
+    log("Load variables " + std::to_string(stored.records->size()));
+    variables.set(std::move(*stored.records));
     return;
-  }
-  if (stored.found == Stored::Found::undecodable) {
-    setAside(defaults_, userDefaultsKey, stored.problem);
   }
   variables.mutate([](auto& list) {
     list.push_back({Uuid::random(), "name", "Jane Sample", tr("Your name"), false});
@@ -33,7 +29,7 @@ void VariablesStore::load() {
 
 void VariablesStore::save() {
   log("saved " + std::to_string(variables.get().size()));
-  storeRecords(defaults_, userDefaultsKey, variables.get());
+  stored_.store(variables.get());
 }
 
 void VariablesStore::updateStaticVariables() {

@@ -7,6 +7,7 @@
 #include "base/Signal.h"
 #include "commands/Variable.h"
 #include "platform/LocaleInfo.h"
+#include "platform/StoredRecords.h"
 #include "platform/UserDefaults.h"
 
 namespace quillmark {
@@ -35,7 +36,7 @@ class VariablesStore {
   void upsert(Variable variable);
 
  private:
-  UserDefaults& defaults_;
+  StoredRecords<Variable> stored_;
   const LocaleInfo& locale_;
 };
 

@@ -7,7 +7,7 @@
 namespace quillmark {
 
 KeyboardSubscriptions::KeyboardSubscriptions(GlobalShortcuts& shortcuts, CustomPromptStore& promptStore,
-                                             const LanguageStore& languageStore, const ToneStore& toneStore,
+                                             LanguageStore& languageStore, ToneStore& toneStore,
                                              ActionService& actionService, ActiveApplicationTracker& tracker)
     : shortcuts_(shortcuts),
       languageStore_(languageStore),

@@ -18,16 +18,16 @@ namespace quillmark {
 /// The handlers are renewed when the number of commands changes. Works by itself once made.
 class KeyboardSubscriptions {
  public:
-  KeyboardSubscriptions(GlobalShortcuts& shortcuts, CustomPromptStore& promptStore, const LanguageStore& languageStore,
-                        const ToneStore& toneStore, ActionService& actionService, ActiveApplicationTracker& tracker);
+  KeyboardSubscriptions(GlobalShortcuts& shortcuts, CustomPromptStore& promptStore, LanguageStore& languageStore,
+                        ToneStore& toneStore, ActionService& actionService, ActiveApplicationTracker& tracker);
 
  private:
   void subscribe(const std::vector<Command>& commands);
   void onKeyUp(const std::string& name, std::function<void()> action);
 
   GlobalShortcuts& shortcuts_;
-  const LanguageStore& languageStore_;
-  const ToneStore& toneStore_;
+  LanguageStore& languageStore_;
+  ToneStore& toneStore_;
   ActionService& actionService_;
   ActiveApplicationTracker& tracker_;
   std::ptrdiff_t promptCount_ = -1;  // no list has this length, so the first one always registers

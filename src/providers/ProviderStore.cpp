@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "base/Log.h"
-#include "platform/StoredRecords.h"
 
 namespace quillmark {
 namespace {
@@ -30,19 +29,18 @@ void enable(ProviderConfig& config, bool enabled) {
 }  // namespace
 
 ProviderStore::ProviderStore(UserDefaults& defaults)
-    : defaultProvider(defaults, "defaultProvider", ""), openAIApiKey(defaults, "apiKey", ""), defaults_(defaults) {}
+    : defaultProvider(defaults, "defaultProvider", ""),
+      openAIApiKey(defaults, "apiKey", ""),
+      stored_(defaults, userDefaultsKey, providerConfigFromJson) {}
 
 void ProviderStore::load() {
-  auto stored = StoredRecords<ProviderConfig>::load(defaults_, userDefaultsKey, providerConfigFromJson);
-  if (stored.found == StoredRecords<ProviderConfig>::Found::undecodable) {
-    setAside(defaults_, userDefaultsKey, stored.problem);
-  }
-  if (stored.records.empty()) {
+  auto list = stored_.load().records.value_or(std::vector<ProviderConfig>());
+  if (list.empty()) {
     resetConfigs();
     return;
   }
-  log("Load provider " + std::to_string(stored.records.size()));
-  configs.set(std::move(stored.records));
+  log("Load provider " + std::to_string(list.size()));
+  configs.set(std::move(list));
 }
 
 std::optional<ProviderConfig> ProviderStore::config(const std::optional<Uuid>& id) const {
@@ -86,14 +84,14 @@ void ProviderStore::resetConfigs() {
   }
   configs.set(std::move(list));
   // The old key goes only once the list that holds it is stored.
-  if (store() && tookOldKey) {
+  if (stored_.store(configs.get()) && tookOldKey) {
     openAIApiKey.set("");
   }
 
-  const auto& stored = configs.get();
-  const auto first = std::find_if(stored.begin(), stored.end(), [](const auto& config) { return config.enabled; });
-  defaultProvider.set(first == stored.end() ? "" : first->id.toString());
-  log("Setting default provider to " + (first == stored.end() ? "undefined" : first->name));
+  const auto& all = configs.get();
+  const auto first = std::find_if(all.begin(), all.end(), [](const auto& config) { return config.enabled; });
+  defaultProvider.set(first == all.end() ? "" : first->id.toString());
+  log("Setting default provider to " + (first == all.end() ? "undefined" : first->name));
 }
 
 ProviderConfig* ProviderStore::firstOfType(std::vector<ProviderConfig>& list, ProviderType type) const {
@@ -101,7 +99,5 @@ ProviderConfig* ProviderStore::firstOfType(std::vector<ProviderConfig>& list, Pr
       std::find_if(list.begin(), list.end(), [type](const auto& config) { return config.providerType == type; });
   return found == list.end() ? nullptr : &*found;
 }
-
-bool ProviderStore::store() { return storeRecords(defaults_, userDefaultsKey, configs.get()); }
 
 }  // namespace quillmark

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/Signal.h"
+#include "platform/StoredRecords.h"
 #include "platform/UserDefaults.h"
 #include "providers/ProviderConfig.h"
 
@@ -35,9 +36,8 @@ class ProviderStore {
 
  private:
   ProviderConfig* firstOfType(std::vector<ProviderConfig>& list, ProviderType type) const;
-  bool store();
 
-  UserDefaults& defaults_;
+  StoredRecords<ProviderConfig> stored_;
 };
 
 }  // namespace quillmark

@@ -4,8 +4,8 @@
 
 namespace quillmark {
 
-MenuBar::MenuBar(ActionService& actionService, CustomPromptStore& promptStore, const LanguageStore& languageStore,
-                 const ToneStore& toneStore, Actions actions)
+MenuBar::MenuBar(ActionService& actionService, CustomPromptStore& promptStore, LanguageStore& languageStore,
+                 ToneStore& toneStore, Actions actions)
     : actionService_(actionService),
       promptStore_(promptStore),
       languageStore_(languageStore),
@@ -13,6 +13,8 @@ MenuBar::MenuBar(ActionService& actionService, CustomPromptStore& promptStore, c
       actions_(std::move(actions)) {
   loadingChanges_ = actionService_.isLoading.observe([this](bool) { changed.emit(); });
   commandChanges_ = promptStore_.prompts.observe([this](const auto&) { changed.emit(); });
+  languageChanges_ = languageStore_.itemsCache.observe([this](const auto&) { changed.emit(); });
+  toneChanges_ = toneStore_.itemsCache.observe([this](const auto&) { changed.emit(); });
 }
 
 MenuItem MenuBar::commandItem(const Command& command, std::string_view icon) const {
@@ -21,14 +23,11 @@ MenuItem MenuBar::commandItem(const Command& command, std::string_view icon) con
       !actionService_.isLoading.get());
 }
 
-std::vector<MenuItem> MenuBar::itemsOf(const std::vector<ConfigurableItem>& list,
-                                       const std::function<std::string(const ConfigurableItem&)>& label,
-                                       UserAction (*action)(std::string)) const {
+std::vector<MenuItem> MenuBar::itemsOf(ConfigurableStore& store, UserAction (*action)(std::string)) const {
   std::vector<MenuItem> items;
-  items.reserve(list.size());
-  for (const auto& item : list) {
+  for (const auto& item : store.enabledItems()) {
     items.push_back(MenuItem::action(
-        label(item), "", [this, action, name = item.name] { actionService_.runAction(action(name), true); },
+        store.displayName(item), "", [this, action, name = item.name] { actionService_.runAction(action(name), true); },
         !actionService_.isLoading.get()));
   }
   return items;
@@ -50,13 +49,11 @@ std::vector<MenuItem> MenuBar::items() const {
   };
   if (isOffered(ActionCase::changeTone)) {
     rows.push_back(MenuItem::submenu(tr("Change tone"), "pencil.and.scribble",
-                                     itemsOf(toneStore_.enabledItems(), ToneStore::displayName, UserAction::changeTone),
-                                     !isLoading));
+                                     itemsOf(toneStore_, UserAction::changeTone), !isLoading));
   }
   if (isOffered(ActionCase::translate)) {
-    const auto label = [this](const ConfigurableItem& item) { return languageStore_.displayName(item); };
-    rows.push_back(MenuItem::submenu(tr("Translate"), "globe",
-                                     itemsOf(languageStore_.enabledItems(), label, UserAction::translate), !isLoading));
+    rows.push_back(
+        MenuItem::submenu(tr("Translate"), "globe", itemsOf(languageStore_, UserAction::translate), !isLoading));
   }
   rows.push_back(MenuItem::divider());
 

@@ -21,8 +21,8 @@ class MenuBar {
     std::function<void()> quit;
   };
 
-  MenuBar(ActionService& actionService, CustomPromptStore& promptStore, const LanguageStore& languageStore,
-          const ToneStore& toneStore, Actions actions);
+  MenuBar(ActionService& actionService, CustomPromptStore& promptStore, LanguageStore& languageStore,
+          ToneStore& toneStore, Actions actions);
 
   /// The rows as they should be now: what runs something is disabled while a direct run is under way.
   std::vector<MenuItem> items() const;
@@ -32,17 +32,17 @@ class MenuBar {
 
  private:
   MenuItem commandItem(const Command& command, std::string_view icon) const;
-  std::vector<MenuItem> itemsOf(const std::vector<ConfigurableItem>& list,
-                                const std::function<std::string(const ConfigurableItem&)>& label,
-                                UserAction (*action)(std::string)) const;
+  std::vector<MenuItem> itemsOf(ConfigurableStore& store, UserAction (*action)(std::string)) const;
 
   ActionService& actionService_;
   CustomPromptStore& promptStore_;
-  const LanguageStore& languageStore_;
-  const ToneStore& toneStore_;
+  LanguageStore& languageStore_;
+  ToneStore& toneStore_;
   Actions actions_;
   Connection loadingChanges_;
   Connection commandChanges_;
+  Connection languageChanges_;
+  Connection toneChanges_;
 };
 
 }  // namespace quillmark

@@ -4,6 +4,7 @@
 
 #include "base/Localization.h"
 #include "commands/RunningVersion.h"
+#include "shell/OnboardingMigration.h"
 
 namespace quillmark {
 
@@ -17,7 +18,9 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
       loadingPanel_(loadingWindow == nullptr
                         ? nullptr
                         : std::make_unique<FloatingLoading>(platform_.mainQueue, platform_.screens, *loadingWindow)),
-      promptStore_(platform_.defaults),
+      languageStore_(platform_.defaults, platform_.locale),
+      toneStore_(platform_.defaults),
+      promptStore_(platform_.defaults, CustomPromptStore::Expansions{languageStore_, toneStore_, platform_.mainQueue}),
       variablesStore_(platform_.defaults, platform_.locale),
       providerStore_(platform_.defaults),
       statistics_(platform_.defaults, platform_.mainQueue),
@@ -25,7 +28,6 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
       actionService_({platform_.mainQueue, platform_.defaults, platform_.pasteboard, platform_.permissions,
                       alertHandler_, capture_, activeApplicationTracker_, promptStore_, variablesStore_, providerStore_,
                       providerFactory_, statistics_, reviewSession_, commandPanel_, loadingPanel_.get()}),
-      languageStore_(platform_.locale),
       refusals_(platform_.hotKeys.refused.connect([this](const std::string& name) { shortcutRefused(name); })),
       shortcuts_(platform_.defaults, platform_.hotKeys),
       shortcutSubscriptions_(shortcuts_, promptStore_, languageStore_, toneStore_, actionService_,
@@ -44,6 +46,7 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
 
 const Platform& QuillmarkApp::prepare(const Platform& platform) {
   storeRunningVersion(platform.defaults, platform.bundle);
+  runOnboardingMigration(platform.defaults, platform.permissions, platform.bundle);
   return platform;
 }
 

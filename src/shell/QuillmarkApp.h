@@ -42,6 +42,8 @@ class QuillmarkApp {
   QuillmarkApp& operator=(const QuillmarkApp&) = delete;
 
   ActionService& actionService() { return actionService_; }
+  LanguageStore& languageStore() { return languageStore_; }
+  ToneStore& toneStore() { return toneStore_; }
   CustomPromptStore& promptStore() { return promptStore_; }
   ProviderStore& providerStore() { return providerStore_; }
   VariablesStore& variablesStore() { return variablesStore_; }
@@ -69,14 +71,14 @@ class QuillmarkApp {
   std::unique_ptr<FloatingLoading> loadingPanel_;
   PendingReviewSession reviewSession_;
   PendingCommandPanel commandPanel_;
+  LanguageStore languageStore_;
+  ToneStore toneStore_;
   CustomPromptStore promptStore_;
   VariablesStore variablesStore_;
   ProviderStore providerStore_;
   AppStatistics statistics_;
   ActiveApplicationTracker activeApplicationTracker_;
   ActionService actionService_;
-  LanguageStore languageStore_;
-  ToneStore toneStore_;
   std::set<std::string> refusedShortcuts_;
   Connection refusals_;
   GlobalShortcuts shortcuts_;

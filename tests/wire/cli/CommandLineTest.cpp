@@ -118,7 +118,7 @@ TEST_F(CommandLine, asksTheProviderThatIsNamed) {
     auto configs = store.configs.get();
     configs.push_back(provider("My Server", true));
     configs.push_back(provider("Resting", false));
-    storeRecords(defaults, ProviderStore::userDefaultsKey, configs);
+    defaults.set(ProviderStore::userDefaultsKey, Data{encodeRecords(configs)});
   }
   expectComplaint(quillmark({"run", "fix-grammar-spelling", "--provider", "resting"}, "teh cat"),
                   HasSubstr("Resting is disabled"));

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/Bundle.h"
+#include "platform/Permissions.h"
+#include "platform/UserDefaults.h"
+
+namespace quillmark {
+
+/// Decides once, before the commands load, who is spared the first-run flow: of those who come from a version below
+/// 2.7.0, and of new users, whoever has granted the accessibility permission already. Writes the running version to
+/// `lastMigratedVersion`, so that the commands of such a store are not brought up to date again.
+void runOnboardingMigration(UserDefaults& defaults, const Permissions& permissions, const Bundle& bundle);
+
+}  // namespace quillmark
