@@ -7,8 +7,9 @@ namespace quillmark {
 Json parseJson(std::string_view text) {
   try {
     return Json::parse(text);
-  } catch (const Json::exception& error) {
-    throw DecodingError({}, error.what());
+  } catch (const Json::parse_error& error) {
+    // The library's own message quotes the text, which may be a key; this ends up in the log.
+    throw DecodingError({}, "is not valid JSON at byte " + std::to_string(error.byte));
   }
 }
 

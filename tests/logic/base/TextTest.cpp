@@ -58,5 +58,16 @@ TEST(Graphemes, countWhatAUserSees) {
   EXPECT_EQ(text::graphemeCount("abc"), 3u);
 }
 
+TEST(VersionOrder, comparesRunsOfDigitsAsNumbers) {
+  const char* ascending[] = {"", "2", "2.0.4", "2.9.0", "2.09.1", "2.12.0", "2.12.0b", "2.99999999999999999999", "3"};
+  for (std::size_t i = 0; i < std::size(ascending); ++i) {
+    for (std::size_t j = 0; j < std::size(ascending); ++j) {
+      const int order = text::compareNumerically(ascending[i], ascending[j]);
+      EXPECT_EQ(order < 0, i < j) << ascending[i] << " and " << ascending[j];
+      EXPECT_EQ(order > 0, i > j) << ascending[i] << " and " << ascending[j];
+    }
+  }
+}
+
 }  // namespace
 }  // namespace quillmark
