@@ -8,8 +8,10 @@ Json parseJson(std::string_view text) {
   try {
     return Json::parse(text);
   } catch (const Json::parse_error& error) {
-    // The library's own message quotes the text, which may be a key; this ends up in the log.
+    // The library's own message quotes the text, which may hold a secret, and this one ends up in the log.
     throw DecodingError({}, "is not valid JSON at byte " + std::to_string(error.byte));
+  } catch (const Json::out_of_range&) {
+    throw DecodingError({}, "has a number out of range");
   }
 }
 
