@@ -31,6 +31,7 @@ void enable(ProviderConfig& config, bool enabled) {
 ProviderStore::ProviderStore(UserDefaults& defaults)
     : defaultProvider(defaults, "defaultProvider", ""),
       openAIApiKey(defaults, "apiKey", ""),
+      defaultConfigs(makeDefaultConfigs()),
       stored_(defaults, userDefaultsKey, providerConfigFromJson) {}
 
 void ProviderStore::load() {
@@ -62,8 +63,54 @@ std::optional<ProviderConfig> ProviderStore::defaultConfig() const {
   return found == list.end() ? std::nullopt : std::optional(*found);
 }
 
+void ProviderStore::addConfig(ProviderConfig config) {
+  std::vector<ProviderConfig> list = configs.get();
+  const auto count = std::ranges::count(list, config.providerType, &ProviderConfig::providerType);
+  log("found: " + std::to_string(count));
+  if (count > 0) {
+    config.name += " " + std::to_string(count + 1);
+  }
+  list.push_back(std::move(config));
+  if (stored_.store(list)) {
+    configs.set(std::move(list));
+  }
+}
+
+void ProviderStore::updateConfig(const ProviderConfig& config) {
+  configs.mutate([&](auto& list) {
+    if (const auto present = std::ranges::find(list, config.id, &ProviderConfig::id); present != list.end()) {
+      *present = config;
+    }
+  });
+  stored_.store(configs.get());
+}
+
+void ProviderStore::deleteConfig(const std::set<Uuid>& ids) {
+  configs.mutate([&](auto& list) { std::erase_if(list, [&](const auto& config) { return ids.contains(config.id); }); });
+  stored_.store(configs.get());
+}
+
+void ProviderStore::addMissingConfigs() {
+  std::vector<ProviderConfig> list = configs.get();
+  const std::size_t before = list.size();
+  for (ProviderConfig config : defaultConfigs) {
+    if (std::ranges::find(list, config.slug, &ProviderConfig::slug) != list.end()) {
+      continue;
+    }
+    log(config.slug + " config added");
+    if (std::ranges::find(list, config.id, &ProviderConfig::id) != list.end()) {
+      config.id = Uuid::random();  // the same entry, whose slug has been changed, is still there
+    }
+    list.push_back(std::move(config));
+  }
+  if (list.size() > before) {
+    configs.set(std::move(list));
+    stored_.store(configs.get());
+  }
+}
+
 void ProviderStore::resetConfigs() {
-  std::vector<ProviderConfig> list = makeDefaultConfigs();
+  std::vector<ProviderConfig> list = defaultConfigs;
   log("Init provider configs " + std::to_string(list.size()));
 
   bool tookOldKey = false;

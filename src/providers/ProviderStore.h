@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -18,9 +19,10 @@ class ProviderStore {
 
   explicit ProviderStore(UserDefaults& defaults);
 
-  Observable<std::vector<ProviderConfig>> configs;  ///< in display order; empty before load()
-  Setting<std::string> defaultProvider;             ///< UUID of the configuration used when a command names none
-  Setting<std::string> openAIApiKey;                ///< of an old set-up with one provider; moved by resetConfigs()
+  Observable<std::vector<ProviderConfig>> configs;   ///< in display order; empty before load()
+  Setting<std::string> defaultProvider;              ///< UUID of the configuration used when a command names none
+  Setting<std::string> openAIApiKey;                 ///< of an old set-up with one provider; moved by resetConfigs()
+  const std::vector<ProviderConfig> defaultConfigs;  ///< what a new user starts with: no keys, nothing enabled
 
   /// Reads the stored list. Without one that decodes and has an entry it starts over with the default configurations;
   /// a list that does not decode is set aside first.
@@ -30,7 +32,17 @@ class ProviderStore {
   std::optional<ProviderConfig> config(const std::optional<Uuid>& id) const;
   std::optional<ProviderConfig> defaultConfig() const;
 
-  /// Replaces the whole list by the default configurations with new ids, takes over an old key, enables what has a key
+  /// Appends a configuration, with a number behind its name unless it is the first of its type. Changes nothing when
+  /// the list can't be stored.
+  void addConfig(ProviderConfig config);
+  /// Replaces the configuration with the same id, if there is one.
+  void updateConfig(const ProviderConfig& config);
+  /// The default provider may be among them: there is none then, until another one is chosen.
+  void deleteConfig(const std::set<Uuid>& ids);
+  /// Appends those default configurations whose slug no configuration has.
+  void addMissingConfigs();
+
+  /// Replaces the whole list by the default configurations, takes over an old key, enables what has a key
   /// and the hosted provider, and makes the first enabled one the default.
   void resetConfigs();
 

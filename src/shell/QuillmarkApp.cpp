@@ -23,6 +23,7 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
       promptStore_(platform_.defaults, CustomPromptStore::Expansions{languageStore_, toneStore_, platform_.mainQueue}),
       variablesStore_(platform_.defaults, platform_.locale),
       providerStore_(platform_.defaults),
+      modelStore_(platform_.defaults),
       statistics_(platform_.defaults, platform_.mainQueue),
       activeApplicationTracker_(platform_.workspace, platform_.mainQueue, platform_.bundle.identifier),
       actionService_({platform_.mainQueue, platform_.defaults, platform_.pasteboard, platform_.permissions,
@@ -42,6 +43,7 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
   // The subscriptions above have registered the fixed shortcuts; the commands' follow when their list arrives here.
   promptStore_.load();
   providerStore_.load();
+  modelStore_.initializeDefaultModels();
 }
 
 const Platform& QuillmarkApp::prepare(const Platform& platform) {

@@ -19,6 +19,7 @@
 #include "platform/Platform.h"
 #include "providers/AppConfig.h"
 #include "providers/HttpTransport.h"
+#include "providers/ModelStore.h"
 #include "providers/ProviderFactory.h"
 #include "providers/ProviderStore.h"
 #include "shell/AppStatistics.h"
@@ -46,6 +47,7 @@ class QuillmarkApp {
   ToneStore& toneStore() { return toneStore_; }
   CustomPromptStore& promptStore() { return promptStore_; }
   ProviderStore& providerStore() { return providerStore_; }
+  ModelStore& modelStore() { return modelStore_; }
   VariablesStore& variablesStore() { return variablesStore_; }
   ActiveApplicationTracker& activeApplicationTracker() { return activeApplicationTracker_; }
   AppStatistics& statistics() { return statistics_; }
@@ -76,6 +78,7 @@ class QuillmarkApp {
   CustomPromptStore promptStore_;
   VariablesStore variablesStore_;
   ProviderStore providerStore_;
+  ModelStore modelStore_;
   AppStatistics statistics_;
   ActiveApplicationTracker activeApplicationTracker_;
   ActionService actionService_;

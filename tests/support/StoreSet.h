@@ -5,6 +5,7 @@
 #include "commands/ToneStore.h"
 #include "commands/VariablesStore.h"
 #include "platform/simulated/SimulatedDesktop.h"
+#include "providers/ModelStore.h"
 #include "providers/ProviderStore.h"
 
 namespace quillmark {
@@ -16,9 +17,11 @@ struct StoreSet {
         tones(defaults),
         commands(defaults, CustomPromptStore::Expansions{languages, tones, queue}),
         variables(defaults, locale),
-        providers(defaults) {
+        providers(defaults),
+        models(defaults) {
     commands.load();
     providers.load();
+    models.initializeDefaultModels();
   }
 
   SimulatedLocale locale;
@@ -28,6 +31,7 @@ struct StoreSet {
   CustomPromptStore commands;
   VariablesStore variables;
   ProviderStore providers;
+  ModelStore models;
 };
 
 }  // namespace quillmark

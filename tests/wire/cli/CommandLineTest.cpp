@@ -84,7 +84,7 @@ TEST_F(CommandLine, keepsItsLogOffStandardOutput) {
   EXPECT_EQ(quiet.errors, "");
   const auto verbose = quillmark({"-v", "run", "fix-grammar-spelling"}, "teh cat");
   EXPECT_EQ(verbose.output, "the cat");
-  EXPECT_THAT(verbose.errors, HasSubstr("Load prompt "));
+  EXPECT_THAT(verbose.errors, HasSubstr("Load provider "));
 }
 
 TEST_F(CommandLine, saysWhyARunIsNotPossible) {

@@ -1,0 +1,55 @@
+#include <gtest/gtest.h>
+#include <poll.h>
+
+#include "base/Log.h"
+#include "platform/posix/SqliteUserDefaults.h"
+#include "support/Process.h"
+#include "support/StoreSet.h"
+#include "support/TemporaryDirectory.h"
+
+namespace quillmark {
+namespace {
+
+TEST(TwoPrograms, writeAtTheSameTimeWithoutLosingAKey) {
+  setLogSink([](std::string_view) {});
+  const TemporaryDirectory directory;
+  SqliteUserDefaults defaults(directory / "defaults.sqlite");
+  const int descriptor = defaults.changeDescriptor();
+  StoreSet stores(defaults);
+  Setting<bool> useLocalApi(defaults, "useLocalApi", false);
+  int toldOfSetting = 0;
+  const auto observed = useLocalApi.observe([&toldOfSetting](bool value) { toldOfSetting += value ? 1 : 0; });
+
+  // While the stores of this process edit, the command line writes settings one after the other.
+  constexpr int settings = 40;
+  const std::string script = "for i in $(seq " + std::to_string(settings) +
+                             "); do \"$0\" --data-dir \"$1\" defaults write setting$i int $i || exit 1; done; "
+                             "\"$0\" --data-dir \"$1\" defaults write useLocalApi bool true";
+  Process other({"/bin/sh", "-c", script, QUILLMARK_PROGRAM, directory.path()},
+                {{"HOME", directory.path()}, {"PATH", "/usr/bin:/bin"}}, {.output = directory / "output"});
+  int edits = 0;
+  while (other.running()) {
+    const std::string name = "Edit " + std::to_string(++edits);
+    stores.commands.add(Command::make(name, std::nullopt, name, std::nullopt, CommandCategory::customAction));
+    stores.variables.upsert({Uuid::random(), "key" + std::to_string(edits), name, "", false});
+  }
+  EXPECT_EQ(other.exitStatus(), 0) << readFile(directory / "output");
+  pollfd readable{descriptor, POLLIN, 0};
+  ASSERT_GT(poll(&readable, 1, 20'000), 0);
+  defaults.handleChange();
+  EXPECT_EQ(toldOfSetting, 1);
+  EXPECT_TRUE(useLocalApi.get());
+
+  SqliteUserDefaults fresh(directory / "defaults.sqlite");
+  for (int i = 1; i <= settings; ++i) {
+    EXPECT_EQ(fresh.get<std::int64_t>("setting" + std::to_string(i)), i);
+  }
+  const StoreSet loaded(fresh);
+  EXPECT_EQ(loaded.commands.prompts.get(), stores.commands.prompts.get());
+  EXPECT_EQ(loaded.variables.variables.get(), stores.variables.variables.get());
+  EXPECT_EQ(loaded.variables.variables.get().size(), static_cast<std::size_t>(edits) + 2);
+  setLogSink({});
+}
+
+}  // namespace
+}  // namespace quillmark
