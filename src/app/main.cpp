@@ -20,6 +20,7 @@
 #include "platform/desktop/SocketWatch.h"
 #include "platform/desktop/TrayHost.h"
 #include "platform/desktop/x11/X11Desktop.h"
+#include "platform/posix/AutostartLoginItem.h"
 #include "platform/posix/CurlHttpSession.h"
 #include "platform/posix/DataDirectory.h"
 #include "platform/posix/IcuLocaleInfo.h"
@@ -110,10 +111,12 @@ int main(int argc, char** argv) {
   const Bundle ownBundle = bundle();
   X11Desktop desktop(queue, ownBundle.identifier.value_or(""), application.devicePixelRatio());
 
+  AutostartLoginItem loginItem(autostartDirectory(), executablePath());
+
   LoadingWindow loadingWindow;
   QuillmarkApp quillmark(
       {ownBundle, operatingSystem(), queue, defaults, locale, http, desktop.pasteboard, desktop.keyInjector,
-       desktop.hotKeys, desktop.workspace, desktop.screens, alerts, desktop.permissions},
+       desktop.hotKeys, desktop.workspace, desktop.screens, alerts, desktop.permissions, loginItem},
       &loadingWindow, {AppConfig::localPortOfEnvironment(), [] { QApplication::quit(); }});
   tellAboutStoredData(defaults, quillmark.alertHandler());
 

@@ -7,6 +7,7 @@
 #include "platform/HttpSession.h"
 #include "platform/KeyInjector.h"
 #include "platform/LocaleInfo.h"
+#include "platform/LoginItem.h"
 #include "platform/MainQueue.h"
 #include "platform/Pasteboard.h"
 #include "platform/Permissions.h"
@@ -31,6 +32,7 @@ struct Platform {
   Screens& screens;
   Alerts& alerts;
   Permissions& permissions;
+  LoginItem& loginItem;
 };
 
 }  // namespace quillmark

@@ -23,6 +23,7 @@
 #include "providers/ProviderFactory.h"
 #include "providers/ProviderStore.h"
 #include "shell/AppStatistics.h"
+#include "shell/LaunchAtLogin.h"
 #include "shell/MenuBar.h"
 #include "shell/PendingSurfaces.h"
 
@@ -52,6 +53,7 @@ class QuillmarkApp {
   ActiveApplicationTracker& activeApplicationTracker() { return activeApplicationTracker_; }
   AppStatistics& statistics() { return statistics_; }
   AlertHandler& alertHandler() { return alertHandler_; }
+  LaunchAtLogin& launchAtLogin() { return launchAtLogin_; }
   MenuBar& menuBar() { return menuBar_; }
 
   /// What a hot key would do, asked for by another program: runs a command on the selection in front.
@@ -82,6 +84,7 @@ class QuillmarkApp {
   AppStatistics statistics_;
   ActiveApplicationTracker activeApplicationTracker_;
   ActionService actionService_;
+  LaunchAtLogin launchAtLogin_;
   std::set<std::string> refusedShortcuts_;
   Connection refusals_;
   GlobalShortcuts shortcuts_;

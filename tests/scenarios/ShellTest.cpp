@@ -168,6 +168,32 @@ TEST_F(Menu, showsARunAndOffersNothingThatRunsMeanwhile) {
   }
 }
 
+struct LoginSwitch : Scenario {};
+
+TEST_F(LoginSwitch, registersAnewWhatIsRegistered) {
+  auto& launch = start().launchAtLogin();
+  const auto& calls = desktop.loginItem.calls;
+  int announced = 0;
+  const auto watch = launch.willChange.connect([&] { announced += calls.empty() ? 1 : 0; });
+  launch.setEnabled(true);
+  EXPECT_EQ(announced, 1) << "told before anything is done";
+  EXPECT_EQ(calls, std::vector<std::string>{"register"});
+  launch.setEnabled(true);
+  launch.setEnabled(false);
+  EXPECT_EQ(calls, (std::vector<std::string>{"register", "unregister", "register", "unregister"}));
+  EXPECT_FALSE(launch.isEnabled());
+}
+
+TEST_F(LoginSwitch, logsWhyItStaysAsItIs) {
+  auto& launch = start().launchAtLogin();
+  desktop.loginItem.fails = true;
+  launch.setEnabled(true);
+  launch.setEnabled(false);
+  EXPECT_FALSE(launch.isEnabled());
+  EXPECT_TRUE(logged("Failed to enable launch at login: no such directory"));
+  EXPECT_TRUE(logged("Failed to disable launch at login: no such directory"));
+}
+
 struct Indicator : Scenario {};
 
 TEST_F(Indicator, trailsThePointerTwentyTimesASecondAndThenRests) {

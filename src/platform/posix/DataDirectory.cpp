@@ -28,6 +28,15 @@ std::string withoutTrailingSlash(std::string path) {
   return path;
 }
 
+/// A base directory of the user's. A relative path in the environment is invalid and ignored.
+std::string baseDirectory(const char* variable, const char* inHome) {
+  auto directory = environment(variable);
+  if (!directory.starts_with('/')) {
+    directory = withoutTrailingSlash(homeDirectory()) + "/" + inHome;
+  }
+  return withoutTrailingSlash(std::move(directory));
+}
+
 }  // namespace
 
 std::string dataDirectory(std::string_view chosen) {
@@ -37,13 +46,10 @@ std::string dataDirectory(std::string_view chosen) {
   if (auto named = environment("QUILLMARK_DATA_DIR"); !named.empty()) {
     return withoutTrailingSlash(std::move(named));
   }
-  // A relative path there is invalid and ignored.
-  auto dataHome = environment("XDG_DATA_HOME");
-  if (!dataHome.starts_with('/')) {
-    dataHome = withoutTrailingSlash(homeDirectory()) + "/.local/share";
-  }
-  return withoutTrailingSlash(std::move(dataHome)) + "/quillmark";
+  return baseDirectory("XDG_DATA_HOME", ".local/share") + "/quillmark";
 }
+
+std::string autostartDirectory() { return baseDirectory("XDG_CONFIG_HOME", ".config") + "/autostart"; }
 
 std::string defaultsFile(const std::string& directory) { return directory + "/defaults.sqlite"; }
 

@@ -10,6 +10,9 @@ namespace quillmark {
 /// Directory Specification (XDG_DATA_HOME when it is an absolute path, else ~/.local/share).
 std::string dataDirectory(std::string_view chosen = {});
 
+/// The directory of desktop entries that are started at login: `autostart` in the config home of the same document.
+std::string autostartDirectory();
+
 /// The file of the defaults database in that directory.
 std::string defaultsFile(const std::string& directory);
 

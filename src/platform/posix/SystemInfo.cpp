@@ -9,23 +9,17 @@
 #include "base/Text.h"
 
 namespace quillmark {
-namespace {
 
-std::optional<std::string> executableName() {
+std::string executablePath() {
   std::error_code error;
-  auto name = std::filesystem::read_symlink("/proc/self/exe", error).filename().string();
-  if (error || name.empty()) {
-    return std::nullopt;
-  }
+  auto path = std::filesystem::read_symlink("/proc/self/exe", error).string();
   // What the kernel appends once an update has replaced the file of the running program (proc(5)).
   constexpr std::string_view replaced = " (deleted)";
-  if (name.ends_with(replaced)) {
-    name.resize(name.size() - replaced.size());
+  if (path.ends_with(replaced)) {
+    path.resize(path.size() - replaced.size());
   }
-  return name;
+  return path;
 }
-
-}  // namespace
 
 OperatingSystem parseOperatingSystem(std::string_view name, std::string_view release) {
   OperatingSystem system{std::string(name)};
@@ -51,6 +45,10 @@ OperatingSystem operatingSystem() {
   return parseOperatingSystem(names.sysname, names.release);
 }
 
-Bundle bundle() { return {executableName(), "org.quillmark.Quillmark", QUILLMARK_VERSION, QUILLMARK_BUILD_NUMBER}; }
+Bundle bundle() {
+  auto name = std::filesystem::path(executablePath()).filename().string();
+  return {name.empty() ? std::nullopt : std::optional(std::move(name)), "org.quillmark.Quillmark", QUILLMARK_VERSION,
+          QUILLMARK_BUILD_NUMBER};
+}
 
 }  // namespace quillmark

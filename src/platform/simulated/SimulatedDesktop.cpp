@@ -117,7 +117,8 @@ Platform SimulatedDesktop::platform() {
           workspace,
           screens,
           alerts,
-          permissions};
+          permissions,
+          loginItem};
 }
 
 std::shared_ptr<SimulatedApplication> SimulatedDesktop::openEditor(const std::string& name, const std::string& text) {

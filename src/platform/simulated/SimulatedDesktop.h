@@ -146,6 +146,27 @@ class SimulatedPermissions : public Permissions {
   Permission permission = Permission::granted;
 };
 
+class SimulatedLoginItem : public LoginItem {
+ public:
+  bool isEnabled() const override { return enabled; }
+  Expected<void, std::string> registerItem() override { return call("register", true); }
+  Expected<void, std::string> unregisterItem() override { return call("unregister", false); }
+
+  bool enabled = false;
+  bool fails = false;
+  std::vector<std::string> calls;
+
+ private:
+  Expected<void, std::string> call(const char* name, bool newState) {
+    calls.emplace_back(name);
+    if (fails) {
+      return unexpected(std::string("no such directory"));
+    }
+    enabled = newState;
+    return {};
+  }
+};
+
 class SimulatedLocale : public LocaleInfo {
  public:
   std::vector<std::string> preferredLanguages() const override { return languages; }
@@ -189,6 +210,7 @@ class SimulatedDesktop {
   SimulatedScreens screens;
   SimulatedAlerts alerts;
   SimulatedPermissions permissions;
+  SimulatedLoginItem loginItem;
 
  private:
   std::shared_ptr<SimulatedApplication> own_;
