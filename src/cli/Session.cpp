@@ -2,7 +2,6 @@
 
 #include <cstdio>
 
-#include "commands/RunningVersion.h"
 #include "platform/posix/DataDirectory.h"
 #include "platform/posix/SystemInfo.h"
 
@@ -31,7 +30,7 @@ Session::Session(HttpSession& http, const std::string& dataDirectory)
   if (const auto& problem = defaults.problem()) {
     complain(*problem);
   }
-  storeRunningVersion(defaults, bundle());
+  RunningVersion(defaults).store(bundle());
   promptStore.loadUnchanged();
   providerStore.load();
 }

@@ -1,5 +1,6 @@
 #include "cli/Settings.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 
@@ -29,17 +30,48 @@ std::optional<DefaultsValue> parseNumber(const std::string& text) {
   return error == std::errc() && end == text.data() + text.size() ? std::optional<DefaultsValue>(number) : std::nullopt;
 }
 
-std::optional<DefaultsValue> parse(const std::string& type, const std::string& text) {
-  if (type == "string") {
+struct FormName {
+  StoredForm form;
+  const char* type;  ///< on the command line
+};
+constexpr FormName formNames[] = {
+    {StoredForm::boolean, "bool"},  {StoredForm::integer, "int"},  {StoredForm::number, "double"},
+    {StoredForm::string, "string"}, {StoredForm::strings, "list"}, {StoredForm::data, "data"},
+};
+
+const char* typeOf(StoredForm form) { return std::ranges::find(formNames, form, &FormName::form)->type; }
+
+std::optional<DefaultsValue> parse(StoredForm form, const std::string& text) {
+  switch (form) {
+    case StoredForm::string:
+      return text;
+    case StoredForm::boolean:
+      return text == "true" || text == "false" ? std::optional<DefaultsValue>(text == "true") : std::nullopt;
+    case StoredForm::integer:
+      return parseNumber<std::int64_t>(text);
+    case StoredForm::number:
+      return parseNumber<double>(text);
+    default:
+      return std::nullopt;
+  }
+}
+
+/// On one line, without what nobody should read over a shoulder.
+std::string summarize(const std::string& key, const DefaultsValue& value) {
+  if (const auto* data = std::get_if<Data>(&value)) {
+    return "(" + std::to_string(data->bytes.size()) + " bytes)";
+  }
+  std::string text = describe(value);
+  const auto known = keys::find(key);
+  const Disclosure shown = known ? known->shown : Disclosure::value;
+  if (text.empty() || shown == Disclosure::value) {
     return text;
   }
-  if (type == "bool" && (text == "true" || text == "false")) {
-    return text == "true";
-  }
-  if (type == "int") {
-    return parseNumber<std::int64_t>(text);
-  }
-  return type == "double" ? parseNumber<double>(text) : std::nullopt;
+  return shown == Disclosure::presence ? "(set)" : "(" + std::to_string(text.size()) + " bytes)";
+}
+
+void printRow(const std::string& key, const char* form, const std::string& value) {
+  std::printf("%-36s %-7s %s\n", key.c_str(), form, value.c_str());
 }
 
 }  // namespace
@@ -55,11 +87,48 @@ int readSettings(const std::string& dataDirectory, const std::string& key) {
   return 0;
 }
 
-int writeSetting(const std::string& dataDirectory, const std::string& key, const std::string& type,
-                 const std::string& value) {
-  const auto parsed = parse(type, value);
+int listSettings(const std::string& dataDirectory) {
+  const SqliteUserDefaults defaults(defaultsFile(quillmark::dataDirectory(dataDirectory)));
+  for (const StoredKey& key : keys::all) {
+    if (key.isFamily()) {
+      continue;  // its members are listed as they are stored
+    }
+    const auto value = defaults.value(key.name);
+    printRow(key.name, typeOf(key.form),
+             value ? summarize(key.name, *value) : std::string(key.fallback == nullptr ? "" : key.fallback));
+  }
+  for (const auto& key : defaults.storedKeys()) {
+    const auto known = keys::find(key);
+    if (!known || key != known->name) {
+      printRow(key, known ? typeOf(known->form) : "", summarize(key, *defaults.value(key)));
+    }
+  }
+  return 0;
+}
+
+int writeSetting(const std::string& dataDirectory, const std::string& key, std::vector<std::string> typeAndValue) {
+  const std::string value = std::move(typeAndValue.back());
+  const auto known = keys::find(key);
+  StoredForm form = known ? known->form : StoredForm::string;
+  if (typeAndValue.size() == 2) {
+    const auto* named = std::ranges::find(formNames, typeAndValue.front(), &FormName::type);
+    if (named == std::end(formNames) || named->form == StoredForm::strings || named->form == StoredForm::data) {
+      complain("the type is bool, int, double or string, not " + typeAndValue.front());
+      return 2;
+    }
+    form = named->form;
+  } else if (!known) {
+    complain("nothing is known of " + key + "; say its type: bool, int, double or string");
+    return 1;
+  }
+  if (known && form != known->form) {
+    complain(key + " holds a " + typeOf(known->form) + ", not a " + typeOf(form));
+    return 1;
+  }
+  const auto parsed = parse(form, value);
   if (!parsed) {
-    complain("'" + value + "' is no " + type);
+    complain(form == StoredForm::strings || form == StoredForm::data ? key + " can't be written by hand"
+                                                                     : "'" + value + "' is no " + typeOf(form));
     return 1;
   }
   SqliteUserDefaults defaults(defaultsFile(quillmark::dataDirectory(dataDirectory)));

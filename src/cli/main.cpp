@@ -73,16 +73,18 @@ int main(int argc, char** argv) {
   trigger->add_option("slug", slug, "slug of the command, or command-menu")->required();
 
   std::string key;
-  std::string type;
+  std::string typeOrValue;
   std::string value;
   auto* defaults = app.add_subcommand("defaults", "read and change stored settings");
   defaults->require_subcommand(1);
+  auto* listSettings = defaults->add_subcommand("list", "show every key and its value");
   auto* read = defaults->add_subcommand("read", "show the value of a key");
   read->add_option("key", key)->required();
   auto* write = defaults->add_subcommand("write", "store a value");
   write->add_option("key", key)->required();
-  write->add_option("type", type)->required()->check(CLI::IsMember({"bool", "int", "double", "string"}));
-  write->add_option("value", value)->required();
+  write->add_option("type", typeOrValue, "bool, int, double or string; not needed for the keys of 'defaults list'")
+      ->required();
+  auto* withType = write->add_option("value", value);
   auto* remove = defaults->add_subcommand("remove", "remove a key");
   remove->add_option("key", key)->required();
 
@@ -107,11 +109,15 @@ int main(int argc, char** argv) {
   if (trigger->parsed()) {
     return cli::trigger(slug);
   }
+  if (listSettings->parsed()) {
+    return cli::listSettings(dataDirectory);
+  }
   if (read->parsed()) {
     return cli::readSettings(dataDirectory, key);
   }
   if (write->parsed()) {
-    return cli::writeSetting(dataDirectory, key, type, value);
+    return *withType ? cli::writeSetting(dataDirectory, key, typeOrValue, value)
+                     : cli::writeSetting(dataDirectory, key, std::nullopt, typeOrValue);
   }
   if (remove->parsed()) {
     return cli::removeSetting(dataDirectory, key);

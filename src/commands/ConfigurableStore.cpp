@@ -24,8 +24,10 @@ bool isValid(const Items& items) {
 
 }  // namespace
 
-ConfigurableStore::ConfigurableStore(UserDefaults& defaults, const std::string& storageKey)
-    : defaults_(defaults), stored_(defaults, storageKey, configurableItemFromJson, JsonLayout::pretty) {}
+ConfigurableStore::ConfigurableStore(UserDefaults& defaults, const Keys& keys)
+    : defaults_(defaults),
+      keys_(keys),
+      stored_(defaults, keys.items.name, configurableItemFromJson, JsonLayout::pretty) {}
 
 const Items& ConfigurableStore::items() {
   if (!itemsCache.get()) {
@@ -137,13 +139,13 @@ bool ConfigurableStore::append(ConfigurableItem item) {
 }
 
 std::optional<std::string> ConfigurableStore::defaultSelection() const {
-  return defaults_.get<std::string>(selectionKey());
+  return defaults_.get<std::string>(keys_.selection.name);
 }
 
 bool ConfigurableStore::setDefaultSelection(const std::string& name) {
   const Items candidates = enabledItems();
   const auto found = std::ranges::find(candidates, name, &ConfigurableItem::name);
-  return found != candidates.end() && defaults_.set(selectionKey(), found->id);
+  return found != candidates.end() && defaults_.set(keys_.selection.name, found->id);
 }
 
 std::optional<ConfigurableItem> ConfigurableStore::defaultItem() {
@@ -157,10 +159,11 @@ std::optional<ConfigurableItem> ConfigurableStore::defaultItem() {
   return candidates.empty() ? std::nullopt : std::optional(candidates.front());
 }
 
-void ConfigurableStore::migrateLegacySelection(const std::string& legacyKey) {
+void ConfigurableStore::migrateLegacySelection() {
   if (defaultSelection()) {
     return;
   }
+  const std::string legacyKey = keys_.oldSelection.name;
   const auto legacy = defaults_.get<std::string>(legacyKey);
   if (legacy && !legacy->empty() && setDefaultSelection(*legacy)) {
     log("Migrated legacy " + legacyKey + ": " + *legacy);

@@ -51,17 +51,23 @@ class ConfigurableStore {
   std::optional<ConfigurableItem> defaultItem();
 
  protected:
-  ConfigurableStore(UserDefaults& defaults, const std::string& storageKey);
+  /// Where the items, the selection, and the selection of an old version are stored.
+  struct Keys {
+    const StoredKey& items;
+    const StoredKey& selection;
+    const StoredKey& oldSelection;
+  };
+  ConfigurableStore(UserDefaults& defaults, const Keys& keys);
 
-  /// Takes over the default of an old version. To be called by the subclass's constructor.
-  void migrateLegacySelection(const std::string& legacyKey);
+  /// Takes over the selection of an old version. To be called by the subclass's constructor.
+  void migrateLegacySelection();
   bool append(ConfigurableItem item);
 
  private:
   Items load();
-  std::string selectionKey() const { return stored_.key() + "_defaultSelection"; }
 
   UserDefaults& defaults_;
+  Keys keys_;
   StoredRecords<ConfigurableItem> stored_;
 };
 

@@ -55,8 +55,8 @@ ConfigurableStore::Items enabledOrDefault(ConfigurableStore& store) {
 }  // namespace
 
 CustomPromptStore::CustomPromptStore(UserDefaults& defaults, std::optional<Expansions> expansions)
-    : lastMigratedVersion(defaults, "lastMigratedVersion", ""),
-      appVersion(defaults, "appVersion", ""),
+    : lastMigratedVersion(defaults),
+      appVersion(defaults),
       expansions_(expansions),
       stored_(defaults, userDefaultsKey, commandFromJson) {
   if (expansions_) {

@@ -8,7 +8,9 @@
 #include "base/Signal.h"
 #include "commands/Command.h"
 #include "commands/ConfigurableStore.h"
+#include "commands/MigratedVersion.h"
 #include "platform/MainQueue.h"
+#include "platform/RunningVersion.h"
 #include "platform/StoredRecords.h"
 #include "platform/UserDefaults.h"
 
@@ -17,7 +19,7 @@ namespace quillmark {
 /// The user's commands, and the flat list of them that the command menu searches. Main thread only.
 class CustomPromptStore {
  public:
-  static constexpr const char* userDefaultsKey = "customPrompts2";
+  static constexpr const char* userDefaultsKey = keys::customPrompts.name;
 
   /// What the flat list is made of besides the commands.
   struct Expansions {
@@ -28,8 +30,8 @@ class CustomPromptStore {
 
   explicit CustomPromptStore(UserDefaults& defaults, std::optional<Expansions> expansions = std::nullopt);
 
-  Setting<std::string> lastMigratedVersion;  ///< the version that the migrations last ran for
-  Setting<std::string> appVersion;           ///< the running version, stored before this store loads
+  MigratedVersion lastMigratedVersion;
+  RunningVersion appVersion;  ///< stored before this store loads
 
   Observable<std::vector<Command>> prompts;  ///< sorted by category, then in the user's order; empty before load()
   /// Enabled commands by usage, where a translate command stands once for each language and a change-tone command once

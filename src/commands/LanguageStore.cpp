@@ -17,8 +17,9 @@ constexpr std::array defaultEnabledLanguageIds{"en", "de", "es", "fr", "it", "pt
 }  // namespace
 
 LanguageStore::LanguageStore(UserDefaults& defaults, const LocaleInfo& locale)
-    : ConfigurableStore(defaults, "languageSettings"), locale_(locale) {
-  migrateLegacySelection("defaultLanguage");
+    : ConfigurableStore(defaults, {keys::languageSettings, keys::languageSelection, keys::oldLanguageSelection}),
+      locale_(locale) {
+  migrateLegacySelection();
 }
 
 std::optional<std::string> LanguageStore::localName(const std::string& identifier) const {

@@ -41,8 +41,9 @@ std::string customToneId(const std::string& lowerCasedName) {
 
 }  // namespace
 
-ToneStore::ToneStore(UserDefaults& defaults) : ConfigurableStore(defaults, "toneSettings") {
-  migrateLegacySelection("defaultTone");
+ToneStore::ToneStore(UserDefaults& defaults)
+    : ConfigurableStore(defaults, {keys::toneSettings, keys::toneSelection, keys::oldToneSelection}) {
+  migrateLegacySelection();
 }
 
 std::string ToneStore::displayName(const ToneItem& item) const {

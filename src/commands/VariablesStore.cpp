@@ -8,7 +8,7 @@
 namespace quillmark {
 
 VariablesStore::VariablesStore(UserDefaults& defaults, const LocaleInfo& locale)
-    : preferredLocale(defaults, "preferredLocale", "none"),
+    : preferredLocale(defaults, keys::preferredLocale),
       stored_(defaults, userDefaultsKey, variableFromJson),
       locale_(locale) {
   load();

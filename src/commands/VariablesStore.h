@@ -15,7 +15,7 @@ namespace quillmark {
 /// The user's prompt variables, and the five that the system computes. Main thread only.
 class VariablesStore {
  public:
-  static constexpr const char* userDefaultsKey = "variablesStoreKey";
+  static constexpr const char* userDefaultsKey = keys::variables.name;
 
   /// Loads the user's variables and computes the others.
   VariablesStore(UserDefaults& defaults, const LocaleInfo& locale);

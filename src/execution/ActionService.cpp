@@ -46,8 +46,8 @@ AlertKind providerDisabled(const std::string& name) {
 }  // namespace
 
 ActionService::ActionService(const Collaborators& collaborators)
-    : defaultBehavior(collaborators.defaults, "defaultBehavior", ActionBehavior::showReview),
-      isLoading(collaborators.defaults, "main.isLoading", false, Durability::endOfProcess),
+    : defaultBehavior(collaborators.defaults, keys::defaultBehavior),
+      isLoading(collaborators.defaults, keys::isLoading, Durability::endOfProcess),
       with_(collaborators) {
   isLoading.set(false);
 }

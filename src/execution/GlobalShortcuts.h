@@ -21,7 +21,7 @@ class GlobalShortcuts {
   GlobalShortcuts(const GlobalShortcuts&) = delete;
   GlobalShortcuts& operator=(const GlobalShortcuts&) = delete;
 
-  static std::string defaultsKey(const std::string& name) { return "KeyboardShortcuts_" + name; }
+  static std::string defaultsKey(const std::string& name) { return keys::keyboardShortcuts.name + name; }
 
   /// Nothing when the key is absent or its text does not decode.
   std::optional<KeyCombination> getShortcut(const std::string& name) const;

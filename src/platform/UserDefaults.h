@@ -9,6 +9,7 @@
 
 #include "base/RawValue.h"
 #include "base/Signal.h"
+#include "platform/StoredKeys.h"
 
 namespace quillmark {
 
@@ -59,45 +60,66 @@ class UserDefaults {
 };
 
 /// A value bound to a key: reads its default while the key is absent and never writes the default back. An
-/// enumeration is stored as its raw string.
+/// enumeration is stored as its raw string; an optional value is absent while nothing is stored, and removed by storing
+/// nothing.
 template <class T>
 class Setting {
  public:
-  Setting(UserDefaults& defaults, std::string key, T fallback, Durability durability = Durability::lossOfPower)
-      : defaults_(defaults), key_(std::move(key)), fallback_(std::move(fallback)), durability_(durability) {}
+  Setting(UserDefaults& defaults, const StoredKey& key, Durability durability = Durability::lossOfPower)
+      : defaults_(defaults), key_(key), durability_(durability) {}
 
   T get() const {
     if constexpr (std::is_enum_v<T>) {
-      const auto raw = defaults_.get<std::string>(key_);
-      return raw ? fromRawValue<T>(*raw).value_or(fallback_) : fallback_;
+      const auto raw = defaults_.get<std::string>(key_.name);
+      const auto value = raw ? fromRawValue<T>(*raw) : std::nullopt;
+      return value ? *value : *fromRawValue<T>(key_.fallback);
+    } else if constexpr (isOptional) {
+      return defaults_.get<typename T::value_type>(key_.name);
     } else {
-      return defaults_.get<T>(key_).value_or(fallback_);
+      return defaults_.get<T>(key_.name).value_or(fallback());
     }
   }
 
   void set(const T& value) {
     if constexpr (std::is_enum_v<T>) {
-      defaults_.set(key_, std::string(rawValue(value)), durability_);
+      defaults_.set(key_.name, std::string(rawValue(value)), durability_);
+    } else if constexpr (isOptional) {
+      if (value) {
+        defaults_.set(key_.name, *value, durability_);
+      } else {
+        defaults_.remove(key_.name);
+      }
     } else {
-      defaults_.set(key_, value, durability_);
+      defaults_.set(key_.name, value, durability_);
     }
   }
 
-  const std::string& key() const { return key_; }
+  const char* key() const { return key_.name; }
 
   /// Tells of every change of the key, whoever made it.
   [[nodiscard]] Connection observe(std::function<void(const T&)> handler) {
     return defaults_.changed.connect([this, handler = std::move(handler)](const std::string& key) {
-      if (key == key_) {
+      if (key == key_.name) {
         handler(get());
       }
     });
   }
 
  private:
+  static constexpr bool isOptional = requires(T value) { value.has_value(); };
+
+  T fallback() const {
+    if constexpr (std::is_same_v<T, bool>) {
+      return std::string_view(key_.fallback) == "true";
+    } else if constexpr (std::is_arithmetic_v<T>) {
+      return {};  // every number starts at 0
+    } else {
+      return key_.fallback;
+    }
+  }
+
   UserDefaults& defaults_;
-  std::string key_;
-  T fallback_;
+  const StoredKey& key_;
   Durability durability_;
 };
 

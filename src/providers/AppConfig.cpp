@@ -18,7 +18,7 @@ int AppConfig::localPortOfEnvironment() {
 }
 
 AppConfig::AppConfig(UserDefaults& defaults, int localPort)
-    : useLocalApi(defaults, "useLocalApi", false), localPort_(localPort) {}
+    : useLocalApi(defaults, keys::useLocalApi), serviceToken(defaults, keys::serviceToken), localPort_(localPort) {}
 
 std::string AppConfig::serviceRoot() const {
   return useLocalApi.get() ? "http://127.0.0.1:" + std::to_string(localPort_) : publicRoot;

@@ -19,6 +19,7 @@ class AppConfig {
   explicit AppConfig(UserDefaults& defaults, int localPort = defaultLocalPort);
 
   Setting<bool> useLocalApi;
+  Setting<std::string> serviceToken;  ///< what the hosted service knows this program by
 
   /// Without a trailing slash; follows `useLocalApi` at each call.
   std::string serviceRoot() const;

@@ -11,7 +11,7 @@ namespace quillmark {
 /// The models that are known for each type of provider. Main thread only.
 class ModelStore {
  public:
-  static constexpr const char* userDefaultsKey = "models";  ///< a string that holds the JSON array
+  static constexpr const char* userDefaultsKey = keys::models.name;  ///< a string that holds the JSON array
 
   /// Reads the stored list; one that does not decode is set aside and reads as empty.
   explicit ModelStore(UserDefaults& defaults);

@@ -29,8 +29,8 @@ void enable(ProviderConfig& config, bool enabled) {
 }  // namespace
 
 ProviderStore::ProviderStore(UserDefaults& defaults)
-    : defaultProvider(defaults, "defaultProvider", ""),
-      openAIApiKey(defaults, "apiKey", ""),
+    : defaultProvider(defaults, keys::defaultProvider),
+      openAIApiKey(defaults, keys::oldApiKey),
       defaultConfigs(makeDefaultConfigs()),
       stored_(defaults, userDefaultsKey, providerConfigFromJson) {}
 

@@ -15,7 +15,7 @@ namespace quillmark {
 /// The configured backends and which one a command uses. Main thread only.
 class ProviderStore {
  public:
-  static constexpr const char* userDefaultsKey = "providerStore";
+  static constexpr const char* userDefaultsKey = keys::providerStore.name;
 
   explicit ProviderStore(UserDefaults& defaults);
 

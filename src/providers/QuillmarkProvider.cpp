@@ -3,16 +3,14 @@
 namespace quillmark {
 
 QuillmarkProvider::QuillmarkProvider(const ProviderConfig& config, const ProviderEnvironment& environment)
-    : CompatibleChatProvider(config, ProviderType::quillMark, environment),
-      serviceToken_(environment.defaults, "serviceToken", ""),
-      appVersion_(environment.defaults, "appVersion", "") {}
+    : CompatibleChatProvider(config, ProviderType::quillMark, environment), appVersion_(environment.defaults) {}
 
 ChatDialect QuillmarkProvider::dialect() const {
   const std::string root = environment().appConfig.serviceRoot();
   ChatDialect dialect;
   dialect.chatUrl = root + "/api/app/completion";
   dialect.modelsUrl = root + "/api/app/models";
-  dialect.authorization = serviceToken_.get();
+  dialect.authorization = environment().appConfig.serviceToken.get();
   dialect.extraHeaders = {{"X-AppVersion", appVersion_.get()}};
   dialect.stream = ChatDialect::Stream::plainText;
   dialect.streamEndLine = "Streaming completed";

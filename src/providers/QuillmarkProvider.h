@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/UserDefaults.h"
+#include "platform/RunningVersion.h"
 #include "providers/CompatibleChatProvider.h"
 
 namespace quillmark {
@@ -14,8 +14,7 @@ class QuillmarkProvider : public CompatibleChatProvider {
   ChatDialect dialect() const override;
 
  private:
-  Setting<std::string> serviceToken_;
-  Setting<std::string> appVersion_;
+  RunningVersion appVersion_;
 };
 
 }  // namespace quillmark

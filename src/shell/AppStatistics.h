@@ -32,7 +32,7 @@ AppStatisticsData appStatisticsFromJson(const Json& json);
 /// anywhere yet.
 class AppStatistics : public UsageRecorder {
  public:
-  static constexpr const char* storageKey = "quillmark.statistics";
+  static constexpr const char* storageKey = keys::statistics.name;
 
   AppStatistics(UserDefaults& defaults, const MainQueue& queue) : defaults_(defaults), queue_(queue) {}
 

@@ -2,19 +2,21 @@
 
 #include "base/Log.h"
 #include "base/Text.h"
+#include "commands/MigratedVersion.h"
+#include "shell/OnboardingState.h"
 
 namespace quillmark {
 
 void runOnboardingMigration(UserDefaults& defaults, const Permissions& permissions, const Bundle& bundle) {
-  Setting<std::string> lastMigratedVersion(defaults, "lastMigratedVersion", "");
-  Setting<bool> hasCompletedOnboarding(defaults, "hasCompletedOnboarding", false);
+  MigratedVersion lastMigratedVersion(defaults);
+  OnboardingState state(defaults);
 
   const std::string last = lastMigratedVersion.get();
   if (!last.empty() && text::compareNumerically(last, "2.7.0") >= 0) {
     return;
   }
   const std::string running = bundle.shortVersion.value_or("");
-  if (hasCompletedOnboarding.get()) {
+  if (state.hasCompletedOnboarding.get()) {
     lastMigratedVersion.set(running);
     return;
   }
@@ -22,7 +24,7 @@ void runOnboardingMigration(UserDefaults& defaults, const Permissions& permissio
       ", last migrated: " + last + ")");
   if (permissions.keyInjection() == Permission::granted) {
     log("Onboarding migration: User is a returning user with valid setup - skipping onboarding");
-    hasCompletedOnboarding.set(true);
+    state.hasCompletedOnboarding.set(true);
   } else {
     log("Onboarding migration: User needs onboarding setup - will show onboarding flow");
   }

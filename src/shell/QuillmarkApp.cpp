@@ -3,13 +3,13 @@
 #include <algorithm>
 
 #include "base/Localization.h"
-#include "commands/RunningVersion.h"
 #include "shell/OnboardingMigration.h"
 
 namespace quillmark {
 
 QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow, Options options)
-    : platform_(prepare(platform)),
+    : showDockIcon(platform.defaults, keys::showDockIcon),
+      platform_(prepare(platform)),
       alertHandler_(platform_.mainQueue, platform_.alerts),
       appConfig_(platform_.defaults, options.localServicePort),
       transport_(platform_.http, platform_.mainQueue, platform_.bundle, platform_.operatingSystem, platform_.locale),
@@ -48,7 +48,7 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
 }
 
 const Platform& QuillmarkApp::prepare(const Platform& platform) {
-  storeRunningVersion(platform.defaults, platform.bundle);
+  RunningVersion(platform.defaults).store(platform.bundle);
   runOnboardingMigration(platform.defaults, platform.permissions, platform.bundle);
   return platform;
 }

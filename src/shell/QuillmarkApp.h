@@ -43,6 +43,8 @@ class QuillmarkApp {
   QuillmarkApp(const QuillmarkApp&) = delete;
   QuillmarkApp& operator=(const QuillmarkApp&) = delete;
 
+  Setting<bool> showDockIcon;  ///< whether the program has a task bar entry
+
   ActionService& actionService() { return actionService_; }
   LanguageStore& languageStore() { return languageStore_; }
   ToneStore& toneStore() { return toneStore_; }

@@ -268,6 +268,16 @@ std::optional<SqliteUserDefaults::Values> SqliteUserDefaults::readAll() const {
   return values;
 }
 
+std::vector<std::string> SqliteUserDefaults::storedKeys() const {
+  refresh();
+  std::vector<std::string> result;
+  result.reserve(values_.size());
+  for (const auto& entry : values_) {
+    result.push_back(entry.first);
+  }
+  return result;
+}
+
 void SqliteUserDefaults::refresh() const {
   if (!database_) {
     return;

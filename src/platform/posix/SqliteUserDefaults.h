@@ -33,6 +33,9 @@ class SqliteUserDefaults final : public UserDefaults {
   void remove(std::string_view key) override;
   void synchronize() override;
 
+  /// Every key that has a value, in order.
+  std::vector<std::string> storedKeys() const;
+
   /// A descriptor that becomes readable after a process has changed the file; -1 if there is none. Watch it from the
   /// main thread's loop, and call handleChange() then.
   int changeDescriptor();

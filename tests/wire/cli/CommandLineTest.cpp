@@ -183,6 +183,22 @@ TEST_F(CommandLine, keepsSettings) {
   expectComplaint(quillmark({"defaults", "write", "number", "int", "7x"}), HasSubstr("'7x' is no int"));
 }
 
+TEST_F(CommandLine, knowsTheKeysOfTheProgram) {
+  EXPECT_EQ(quillmark({"defaults", "write", "main.isLoading", "true"}).status, 0);
+  EXPECT_EQ(quillmark({"defaults", "write", "KeyboardShortcuts_translate", "{}"}).status, 0);
+  EXPECT_EQ(quillmark({"defaults", "write", "apiKey", "sk-secret"}).status, 0);
+  expectComplaint(quillmark({"defaults", "write", "main.isLoading", "yes"}), HasSubstr("'yes' is no bool"));
+  expectComplaint(quillmark({"defaults", "write", "main.isLoading", "string", "true"}), HasSubstr("holds a bool"));
+  expectComplaint(quillmark({"defaults", "write", "customPrompts2", "[]"}), HasSubstr("can't be written by hand"));
+  expectComplaint(quillmark({"defaults", "write", "unheard", "of"}), HasSubstr("say its type"));
+
+  const auto list = quillmark({"defaults", "list"}).output;
+  EXPECT_THAT(list, testing::ContainsRegex("main.isLoading +bool +true\n"));
+  EXPECT_THAT(list, testing::ContainsRegex("defaultBehavior +string +showReview\n"));
+  EXPECT_THAT(list, testing::ContainsRegex("apiKey +string +\\(set\\)\n"));
+  EXPECT_THAT(list, testing::ContainsRegex("KeyboardShortcuts_translate +string +\\{\\}\n"));
+}
+
 TEST_F(CommandLine, cannotTriggerWhatDoesNotRun) {
   environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + (files / "no-bus");
   expectComplaint(quillmark({"trigger", "fix-grammar-spelling"}), HasSubstr("there is no session bus"));

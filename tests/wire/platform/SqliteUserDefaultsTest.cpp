@@ -117,9 +117,10 @@ TEST_F(StoredDefaults, aCopyThatOthersCouldReadIsClosedToThem) {
 
 TEST_F(StoredDefaults, observersHearOfEverySetAndOfARealRemoval) {
   SqliteUserDefaults defaults(file);
-  Setting<bool> setting(defaults, "setting", true);
+  static constexpr StoredKey key{"setting", StoredForm::boolean, "true", ""};
+  Setting<bool> setting(defaults, key);
   std::vector<std::string> heard;
-  const auto keys = defaults.changed.connect([&](const std::string& key) { heard.push_back(key); });
+  const auto all = defaults.changed.connect([&](const std::string& changed) { heard.push_back(changed); });
   std::vector<bool> values;
   const auto bound = setting.observe([&](bool value) { values.push_back(value); });
 

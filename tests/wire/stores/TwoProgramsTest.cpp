@@ -16,7 +16,7 @@ TEST(TwoPrograms, writeAtTheSameTimeWithoutLosingAKey) {
   SqliteUserDefaults defaults(directory / "defaults.sqlite");
   const int descriptor = defaults.changeDescriptor();
   StoreSet stores(defaults);
-  Setting<bool> useLocalApi(defaults, "useLocalApi", false);
+  Setting<bool> useLocalApi(defaults, keys::useLocalApi);
   int toldOfSetting = 0;
   const auto observed = useLocalApi.observe([&toldOfSetting](bool value) { toldOfSetting += value ? 1 : 0; });
 

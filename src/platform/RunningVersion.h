@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "platform/Bundle.h"
+#include "platform/UserDefaults.h"
+
+namespace quillmark {
+
+/// The version that runs, as stored for stores and requests; empty when it is not known.
+class RunningVersion : public Setting<std::string> {
+ public:
+  explicit RunningVersion(UserDefaults& defaults) : Setting(defaults, keys::appVersion) {}
+
+  /// To be called before any store loads.
+  void store(const Bundle& bundle) {
+    const std::string version = bundle.shortVersion.value_or("");
+    if (get() != version) {
+      set(version);
+    }
+  }
+};
+
+}  // namespace quillmark
