@@ -106,14 +106,14 @@ int listSettings(const std::string& dataDirectory) {
   return 0;
 }
 
-int writeSetting(const std::string& dataDirectory, const std::string& key, std::vector<std::string> typeAndValue) {
-  const std::string value = std::move(typeAndValue.back());
+int writeSetting(const std::string& dataDirectory, const std::string& key, const std::optional<std::string>& type,
+                 const std::string& value) {
   const auto known = keys::find(key);
   StoredForm form = known ? known->form : StoredForm::string;
-  if (typeAndValue.size() == 2) {
-    const auto* named = std::ranges::find(formNames, typeAndValue.front(), &FormName::type);
+  if (type) {
+    const auto* named = std::ranges::find(formNames, *type, &FormName::type);
     if (named == std::end(formNames) || named->form == StoredForm::strings || named->form == StoredForm::data) {
-      complain("the type is bool, int, double or string, not " + typeAndValue.front());
+      complain("the type is bool, int, double or string, not " + *type);
       return 2;
     }
     form = named->form;

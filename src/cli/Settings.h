@@ -1,7 +1,7 @@
 #pragma once
 
+#include <optional>
 #include <string>
-#include <vector>
 
 namespace quillmark::cli {
 
@@ -12,9 +12,10 @@ int readSettings(const std::string& dataDirectory, const std::string& key);
 /// besides. Secrets are not shown.
 int listSettings(const std::string& dataDirectory);
 
-/// Stores a value. Before it may stand its type, "bool", "int", "double" or "string"; a key that the program knows
-/// needs none, and takes no other.
-int writeSetting(const std::string& dataDirectory, const std::string& key, std::vector<std::string> typeAndValue);
+/// Stores a value; `type` is "bool", "int", "double" or "string". A key that the program knows needs no type, and takes
+/// no other.
+int writeSetting(const std::string& dataDirectory, const std::string& key, const std::optional<std::string>& type,
+                 const std::string& value);
 
 int removeSetting(const std::string& dataDirectory, const std::string& key);
 
