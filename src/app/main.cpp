@@ -1,6 +1,8 @@
 #include <QApplication>
 #include <QDBusConnection>
+#include <QLibraryInfo>
 #include <QScreen>
+#include <QTranslator>
 #include <csignal>
 #include <string>
 #include <vector>
@@ -105,10 +107,16 @@ int main(int argc, char** argv) {
   QtMainQueue queue;
   SqliteUserDefaults defaults(defaultsFile(dataDirectory(line.dataDirectory)));
   const SocketWatch otherProcesses(defaults.changeDescriptor(), [&defaults] { defaults.handleChange(); });
-  IcuLocaleInfo locale("en");
+  const Bundle& ownBundle = bundle();
+  const std::string language = useInterfaceLanguage(defaults, ownBundle);
+  QTranslator toolkitTexts;
+  if (toolkitTexts.load(QStringLiteral("qtbase_") + QString::fromStdString(language),
+                        QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    QApplication::installTranslator(&toolkitTexts);
+  }
+  IcuLocaleInfo locale(language);
   CurlHttpSession http;
   QtAlerts alerts;
-  const Bundle ownBundle = bundle();
   X11Desktop desktop(queue, ownBundle.identifier.value_or(""), application.devicePixelRatio());
 
   AutostartLoginItem loginItem(autostartDirectory(), executablePath());

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quillmark {
 
@@ -14,4 +16,18 @@ constexpr const char* trLater(const char* english) { return english; }
 /// The same for a text with one parameter, which stands for the "{}" in it.
 std::string tr(const char* english, std::string_view parameter);
 
+/// Which language tr() speaks. Catalogues are GNU gettext's, `<directory>/<code>/LC_MESSAGES/quillmark.mo`.
+namespace localization {
+
+/// Takes effect at once, without any locale of that language on the system; a language without a catalogue is English.
+/// Numbers and dates keep the locale that they have. Changes the environment: call it before other threads start.
+void useLanguage(const std::string& code, const std::string& directory);
+
+/// English, and the languages with a catalogue, by code.
+std::vector<std::string> availableLanguages(const std::string& directory);
+
+/// What the variable LANGUAGE holds, or held before useLanguage(): for the programs that this one starts.
+std::optional<std::string> languageOfEnvironment();
+
+}  // namespace localization
 }  // namespace quillmark

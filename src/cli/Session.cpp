@@ -16,7 +16,7 @@ void StandardErrorAlerts::present(const Alert& alert, std::function<void()> clos
 
 Session::Session(HttpSession& http, const std::string& dataDirectory)
     : defaults(defaultsFile(quillmark::dataDirectory(dataDirectory))),
-      locale("en"),
+      locale(useInterfaceLanguage(defaults, bundle())),
       alertHandler(queue, alerts),
       appConfig(defaults, AppConfig::localPortOfEnvironment()),
       transport(http, queue, bundle(), operatingSystem(), locale),

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace quillmark {
 
@@ -11,6 +12,7 @@ struct Bundle {
   std::optional<std::string> identifier;
   std::optional<std::string> shortVersion;  ///< such as "2.13.0"
   std::optional<std::string> buildNumber;
+  std::vector<std::string> localizations;  ///< codes of the languages that the interface speaks, such as "de"
 };
 
 /// The operating system in its own words, such as "Linux" and 6, 1, 0.

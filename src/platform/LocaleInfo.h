@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/Signal.h"
+
 namespace quillmark {
 
 /// Names and order of languages. Identifiers are of the form "de", "de_DE", "zh_Hant". Main thread only.
@@ -26,6 +28,9 @@ class LocaleInfo {
   virtual std::optional<std::string> displayName(std::string_view identifier, std::string_view inLocale) const = 0;
   /// The same in the language of the interface.
   virtual std::optional<std::string> displayName(std::string_view identifier) const = 0;
+
+  /// The user has changed the language of the system.
+  Signal<> currentLocaleDidChange;
 
   /// Below, equal to or above 0, in the order of the interface language.
   virtual int compareLocalized(std::string_view a, std::string_view b) const = 0;

@@ -23,6 +23,7 @@
 #include "providers/ProviderFactory.h"
 #include "providers/ProviderStore.h"
 #include "shell/AppStatistics.h"
+#include "shell/LanguageManager.h"
 #include "shell/LaunchAtLogin.h"
 #include "shell/MenuBar.h"
 #include "shell/PendingSurfaces.h"
@@ -55,6 +56,7 @@ class QuillmarkApp {
   ActiveApplicationTracker& activeApplicationTracker() { return activeApplicationTracker_; }
   AppStatistics& statistics() { return statistics_; }
   AlertHandler& alertHandler() { return alertHandler_; }
+  LanguageManager& languageManager() { return languageManager_; }
   LaunchAtLogin& launchAtLogin() { return launchAtLogin_; }
   MenuBar& menuBar() { return menuBar_; }
 
@@ -86,6 +88,7 @@ class QuillmarkApp {
   AppStatistics statistics_;
   ActiveApplicationTracker activeApplicationTracker_;
   ActionService actionService_;
+  LanguageManager languageManager_;
   LaunchAtLogin launchAtLogin_;
   std::set<std::string> refusedShortcuts_;
   Connection refusals_;

@@ -8,6 +8,7 @@
 #include <unicode/locid.h>
 #include <unicode/uloc.h>
 
+#include "base/Localization.h"
 #include "base/Text.h"
 
 namespace quillmark {
@@ -94,14 +95,15 @@ IcuLocaleInfo::IcuLocaleInfo(std::string interfaceLanguage) : interfaceLanguage_
 
 IcuLocaleInfo::~IcuLocaleInfo() = default;
 
-std::vector<std::string> IcuLocaleInfo::preferredLanguages() const {
+std::vector<std::string> languagesOfEnvironment() {
   std::vector<std::string> result;
   const auto append = [&result](std::string_view localeName) {
     if (auto tag = languageTag(localeName); tag && std::ranges::find(result, *tag) == result.end()) {
       result.push_back(std::move(*tag));
     }
   };
-  for (const std::string_view name : text::split(environment("LANGUAGE"), ':')) {
+  const std::string wanted = localization::languageOfEnvironment().value_or("");
+  for (const std::string_view name : text::split(wanted, ':')) {
     append(name);
   }
   if (result.empty()) {

@@ -7,6 +7,10 @@
 
 namespace quillmark {
 
+/// The user's languages as language tags: from LANGUAGE (a list, most wanted first), or else the first of LC_ALL,
+/// LC_MESSAGES and LANG that is set. What this program has put into LANGUAGE itself does not count.
+std::vector<std::string> languagesOfEnvironment();
+
 /// Languages by ICU's tables, and the user's choice of them from the environment. Costs nothing until it is asked.
 class IcuLocaleInfo final : public LocaleInfo {
  public:
@@ -14,8 +18,7 @@ class IcuLocaleInfo final : public LocaleInfo {
   explicit IcuLocaleInfo(std::string interfaceLanguage);
   ~IcuLocaleInfo() override;
 
-  /// From LANGUAGE (a list, most wanted first), or else the first of LC_ALL, LC_MESSAGES and LANG that is set.
-  std::vector<std::string> preferredLanguages() const override;
+  std::vector<std::string> preferredLanguages() const override { return languagesOfEnvironment(); }
   std::vector<std::string> availableIdentifiers() const override;
   std::string canonicalIdentifier(std::string_view identifier) const override;
   std::optional<std::string> displayName(std::string_view identifier, std::string_view inLocale) const override;

@@ -1,12 +1,16 @@
 #include "platform/posix/SystemInfo.h"
 
 #include <charconv>
+#include <clocale>
 #include <filesystem>
 #include <system_error>
 
 #include <sys/utsname.h>
 
+#include "base/Localization.h"
 #include "base/Text.h"
+#include "platform/InterfaceLanguage.h"
+#include "platform/posix/IcuLocaleInfo.h"
 
 namespace quillmark {
 
@@ -45,10 +49,32 @@ OperatingSystem operatingSystem() {
   return parseOperatingSystem(names.sysname, names.release);
 }
 
-Bundle bundle() {
-  auto name = std::filesystem::path(executablePath()).filename().string();
-  return {name.empty() ? std::nullopt : std::optional(std::move(name)), "org.quillmark.Quillmark", QUILLMARK_VERSION,
-          QUILLMARK_BUILD_NUMBER};
+std::string catalogueDirectory() {
+  const auto directory = std::filesystem::path(executablePath()).parent_path();
+  const auto installed = directory.parent_path() / "share/locale";
+  std::error_code error;
+  return (std::filesystem::exists(installed, error) ? installed
+                                                    : directory.parent_path().parent_path() / "share/locale")
+      .string();
+}
+
+const Bundle& bundle() {
+  static const Bundle own = [] {
+    auto name = std::filesystem::path(executablePath()).filename().string();
+    return Bundle{name.empty() ? std::nullopt : std::optional(std::move(name)), "org.quillmark.Quillmark",
+                  QUILLMARK_VERSION, QUILLMARK_BUILD_NUMBER, localization::availableLanguages(catalogueDirectory())};
+  }();
+  return own;
+}
+
+std::string useInterfaceLanguage(UserDefaults& defaults, const Bundle& bundle) {
+  const std::string code = effectiveLanguageCode(
+      InterfaceLanguage(defaults).get(), preferredLocalizations(bundle.localizations, languagesOfEnvironment()));
+  // A program that has not asked for the user's locale speaks English anyway.
+  if (code != "en" || std::setlocale(LC_MESSAGES, nullptr) != std::string_view("C")) {
+    localization::useLanguage(code, catalogueDirectory());
+  }
+  return code;
 }
 
 }  // namespace quillmark

@@ -105,7 +105,7 @@ SimulatedDesktop::SimulatedDesktop()
       own_(std::make_shared<SimulatedApplication>(*this, ownBundleId, "Quillmark")) {}
 
 Platform SimulatedDesktop::platform() {
-  return {{"quillmark-desktop", ownBundleId, "2.13.0", "7"},
+  return {{"quillmark-desktop", ownBundleId, "2.13.0", "7", {"de", "en", "es", "fr"}},
           {"Linux", 6, 1, 0},
           queue,
           defaults,

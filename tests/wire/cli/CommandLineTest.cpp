@@ -199,6 +199,17 @@ TEST_F(CommandLine, knowsTheKeysOfTheProgram) {
   EXPECT_THAT(list, testing::ContainsRegex("KeyboardShortcuts_translate +string +\\{\\}\n"));
 }
 
+TEST_F(CommandLine, speaksTheLanguageThatTheUserChose) {
+  environment["LC_ALL"] = "C";
+  EXPECT_THAT(quillmark({"list"}).output, HasSubstr("translate\tTranslate\n"));
+  environment["LANGUAGE"] = "sv:fr";
+  EXPECT_THAT(quillmark({"list"}).output, HasSubstr("Traduire\n"));
+  EXPECT_EQ(quillmark({"defaults", "write", "debugAppLanguage", "de"}).status, 0);
+  EXPECT_THAT(quillmark({"list"}).output, HasSubstr("Übersetzen\n"));
+  EXPECT_EQ(quillmark({"defaults", "write", "debugAppLanguage", "en"}).status, 0);
+  EXPECT_THAT(quillmark({"list"}).output, HasSubstr("Translate\n"));
+}
+
 TEST_F(CommandLine, cannotTriggerWhatDoesNotRun) {
   environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + (files / "no-bus");
   expectComplaint(quillmark({"trigger", "fix-grammar-spelling"}), HasSubstr("there is no session bus"));

@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include "base/Localization.h"
 #include "base/Log.h"
 #include "base/Text.h"
 #include "platform/desktop/x11/X11WindowClass.h"
@@ -129,7 +130,19 @@ void X11Workspace::activate(const Key& key, xcb_window_t lastActive) {
 }
 
 void X11Workspace::openUrl(const std::string& url) {
-  if (!QProcess::startDetached(QStringLiteral("xdg-open"), {QString::fromStdString(url)})) {
+  QProcess opener;
+  opener.setProgram(QStringLiteral("xdg-open"));
+  opener.setArguments({QString::fromStdString(url)});
+  // The language that was chosen for this program is not the other one's.
+  auto environment = QProcessEnvironment::systemEnvironment();
+  const auto language = localization::languageOfEnvironment();
+  if (language) {
+    environment.insert(QStringLiteral("LANGUAGE"), QString::fromStdString(*language));
+  } else {
+    environment.remove(QStringLiteral("LANGUAGE"));
+  }
+  opener.setProcessEnvironment(environment);
+  if (!opener.startDetached()) {
     log("Can't open " + url + ": xdg-open is missing");
   }
 }

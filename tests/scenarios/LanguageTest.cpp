@@ -1,0 +1,110 @@
+#include <clocale>
+
+#include "base/Localization.h"
+#include "platform/InterfaceLanguage.h"
+#include "scenarios/Scenario.h"
+#include "shell/LocaleViewModel.h"
+
+namespace quillmark {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using Choice = std::optional<std::vector<std::string>>;
+
+TEST(InterfaceLanguageChoice, isTheUsersElseTheSystemsElseEnglish) {
+  const std::vector<std::string> available{"de", "en", "pt", "zh"};
+  EXPECT_THAT(preferredLocalizations(available, {"de-AT", "sv-SE", "de", "zh-Hant-TW", "en-GB"}),
+              ElementsAre("de", "zh", "en"));
+  EXPECT_EQ(effectiveLanguageCode("fr", {"de"}), "fr");
+  EXPECT_EQ(effectiveLanguageCode("system", {"de", "en"}), "de");
+  EXPECT_EQ(effectiveLanguageCode("system", {}), "en");
+}
+
+struct Languages : Scenario {
+  LanguageManager& manager() { return start().languageManager(); }
+  Choice atLaunch() { return desktop.defaults.get<std::vector<std::string>>("AppleLanguages"); }
+};
+
+TEST_F(Languages, areStoredWhereTheNextStartLooks) {
+  desktop.defaults.set("AppleLanguages", std::vector<std::string>{"it", "fr"});
+  desktop.locale.languages = {"de-DE"};
+  EXPECT_EQ(manager().currentLocale.get(), "de");
+  EXPECT_EQ(atLaunch(), std::nullopt);
+  EXPECT_TRUE(logged("Applied language setting: system"));
+
+  desktop.defaults.set("debugAppLanguage", std::string("fr"));
+  EXPECT_EQ(manager().effectiveLanguageCode(), "fr");
+  EXPECT_EQ(atLaunch(), Choice({"fr"}));
+}
+
+TEST_F(Languages, followTheUserAndTheSystemWhileItIsAsked) {
+  desktop.locale.languages = {"de-DE"};
+  auto& languages = manager();
+  std::vector<std::string> told;
+  const auto changes = languages.languageDidChange.connect([&] { told.push_back(languages.currentLocale.get()); });
+  desktop.locale.languages = {"es-MX", "de"};
+  desktop.locale.currentLocaleDidChange.emit();
+  languages.debugAppLanguage.set("fr");
+  desktop.locale.languages = {"en"};
+  desktop.locale.currentLocaleDidChange.emit();
+  EXPECT_THAT(told, ElementsAre("es", "fr"));
+  EXPECT_EQ(atLaunch(), Choice({"fr"}));
+}
+
+TEST_F(Languages, andDialectsAreNamedInTheirOwnWords) {
+  const auto& rows = LanguageManager::availableLanguages();
+  EXPECT_EQ(rows.size(), 13u);
+  EXPECT_EQ(rows[0].label(), "System Default");
+  EXPECT_EQ(rows[2].label(), "Deutsch (German)");
+
+  const LocaleViewModel dialects(desktop.locale);
+  EXPECT_EQ(dialects.locales.size(), 28u);
+  EXPECT_EQ(dialects.label("none"), "None");
+  EXPECT_EQ(dialects.label("de_DE"), "Deutsch (Deutschland)");
+  EXPECT_EQ(dialects.label("ar_TN"), "ar_TN") << "the system has no name for it";
+}
+
+/// The catalogues of the build, with no locale of theirs on the system.
+struct Translations : Scenario {
+  Translations() { setenv("LC_ALL", "C", 1); }
+  ~Translations() override {
+    localization::useLanguage("en", QUILLMARK_CATALOGUES);
+    unsetenv("LC_ALL");
+  }
+  std::vector<std::string> menuTitles() {
+    std::vector<std::string> titles;
+    for (const auto& item : start().menuBar().items()) {
+      titles.push_back(item.title);
+    }
+    return titles;
+  }
+};
+
+TEST_F(Translations, areSwitchedWithoutASystemLocale) {
+  EXPECT_THAT(localization::availableLanguages(QUILLMARK_CATALOGUES), testing::IsSupersetOf({"de", "en", "es", "fr"}));
+  for (const auto& [code, quit, grammar] :
+       std::vector<std::array<const char*, 3>>{{"de", "Beenden", "Grammatik und Rechtschreibung korrigieren"},
+                                               {"fr", "Quitter", "Corriger la grammaire et l’orthographe"},
+                                               {"tlh", "Quit", "Fix Grammar & Spelling"},
+                                               {"es", "Salir", "Corregir gramática y ortografía"},
+                                               {"en", "Quit", "Fix Grammar & Spelling"}}) {
+    localization::useLanguage(code, QUILLMARK_CATALOGUES);
+    EXPECT_THAT(menuTitles(), testing::IsSupersetOf({quit, grammar})) << code;
+  }
+  EXPECT_EQ(commandOf(ActionCase::fixGrammar).slug, "grammatik-und-rechtschreibung-korrigieren")
+      << "a command keeps the name that it was stored with";
+  EXPECT_STREQ(std::setlocale(LC_NUMERIC, nullptr), "C");
+}
+
+TEST_F(Translations, fillInTheirParameter) {
+  localization::useLanguage("de", QUILLMARK_CATALOGUES);
+  EXPECT_EQ(tr("Translate to {}", "Deutsch"), "Übersetzen in Deutsch");
+  start();
+  const auto& all = app->promptStore().searchableCommands.get();
+  EXPECT_TRUE(
+      std::ranges::any_of(all, [](const Command& command) { return command.name == "Tonfall ändern: Locker"; }));
+}
+
+}  // namespace
+}  // namespace quillmark
