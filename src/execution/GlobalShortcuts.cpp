@@ -1,5 +1,7 @@
 #include "execution/GlobalShortcuts.h"
 
+#include <algorithm>
+
 #include "base/Json.h"
 #include "base/Trace.h"
 
@@ -17,8 +19,12 @@ GlobalShortcuts::GlobalShortcuts(UserDefaults& defaults, HotKeys& hotKeys) : def
   });
   changes_ = defaults_.changed.connect([this](const std::string& key) {
     const std::string prefix = defaultsKey("");
-    if (key.starts_with(prefix) && handlers_.contains(key.substr(prefix.size()))) {
-      follow(key.substr(prefix.size()));
+    if (key.starts_with(prefix)) {
+      const std::string name = key.substr(prefix.size());
+      if (handlers_.contains(name)) {
+        follow(name);
+      }
+      shortcutByNameDidChange.emit(name);
     }
   });
 }
@@ -38,6 +44,21 @@ std::optional<KeyCombination> GlobalShortcuts::getShortcut(const std::string& na
   }
 }
 
+void GlobalShortcuts::setShortcut(const std::string& name, const std::optional<KeyCombination>& combination) {
+  if (combination) {
+    defaults_.set(defaultsKey(name), toText({{"carbonKeyCode", combination->carbonKeyCode},
+                                             {"carbonModifiers", combination->carbonModifiers}}));
+  } else {
+    defaults_.remove(defaultsKey(name));
+  }
+}
+
+std::optional<std::string> GlobalShortcuts::nameUsing(const KeyCombination& combination) const {
+  const auto found =
+      std::ranges::find_if(handlers_, [&](const auto& entry) { return getShortcut(entry.first) == combination; });
+  return found == handlers_.end() ? std::nullopt : std::optional(found->first);
+}
+
 void GlobalShortcuts::onKeyUp(const std::string& name, std::function<void()> action) {
   handlers_[name].push_back(std::move(action));
   follow(name);
@@ -45,15 +66,33 @@ void GlobalShortcuts::onKeyUp(const std::string& name, std::function<void()> act
 
 void GlobalShortcuts::removeAllHandlers() {
   handlers_.clear();
+  unregisterAll();
+}
+
+void GlobalShortcuts::unregisterAll() {
   for (const auto& [name, combination] : registered_) {
     hotKeys_.unregisterHotKey(name);
   }
   registered_.clear();
 }
 
+void GlobalShortcuts::pause() {
+  if (++pauses_ == 1) {
+    unregisterAll();
+  }
+}
+
+void GlobalShortcuts::resume() {
+  if (--pauses_ == 0) {
+    for (const auto& [name, actions] : handlers_) {
+      follow(name);
+    }
+  }
+}
+
 /// Makes the registered combination of a name the stored one.
 void GlobalShortcuts::follow(const std::string& name) {
-  const auto wanted = getShortcut(name);
+  const auto wanted = pauses_ == 0 ? getShortcut(name) : std::nullopt;
   const auto present = registered_.find(name);
   if (present != registered_.end()) {
     if (wanted == present->second) {

@@ -23,8 +23,28 @@ class GlobalShortcuts {
 
   static std::string defaultsKey(const std::string& name) { return keys::keyboardShortcuts.name + name; }
 
+  /// While one of these is alive no combination is registered: the keys reach the window in front.
+  class Pause {
+   public:
+    explicit Pause(GlobalShortcuts& shortcuts) : shortcuts_(shortcuts) { shortcuts_.pause(); }
+    Pause(const Pause&) = delete;
+    Pause& operator=(const Pause&) = delete;
+    ~Pause() { shortcuts_.resume(); }
+
+   private:
+    GlobalShortcuts& shortcuts_;
+  };
+
   /// Nothing when the key is absent or its text does not decode.
   std::optional<KeyCombination> getShortcut(const std::string& name) const;
+
+  /// Stores the combination of a name, or that it has none. A handler of the name follows at once.
+  void setShortcut(const std::string& name, const std::optional<KeyCombination>& combination);
+  /// A name with handlers that has this combination.
+  std::optional<std::string> nameUsing(const KeyCombination& combination) const;
+
+  /// The stored combination of this name has changed, whoever stored it.
+  Signal<const std::string&> shortcutByNameDidChange;
 
   /// Adds an action to the handlers of the name. A stored combination takes effect at once, a changed one as soon as
   /// it is stored.
@@ -33,11 +53,15 @@ class GlobalShortcuts {
 
  private:
   void follow(const std::string& name);
+  void unregisterAll();
+  void pause();
+  void resume();
 
   UserDefaults& defaults_;
   HotKeys& hotKeys_;
   std::map<std::string, std::vector<std::function<void()>>> handlers_;
   std::map<std::string, KeyCombination> registered_;
+  int pauses_ = 0;
   Connection releases_;
   Connection changes_;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 
 #include "base/Signal.h"
@@ -29,6 +31,14 @@ class HotKeys {
   /// A name has one combination; registering it again replaces it.
   virtual void registerHotKey(const std::string& name, const KeyCombination& combination) = 0;
   virtual void unregisterHotKey(const std::string& name) = 0;
+
+  /// Whether a combination that this program has not registered could be: a key produces it, and no other program has
+  /// it.
+  virtual bool isAvailable(const KeyCombination& combination) = 0;
+  /// What is on the key at this position of the present keyboard, such as "G", "Ö", "F5" or "Space".
+  virtual std::string keyLabel(int carbonKeyCode) const = 0;
+  /// The position of a key that the toolkit's event names by its native scan code.
+  virtual std::optional<int> keyCodeOf(std::uint32_t nativeScanCode) const = 0;
 
   /// The combination of this name was released. A held key repeats nothing.
   Signal<const std::string&> released;

@@ -98,6 +98,9 @@ class SimulatedHotKeys : public HotKeys {
     }
   }
   void unregisterHotKey(const std::string& name) override { registered.erase(name); }
+  bool isAvailable(const KeyCombination& combination) override { return !taken.contains(combination.carbonKeyCode); }
+  std::string keyLabel(int carbonKeyCode) const override { return "key " + std::to_string(carbonKeyCode); }
+  std::optional<int> keyCodeOf(std::uint32_t nativeScanCode) const override { return static_cast<int>(nativeScanCode); }
   /// The user presses and releases a combination.
   void press(const KeyCombination& combination);
 

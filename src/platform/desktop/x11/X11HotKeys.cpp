@@ -107,6 +107,28 @@ void X11HotKeys::unregisterHotKey(const std::string& name) {
   }
 }
 
+bool X11HotKeys::isAvailable(const KeyCombination& combination) {
+  const auto chord = connection_.alive() ? chordOf(combination) : std::nullopt;
+  if (!chord || isInUse(*chord)) {
+    return chord.has_value();
+  }
+  const bool granted = grab(*chord);
+  if (granted) {
+    ungrab(*chord);
+    xcb_flush(connection_.xcb());
+  }
+  return granted;
+}
+
+std::string X11HotKeys::keyLabel(int carbonKeyCode) const {
+  const auto key = keys::xKeyCode(carbonKeyCode);
+  return key ? keyboard_.label(*key) : std::to_string(carbonKeyCode);
+}
+
+std::optional<int> X11HotKeys::keyCodeOf(std::uint32_t nativeScanCode) const {
+  return keys::virtualKeyCode(nativeScanCode);
+}
+
 void X11HotKeys::take(const std::string& name) {
   auto& hotKey = hotKeys_[name];
   const auto chord = connection_.alive() ? chordOf(hotKey.combination) : std::nullopt;

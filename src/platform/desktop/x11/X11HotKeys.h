@@ -27,6 +27,9 @@ class X11HotKeys : public HotKeys {
 
   void registerHotKey(const std::string& name, const KeyCombination& combination) override;
   void unregisterHotKey(const std::string& name) override;
+  bool isAvailable(const KeyCombination& combination) override;
+  std::string keyLabel(int carbonKeyCode) const override;
+  std::optional<int> keyCodeOf(std::uint32_t nativeScanCode) const override;
 
  private:
   /// A key with modifiers, lock keys left aside.

@@ -33,6 +33,38 @@ bool locks(xkb_keysym_t symbol) {
   }
 }
 
+/// Where the name of a symbol is not what people call the key.
+constexpr std::pair<xkb_keysym_t, const char*> spokenNames[] = {
+    {XKB_KEY_space, "Space"},          {XKB_KEY_Prior, "Page Up"},
+    {XKB_KEY_Next, "Page Down"},       {XKB_KEY_Escape, "Esc"},
+    {XKB_KEY_BackSpace, "Backspace"},  {XKB_KEY_Print, "Print Screen"},
+    {XKB_KEY_KP_Home, "Keypad 7"},     {XKB_KEY_KP_Up, "Keypad 8"},
+    {XKB_KEY_KP_Prior, "Keypad 9"},    {XKB_KEY_KP_Left, "Keypad 4"},
+    {XKB_KEY_KP_Begin, "Keypad 5"},    {XKB_KEY_KP_Right, "Keypad 6"},
+    {XKB_KEY_KP_End, "Keypad 1"},      {XKB_KEY_KP_Down, "Keypad 2"},
+    {XKB_KEY_KP_Next, "Keypad 3"},     {XKB_KEY_KP_Insert, "Keypad 0"},
+    {XKB_KEY_KP_Delete, "Keypad ."},   {XKB_KEY_KP_Add, "Keypad +"},
+    {XKB_KEY_KP_Subtract, "Keypad -"}, {XKB_KEY_KP_Multiply, "Keypad *"},
+    {XKB_KEY_KP_Divide, "Keypad /"},   {XKB_KEY_KP_Enter, "Keypad Enter"},
+    {XKB_KEY_KP_Equal, "Keypad ="},
+};
+
+std::string keyName(xkb_keysym_t symbol) {
+  for (const auto& [candidate, name] : spokenNames) {
+    if (candidate == symbol) {
+      return name;
+    }
+  }
+  if (const auto character = xkb_keysym_to_utf32(xkb_keysym_to_upper(symbol)); character > 0x20 && character != 0x7F) {
+    std::array<char, 8> text{};
+    xkb_keysym_to_utf8(xkb_keysym_to_upper(symbol), text.data(), text.size());
+    return text.data();
+  }
+  std::array<char, 64> name{};
+  xkb_keysym_get_name(symbol, name.data(), name.size());
+  return name.data();
+}
+
 chord::XKeys keySet(const std::uint8_t (&bytes)[32]) {
   chord::XKeys result;
   for (unsigned key = 0; key < result.size(); ++key) {
@@ -111,6 +143,7 @@ void X11Keyboard::read() {
   const auto firstKey = xkb_keymap_min_keycode(keymap.get());
   const auto lastKey = std::min<xkb_keycode_t>(xkb_keymap_max_keycode(keymap.get()), 255);
 
+  symbols_.assign(xkb_keymap_num_layouts(keymap.get()), {});
   keys_ = {};
   keys_.groups.resize(xkb_keymap_num_layouts(keymap.get()));
   const auto keep = [](chord::XKey& place, xkb_keycode_t key) {
@@ -120,7 +153,9 @@ void X11Keyboard::read() {
   };
   for (auto key = firstKey; key <= lastKey; ++key) {
     for (xkb_layout_index_t group = 0; group < keys_.groups.size(); ++group) {
-      switch (symbolOf(key, group)) {
+      const auto symbol = symbolOf(key, group);
+      symbols_[group][key] = symbol;
+      switch (symbol) {
         case XKB_KEY_c:
           keep(keys_.groups[group].c, key);
           break;
@@ -185,6 +220,19 @@ X11Keyboard::Modifiers X11Keyboard::modifiers() {
 std::uint16_t X11Keyboard::maskOf(std::uint8_t key) {
   readIfStale();
   return masks_[key];
+}
+
+std::string X11Keyboard::label(std::uint8_t key) {
+  readIfStale();
+  if (symbols_.empty()) {
+    return {};
+  }
+  const auto group = std::min<std::size_t>(moment().group, symbols_.size() - 1);
+  xkb_keysym_t symbol = symbols_[group][key];
+  if (symbol == XKB_KEY_NoSymbol) {
+    symbol = symbols_.front()[key];  // a key that the group leaves as it is
+  }
+  return keyName(symbol);
 }
 
 chord::Moment X11Keyboard::moment() {

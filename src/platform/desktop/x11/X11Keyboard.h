@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "base/Lifetime.h"
 #include "base/Signal.h"
@@ -34,6 +36,8 @@ class X11Keyboard {
   Modifiers modifiers();
   /// The mask that a modifier key contributes to, 0 for other keys and for keys that lock.
   std::uint16_t maskOf(std::uint8_t key);
+  /// What is printed on a key, in the present group: its character as a capital, or a name such as "Page Up".
+  std::string label(std::uint8_t key);
 
   /// The group and the pressed keys, in one round trip.
   chord::Moment moment();
@@ -54,6 +58,7 @@ class X11Keyboard {
   chord::Keyboard keys_;
   Modifiers modifiers_;
   std::array<std::uint8_t, 256> masks_{};
+  std::vector<std::array<std::uint32_t, 256>> symbols_;  ///< by group and key
   Connection mapEvents_;
   Lifetime lifetime_;
 };
