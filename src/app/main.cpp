@@ -137,6 +137,7 @@ int main(int argc, char** argv) {
     return true;
   };
   service.openCommandMenu = [&quillmark] { quillmark.triggerCommandMenu(); };
+  service.service = [&quillmark](const std::string& text) { quillmark.serviceProvider().service(text); };
 
   TrayHost trayHost;
   TrayMenu tray(trayHost, [&quillmark] { return quillmark.menuBar().items(); });

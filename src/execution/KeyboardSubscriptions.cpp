@@ -32,13 +32,13 @@ void KeyboardSubscriptions::subscribe(const std::vector<Command>& commands) {
   log("Subscribe to keyboard shortcuts. Prompt count " + std::to_string(count) +
       " prevCount: " + std::to_string(promptCount_));
   shortcuts_.removeAllHandlers();
-  onKeyUp("commandMenu", [this] { actionService_.openCommandMenu(InvocationSource::keyboardShortcut); });
-  onKeyUp("translate", [this] {
+  onKeyUp(commandMenu, [this] { actionService_.openCommandMenu(InvocationSource::keyboardShortcut); });
+  onKeyUp(translate, [this] {
     if (const auto item = languageStore_.defaultItem()) {
       actionService_.runAction(UserAction::translate(item->name), true);
     }
   });
-  onKeyUp("changeTone", [this] {
+  onKeyUp(changeTone, [this] {
     if (const auto item = toneStore_.defaultItem()) {
       actionService_.runAction(UserAction::changeTone(item->name), true);
     }

@@ -18,6 +18,11 @@ namespace quillmark {
 /// The handlers are renewed when the number of commands changes. Works by itself once made.
 class KeyboardSubscriptions {
  public:
+  // The names that no command has.
+  static constexpr const char* commandMenu = "commandMenu";
+  static constexpr const char* translate = "translate";
+  static constexpr const char* changeTone = "changeTone";
+
   KeyboardSubscriptions(GlobalShortcuts& shortcuts, CustomPromptStore& promptStore, LanguageStore& languageStore,
                         ToneStore& toneStore, ActionService& actionService, ActiveApplicationTracker& tracker);
 

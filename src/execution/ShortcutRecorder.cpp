@@ -89,8 +89,9 @@ void ShortcutRecorder::clear() {
   end();
 }
 
-void ShortcutRecorder::keyPressed(int carbonKeyCode, int carbonModifiers) {
-  if (!isRecording()) {
+void ShortcutRecorder::keyPressed(std::uint32_t nativeScanCode, int carbonModifiers) {
+  const auto carbonKeyCode = collaborators_.hotKeys.keyCodeOf(nativeScanCode);
+  if (!isRecording() || !carbonKeyCode) {
     return;
   }
   if (carbonModifiers == 0 && carbonKeyCode == escape) {
@@ -101,7 +102,7 @@ void ShortcutRecorder::keyPressed(int carbonKeyCode, int carbonModifiers) {
     clear();
     return;
   }
-  const KeyCombination combination{carbonKeyCode, carbonModifiers};
+  const KeyCombination combination{*carbonKeyCode, carbonModifiers};
   const auto refusal = refusalOf(combination);
   if (!refusal) {
     collaborators_.shortcuts.setShortcut(name_, combination);

@@ -41,9 +41,10 @@ class ShortcutRecorder {
   /// Stops waiting; the shortcut stays as it was.
   void end();
   void clear();
-  /// A key other than a modifier was pressed, with this set of modifiers. Escape ends, Backspace and Delete clear, each
-  /// without modifiers. Any other combination is stored, or refused with an alert; recording is over then.
-  void keyPressed(int carbonKeyCode, int carbonModifiers);
+  /// A key other than a modifier was pressed, with this set of modifiers; `nativeScanCode` is what the toolkit's event
+  /// calls it. Escape ends, Backspace and Delete clear, each without modifiers. Any other combination is stored, or
+  /// refused with an alert; recording is over then. Waits on after a key that has no position on such a keyboard.
+  void keyPressed(std::uint32_t nativeScanCode, int carbonModifiers);
 
   /// "Ctrl+Alt+G", by what the keys of the present keyboard are.
   static std::string describe(const KeyCombination& combination, const HotKeys& hotKeys);

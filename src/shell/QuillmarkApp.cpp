@@ -29,6 +29,7 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
       actionService_({platform_.mainQueue, platform_.defaults, platform_.pasteboard, platform_.permissions,
                       alertHandler_, capture_, activeApplicationTracker_, promptStore_, variablesStore_, providerStore_,
                       providerFactory_, statistics_, reviewSession_, commandPanel_, loadingPanel_.get()}),
+      serviceProvider_(actionService_, alertHandler_, platform_.mainQueue),
       languageManager_(platform_.defaults, platform_.locale, platform_.bundle),
       launchAtLogin_(platform_.loginItem),
       refusals_(platform_.hotKeys.refused.connect([this](const std::string& name) { shortcutRefused(name); })),
@@ -58,14 +59,33 @@ void QuillmarkApp::shortcutRefused(const std::string& name) {
   if (!refusedShortcuts_.insert(name).second) {
     return;
   }
-  const auto& commands = promptStore_.prompts.get();
-  const auto command = std::find_if(commands.begin(), commands.end(),
-                                    [&](const Command& candidate) { return candidate.shortcutName() == name; });
   alertHandler_.show(AlertKind::notice(
       tr("Shortcut Not Available"),
       tr("The keyboard shortcut of {} belongs to another program, or this keyboard has no such key. Please choose "
          "another one.",
-         command == commands.end() ? name : command->displayName())));
+         titleOfShortcut(name))));
+}
+
+std::string QuillmarkApp::titleOfShortcut(const std::string& name) const {
+  if (name == KeyboardSubscriptions::commandMenu) {
+    return tr("Command Menu");
+  }
+  const auto& commands = promptStore_.prompts.get();
+  const auto command = std::ranges::find(commands, name, &Command::shortcutName);
+  return command == commands.end() ? name : command->displayName();
+}
+
+std::optional<std::string> QuillmarkApp::menuItemUsing(const KeyCombination& combination) const {
+  const auto items = menuBar_.items();
+  const auto item =
+      std::ranges::find(items, ShortcutRecorder::describe(combination, platform_.hotKeys), &MenuItem::shortcut);
+  return item == items.end() ? std::nullopt : std::optional(item->title);
+}
+
+ShortcutRecorder::Collaborators QuillmarkApp::shortcutRecording() {
+  return {shortcuts_, platform_.hotKeys, alertHandler_,
+          [this](const KeyCombination& combination) { return menuItemUsing(combination); },
+          [this](const std::string& name) { return titleOfShortcut(name); }};
 }
 
 void QuillmarkApp::triggerCommand(const std::string& slug) {

@@ -14,6 +14,8 @@
 #include "execution/GlobalShortcuts.h"
 #include "execution/KeyboardSubscriptions.h"
 #include "execution/SelectionCapture.h"
+#include "execution/ServiceProvider.h"
+#include "execution/ShortcutRecorder.h"
 #include "panels/FloatingLoading.h"
 #include "platform/PanelWindow.h"
 #include "platform/Platform.h"
@@ -57,8 +59,12 @@ class QuillmarkApp {
   AppStatistics& statistics() { return statistics_; }
   AlertHandler& alertHandler() { return alertHandler_; }
   LanguageManager& languageManager() { return languageManager_; }
+  ServiceProvider& serviceProvider() { return serviceProvider_; }
   LaunchAtLogin& launchAtLogin() { return launchAtLogin_; }
   MenuBar& menuBar() { return menuBar_; }
+
+  /// What a field needs to record a shortcut.
+  ShortcutRecorder::Collaborators shortcutRecording();
 
   /// What a hot key would do, asked for by another program: runs a command on the selection in front.
   void triggerCommand(const std::string& slug);
@@ -67,6 +73,8 @@ class QuillmarkApp {
  private:
   /// Runs before any store is made: what they find in the database must already be in place.
   static const Platform& prepare(const Platform& platform);
+  std::string titleOfShortcut(const std::string& name) const;
+  std::optional<std::string> menuItemUsing(const KeyCombination& combination) const;
   /// Tells the user once for each shortcut that it can't be used.
   void shortcutRefused(const std::string& name);
 
@@ -88,6 +96,7 @@ class QuillmarkApp {
   AppStatistics statistics_;
   ActiveApplicationTracker activeApplicationTracker_;
   ActionService actionService_;
+  ServiceProvider serviceProvider_;
   LanguageManager languageManager_;
   LaunchAtLogin launchAtLogin_;
   std::set<std::string> refusedShortcuts_;

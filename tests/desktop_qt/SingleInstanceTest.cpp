@@ -99,20 +99,24 @@ TEST_F(SessionBus, withoutABusEveryStartIsTheFirst) {
   EXPECT_THAT(lines, HasSubstr("No session bus"));
 }
 
-TEST_F(SessionBus, otherProgramsRunCommandsAndOpenTheMenu) {
+TEST_F(SessionBus, otherProgramsRunCommandsOpenTheMenuAndSendTexts) {
   std::string ran;
+  std::string received;
   int opened = 0;
   service.runCommand = [&](const std::string& slug) {
     ran = slug;
     return slug == "improve-text";
   };
   service.openCommandMenu = [&] { ++opened; };
+  service.service = [&](const std::string& text) { received = text; };
   ASSERT_EQ(SingleInstance::claim(connect(), service, {}), SingleInstance::Start::first);
 
   EXPECT_EQ(call(DBusService::name, "RunCommand", {"improve-text"}).type(), QDBusMessage::ReplyMessage);
   EXPECT_EQ(ran, "improve-text");
   EXPECT_EQ(call({}, "OpenCommandMenu").type(), QDBusMessage::ReplyMessage) << "a call may leave out the interface";
   EXPECT_EQ(opened, 1);
+  EXPECT_EQ(call(DBusService::name, "Service", {"größer 🪶"}).type(), QDBusMessage::ReplyMessage);
+  EXPECT_EQ(received, "größer 🪶");
   EXPECT_EQ(call(DBusService::name, "RunCommand", {"no-such"}).errorName(), DBusService::name + ".Error.NoSuchCommand");
 }
 
@@ -136,7 +140,7 @@ TEST_F(SessionBus, theServiceDescribesItself) {
   ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();
   const std::string xml = reply.arguments().constFirst().toString().toStdString();
   EXPECT_THAT(xml, HasSubstr(R"(<interface name="org.quillmark.Quillmark">)"));
-  for (const char* method : {"Activate", "RunCommand", "OpenCommandMenu"}) {
+  for (const char* method : {"Activate", "RunCommand", "OpenCommandMenu", "Service"}) {
     EXPECT_THAT(xml, HasSubstr(std::string(R"(<method name=")") + method + '"'));
   }
 }

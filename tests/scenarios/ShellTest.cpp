@@ -58,6 +58,45 @@ TEST_F(Shortcuts, areRenewedWhenTheNumberOfCommandsChanges) {
   EXPECT_THAT(registered(), ElementsAre());
 }
 
+TEST_F(Shortcuts, runTheCommandAsItStandsNowEvenADisabledOne) {
+  store(desktop.defaults, "fixGrammar", controlAltG);
+  start();
+  logLines.clear();
+  app->promptStore().prompts.mutate([](auto& list) {
+    auto& command = *std::ranges::find(list, UserAction(ActionCase::fixGrammar), &Command::type);
+    command.enabled = false;
+    command.content = "Shout: {{userText}}";
+  });
+  EXPECT_THAT(logLines, testing::Not(Contains(testing::HasSubstr("Subscribe to keyboard shortcuts"))))
+      << "the number of commands is what it was";
+  editorWith("teh cat");
+  desktop.hotKeys.press(controlAltG);
+  desktop.advance(1s);
+  ASSERT_EQ(desktop.http.exchanges.size(), 1u);
+  EXPECT_THAT(*request().request.body, testing::HasSubstr("Shout: "));
+}
+
+TEST_F(Shortcuts, areRecordedUnlessTheMenuOrAnotherCommandHasThem) {
+  store(desktop.defaults, "fixGrammar", controlAltG);
+  desktop.hotKeys.labels = {{12, "Q"}};
+  start();
+  ShortcutRecorder recorder(app->shortcutRecording(), "commandMenu");
+  const auto record = [&](const KeyCombination& combination) {
+    recorder.begin();
+    recorder.keyPressed(static_cast<std::uint32_t>(combination.carbonKeyCode), combination.carbonModifiers);
+    desktop.queue.settle();
+    const std::string title = desktop.alerts.open.empty() ? "" : desktop.alerts.open.back().title;
+    desktop.alerts.close();
+    return title;
+  };
+  EXPECT_THAT(record({12, KeyCombination::control}), testing::HasSubstr("the menu item “Quit”"));
+  EXPECT_THAT(record(controlAltG), testing::HasSubstr("“Fix Grammar & Spelling” has it"));
+  recorder.begin();
+  recorder.keyPressed(40, KeyCombination::control);
+  desktop.hotKeys.press({40, KeyCombination::control});
+  EXPECT_TRUE(logged("Open command menu from source keyboardShortcut"));
+}
+
 TEST_F(Shortcuts, thatAnotherProgramHasAreToldOfOnce) {
   desktop.hotKeys.taken = {5};
   store(desktop.defaults, "fixGrammar", controlAltG);
@@ -77,6 +116,28 @@ TEST_F(Shortcuts, ofTranslateUseTheFirstLanguage) {
   desktop.advance(1s);
   ASSERT_EQ(desktop.http.exchanges.size(), 1u);
   EXPECT_THAT(*request().request.body, testing::HasSubstr("following text to en."));
+}
+
+struct ServiceMessage : Scenario {};
+
+TEST_F(ServiceMessage, opensTheCommandMenuIfThereIsAText) {
+  start();
+  const std::string opening = "Open command menu from source serviceProvider";
+  app->serviceProvider().service("a text");
+  EXPECT_FALSE(logged(opening)) << "the sender is answered first";
+  desktop.queue.settle();
+  EXPECT_TRUE(logged(opening));
+
+  for (const auto& nothing : {std::optional<std::string>(""), std::optional<std::string>()}) {
+    logLines.clear();
+    app->serviceProvider().service(nothing);
+    desktop.queue.settle();
+    EXPECT_EQ(desktop.alerts.open.back().title, "Unknown Error");
+    EXPECT_EQ(desktop.alerts.open.back().message, "Could not find the text for parsing.");
+    desktop.alerts.close();
+    desktop.queue.settle();
+    EXPECT_FALSE(logged(opening));
+  }
 }
 
 struct StartUp : Scenario {};

@@ -12,6 +12,7 @@ namespace quillmark {
 ///   Activate(as arguments)   a second start hands over its command line, without the program's name
 ///   RunCommand(s slug)       error org.quillmark.Quillmark.Error.NoSuchCommand when there is none
 ///   OpenCommandMenu()
+///   Service(s text)          a text that the user sends from another program: opens the command menu
 ///
 /// The handlers run on the main thread; the caller gets the answer when they return.
 class DBusService : public QDBusVirtualObject {
@@ -22,6 +23,7 @@ class DBusService : public QDBusVirtualObject {
   std::function<void(const std::vector<std::string>& arguments)> activate;
   std::function<bool(const std::string& slug)> runCommand;  ///< false when there is no such command
   std::function<void()> openCommandMenu;
+  std::function<void(const std::string& text)> service;
 
   QString introspect(const QString& path) const override;
   bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override;

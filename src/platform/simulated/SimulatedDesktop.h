@@ -99,12 +99,16 @@ class SimulatedHotKeys : public HotKeys {
   }
   void unregisterHotKey(const std::string& name) override { registered.erase(name); }
   bool isAvailable(const KeyCombination& combination) override { return !taken.contains(combination.carbonKeyCode); }
-  std::string keyLabel(int carbonKeyCode) const override { return "key " + std::to_string(carbonKeyCode); }
+  std::string keyLabel(int carbonKeyCode) const override {
+    const auto label = labels.find(carbonKeyCode);
+    return label == labels.end() ? "key " + std::to_string(carbonKeyCode) : label->second;
+  }
   std::optional<int> keyCodeOf(std::uint32_t nativeScanCode) const override { return static_cast<int>(nativeScanCode); }
   /// The user presses and releases a combination.
   void press(const KeyCombination& combination);
 
   std::map<std::string, KeyCombination> registered;
+  std::map<int, std::string> labels;
   std::set<int> taken;  ///< key codes that another program has, with all modifiers
 };
 

@@ -99,6 +99,30 @@ TEST_F(X11HotKeysTest, aCombinationOfAnotherProgramIsReportedAndNothingOfItIsKep
   EXPECT_THAT(session.keysPressedIn(window), Contains(k)) << "the combination is left to others";
 }
 
+TEST_F(X11HotKeysTest, tellsBeforehandWhatIsFree) {
+  EXPECT_TRUE(hotKeys.isAvailable(controlOptionK));
+  session.tap({"Control_L", "Alt_L", "k"});
+  EXPECT_THAT(session.keysPressedIn(window), Contains(k)) << "asking keeps nothing";
+  EXPECT_FALSE(hotKeys.isAvailable({0x3F, KeyCombination::control})) << "no key is there";
+  xcb_grab_key(session.connection(), 0, session.root(), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1, k, XCB_GRAB_MODE_ASYNC,
+               XCB_GRAB_MODE_ASYNC);
+  session.keysPressedIn(window);
+  EXPECT_FALSE(hotKeys.isAvailable(controlOptionK));
+  EXPECT_TRUE(hotKeys.isAvailable({0x28, KeyCombination::control}));
+}
+
+TEST_F(X11HotKeysTest, keysAreCalledWhatIsOnThem) {
+  const std::pair<int, const char*> american[] = {{0x05, "G"},     {0x29, ";"},  {0x12, "1"},
+                                                  {0x31, "Space"}, {0x60, "F5"}, {0x74, "Page Up"}};
+  for (const auto& [key, label] : american) {
+    EXPECT_EQ(hotKeys.keyLabel(key), label);
+  }
+  session.setKeyboardLayout({"de"});
+  loop.runFor(100ms);
+  EXPECT_EQ(hotKeys.keyLabel(0x29), "Ö");
+  EXPECT_EQ(hotKeys.keyLabel(0x06), "Y") << "the key right of the left shift";
+}
+
 TEST_F(X11HotKeysTest, namesComeAndGo) {
   hotKeys.registerHotKey("a", controlOptionK);
   hotKeys.registerHotKey("b", controlOptionK);
