@@ -1,11 +1,18 @@
 #include "desktop_demo/Runs.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
-#include <functional>
+#include <iterator>
+#include <stdexcept>
 #include <thread>
 
 #include <signal.h>
+
+#include "base/Json.h"
+#include "commands/CustomPromptStore.h"
+#include "platform/posix/SqliteUserDefaults.h"
+#include "support/TestHttpServer.h"
 
 namespace quillmark::demo {
 namespace {
@@ -63,9 +70,9 @@ Outcome runWithoutSelection(Desk& desk, Editor& editor) {
   return {true, ""};
 }
 
-Outcome manyRuns(Desk& desk, Editor& editor, int count) {
+Outcome manyRuns(Desk& desk, Editor& editor, int count, const Trigger& trigger = &Desk::triggerHotKey) {
   for (int number = 0; number < count; ++number) {
-    if (auto outcome = runOnce(desk, editor, number); !outcome.passed) {
+    if (auto outcome = runOnce(desk, editor, number, trigger); !outcome.passed) {
       return {false, "run " + std::to_string(number + 1) + ": " + outcome.reason};
     }
   }
@@ -218,20 +225,12 @@ Outcome hangingOwner(const Programs& programs, const std::string& editorKind) {
 Outcome heldModifiers(const Programs& programs, const std::string& editorKind) {
   Desk desk(programs);
   Editor editor(desk, editorKind);
-  for (int number = 0; number < runsPerCase; ++number) {
-    const auto sample = sampleText(number);
-    editor.write(sample.typed);
-    editor.selectAll();
-    desk.trace().startAnew();
-    desk.pressHotKey();
-    desk.session().release("g");
+  return manyRuns(desk, editor, runsPerCase, [](Desk& at) {
+    at.pressHotKey();
+    at.session().release("g");
     std::this_thread::sleep_for(300ms);
-    desk.releaseHotKeyModifiers();
-    if (auto outcome = awaitCorrection(desk, editor, sample.corrected, answerDeadline); !outcome.passed) {
-      return {false, "run " + std::to_string(number + 1) + ": " + outcome.reason};
-    }
-  }
-  return {true, std::to_string(runsPerCase) + " runs"};
+    at.releaseHotKeyModifiers();
+  });
 }
 
 Outcome large(const Programs& programs, const std::string& editorKind) {
@@ -256,17 +255,13 @@ Outcome large(const Programs& programs, const std::string& editorKind) {
 Outcome trigger(const Programs& programs, const std::string& editorKind) {
   Desk desk(programs);
   Editor editor(desk, editorKind);
-  for (int number = 0; number < runsPerCase; ++number) {
-    const auto sample = sampleText(number);
-    editor.write(sample.typed);
-    editor.selectAll();
-    desk.trace().startAnew();
-    if (desk.session().run({programs.commandLine, "trigger", "fix-grammar-spelling"}) != 0) {
-      return failed(desk, "the running program did not take the trigger");
+  const auto outcome = manyRuns(desk, editor, runsPerCase, [&](Desk& at) {
+    if (at.session().run({programs.commandLine, "trigger", "fix-grammar-spelling"}) != 0) {
+      throw std::runtime_error("the running program did not take the trigger");
     }
-    if (auto outcome = awaitCorrection(desk, editor, sample.corrected, answerDeadline); !outcome.passed) {
-      return {false, "run " + std::to_string(number + 1) + ": " + outcome.reason};
-    }
+  });
+  if (!outcome.passed) {
+    return outcome;
   }
   if (desk.session().run({programs.commandLine, "trigger", "no-such-command"}) == 0) {
     return {false, "a trigger of a command that does not exist was taken"};
@@ -274,17 +269,121 @@ Outcome trigger(const Programs& programs, const std::string& editorKind) {
   if (desk.session().run({programs.commandLine, "--data-dir", desk.data()}) != 0 || !desk.quillmarkRuns()) {
     return failed(desk, "a second start did not hand over to the first");
   }
-  return {true, std::to_string(runsPerCase) + " runs"};
+  return outcome;
+}
+
+/// A shortcut with the command that it must run: what tells the command's prompt from others, and an answer to it.
+struct ShortcutSample {
+  std::string name;
+  std::string key;  ///< with Control and Alt
+  int carbonKeyCode;
+  std::string prompt;
+  std::string answer;
+};
+
+/// A backend that answers each of these commands in its own way.
+Answer answerTo(const ReceivedRequest& request, const std::vector<ShortcutSample>& samples) {
+  const auto found = std::ranges::find_if(
+      samples, [&](const auto& sample) { return request.body.find(sample.prompt) != std::string::npos; });
+  const std::string content = found == samples.end() ? "another command" : found->answer;
+  const Json message = {{"role", "assistant"}, {"content", content}};
+  const Json choices = Json::array({{{"index", 0}, {"message", message}}});
+  return Answer::json(200,
+                      toText({{"model", "m"}, {"object", "chat.completion"}, {"created", 1}, {"choices", choices}}));
+}
+
+/// Shortcuts that the user set, by what their runs paste: at once, after a restart, with lock keys, and held.
+Outcome shortcuts(const Programs& programs, const std::string& editorKind) {
+  std::vector<ShortcutSample> samples = {
+      {"", "k", 0x28, "Say it like a pirate", "the custom command"},
+      {"translate", "t", 0x11, "translate the following text to ", "the default language"},
+      {"changeTone", "j", 0x26, "to have a ", "the default tone"},
+  };
+  TestHttpServer backend;
+  backend.answerOthers([&samples](const ReceivedRequest& request) { return answerTo(request, samples); });
+  Desk desk(programs.quillmark, backend.port());
+  auto& session = desk.session();
+  desk.endQuillmark();
+  {
+    SqliteUserDefaults defaults(desk.data() / "defaults.sqlite");
+    CustomPromptStore store(defaults);
+    store.load();
+    const auto pirate =
+        Command::make("Pirate", std::nullopt, samples[0].prompt, std::nullopt, CommandCategory::writing);
+    store.add(pirate);
+    samples[0].name = pirate.shortcutName();
+  }
+  desk.startQuillmark();
+  // Set while the program runs, by another one.
+  for (const auto& sample : samples) {
+    const Json combination = {{"carbonKeyCode", sample.carbonKeyCode}, {"carbonModifiers", 6144}};
+    if (session.run({programs.commandLine, "--data-dir", desk.data(), "defaults", "write",
+                     "KeyboardShortcuts_" + sample.name, "string", toText(combination)}) != 0) {
+      return {false, "the shortcut can't be stored"};
+    }
+  }
+  Editor editor(desk, editorKind);
+  std::size_t runs = 0;
+  const auto run = [&](const std::string& situation, const std::vector<std::string_view>& locks,
+                       std::chrono::milliseconds held = {}) -> Outcome {
+    for (const auto& sample : samples) {
+      editor.write("text " + std::to_string(++runs));
+      editor.selectAll();
+      desk.trace().startAnew();
+      for (const auto lock : locks) {
+        session.tap({lock});
+      }
+      const std::string_view keys[] = {"Control_L", "Alt_L", sample.key};
+      std::ranges::for_each(keys, [&](auto key) { session.press(key); });
+      std::this_thread::sleep_for(held);
+      std::for_each(std::rbegin(keys), std::rend(keys), [&](auto key) { session.release(key); });
+      waitUntil([&] { return desk.trace().momentOf("paste key posted").has_value(); }, 5s);
+      for (const auto lock : locks) {
+        session.tap({lock});
+      }
+      if (const auto outcome = awaitCorrection(desk, editor, sample.answer, answerDeadline); !outcome.passed) {
+        return {false, situation + ", Control+Alt+" + sample.key + ": " + outcome.reason};
+      }
+    }
+    return {true, ""};
+  };
+  session.run({"xset", "r", "rate", "100", "50"});
+  const std::function<Outcome()> situations[] = {
+      [&] { return run("as set", {}); },
+      [&] { return run("with Caps Lock", {"Caps_Lock"}); },
+      [&] {
+        if (!desk.quillmarkEndsWell()) {
+          return failed(desk, "Quillmark did not end well");
+        }
+        desk.startQuillmark();
+        editor.focus();
+        return run("after a restart", {});
+      },
+      [&] {
+        return run("with both locks", {"Caps_Lock", "Num_Lock"});
+      },
+      [&] { return run("held", {}, 600ms); },
+  };
+  for (const auto& situation : situations) {
+    if (auto outcome = situation(); !outcome.passed) {
+      return outcome;
+    }
+  }
+  const auto requests = backend.waitForRequests(runs).size();
+  if (requests != runs) {
+    return {false, std::to_string(runs) + " shortcuts, but " + std::to_string(requests) + " requests"};
+  }
+  return {true, std::to_string(runs) + " runs of 3 shortcuts, one request for each"};
 }
 
 }  // namespace
 
-Outcome runOnce(Desk& desk, Editor& editor, int number, Latencies* latencies) {
+Outcome runOnce(Desk& desk, Editor& editor, int number, const Trigger& trigger, Latencies* latencies) {
   const auto sample = sampleText(number);
   editor.write(sample.typed);
   editor.selectAll();
   desk.trace().startAnew();
-  desk.triggerHotKey();
+  trigger(desk);
   return awaitCorrection(desk, editor, sample.corrected, answerDeadline, latencies);
 }
 
@@ -319,6 +418,7 @@ const std::vector<Case>& cases() {
       {"held-modifiers", "the hot key's modifiers are held 300 ms too long", heldModifiers},
       {"large", "a selection of 300 kB", large},
       {"trigger", "runs asked for on the command line", trigger},
+      {"shortcuts", "a command of the user's own, the default language and the default tone", shortcuts},
   };
   return all;
 }

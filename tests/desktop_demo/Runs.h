@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -12,8 +13,12 @@ struct Outcome {
   std::string reason;
 };
 
-/// Types a text, selects it, triggers the hot key and waits until the editor saves the corrected text.
-Outcome runOnce(Desk& desk, Editor& editor, int number, Latencies* latencies = nullptr);
+/// What starts a run; throws std::runtime_error when it can't.
+using Trigger = std::function<void(Desk&)>;
+
+/// Types a text, selects it, triggers and waits until the editor saves the corrected text.
+Outcome runOnce(Desk& desk, Editor& editor, int number, const Trigger& trigger = &Desk::triggerHotKey,
+                Latencies* latencies = nullptr);
 
 /// One run with a slow service, pictured before, while the answer is awaited, and after.
 Outcome takePictures(const Programs& programs, const std::string& editorKind, const std::filesystem::path& directory);

@@ -43,7 +43,7 @@ int runEditor(const Programs& programs, const std::string& editorKind, int runs,
     Editor editor(desk, editorKind);
     for (; begun < runs;) {
       ++begun;
-      const auto outcome = guarded([&] { return runOnce(desk, editor, begun, &latencies); });
+      const auto outcome = guarded([&] { return runOnce(desk, editor, begun, &Desk::triggerHotKey, &latencies); });
       passed += outcome.passed ? 1 : 0;
       print("run " + std::to_string(begun) + ": " + (outcome.passed ? "passed: " : "failed: ") + outcome.reason);
     }
