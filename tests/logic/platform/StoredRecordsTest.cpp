@@ -90,6 +90,25 @@ void expectNothingLost(const SimulatedDefaults& defaults, const std::string& key
   ASSERT_EQ(decoded<T>(stored->bytes, reader), held) << key;
 }
 
+/// The same for the models, which are stored as text and which a start adds to, so that what it read is not all it
+/// holds.
+void expectNoModelLost(const SimulatedDefaults& defaults, const std::string& text,
+                       const std::vector<ProviderModel>& held, int& understood) {
+  const auto records = decoded<ProviderModel>(text, providerModelFromJson);
+  if (!records) {
+    ASSERT_TRUE(text.empty() || defaults.get<std::string>("models.undecodable-1") == text);
+    return;
+  }
+  ++understood;
+  for (const auto& record : *records) {
+    ASSERT_TRUE(std::ranges::any_of(held, [&](const auto& model) {
+      return model.providerType == record.providerType && model.identifier == record.identifier;
+    })) << record.identifier;
+  }
+  const auto stored = decoded<ProviderModel>(*defaults.get<std::string>("models"), providerModelFromJson);
+  ASSERT_EQ(stored, held);
+}
+
 TEST(StoredLists, loseNothingOfTenThousandMutatedValues) {
   setLogSink([](std::string_view) {});
   SimulatedDefaults original;
@@ -106,14 +125,15 @@ TEST(StoredLists, loseNothingOfTenThousandMutatedValues) {
   constexpr int values = 10'000;
   int understood = 0;
   Mutator mutator(20'261'123);
-  const char* const keys[] = {"customPrompts2", "languageSettings", "toneSettings", "variablesStoreKey",
-                              "providerStore"};
+  const char* const keys[] = {"customPrompts2",    "languageSettings", "toneSettings",
+                              "variablesStoreKey", "providerStore",    "models"};
   for (int i = 0; i < values && !testing::Test::HasFatalFailure(); ++i) {
     const std::string key = keys[mutator.below(std::size(keys))];
-    const std::string bytes = mutator.mutate(original.get<Data>(key)->bytes);
+    const bool isText = key == "models";
+    const std::string bytes = mutator.mutate(isText ? *original.get<std::string>(key) : original.get<Data>(key)->bytes);
     SimulatedDefaults defaults;
     defaults.values = original.values;
-    defaults.values[key] = Data{bytes};
+    defaults.values[key] = isText ? DefaultsValue(bytes) : DefaultsValue(Data{bytes});
 
     StoreSet stores(defaults);
     stores.variables.save();
@@ -128,6 +148,8 @@ TEST(StoredLists, loseNothingOfTenThousandMutatedValues) {
       check(stores.tones.items(), configurableItemFromJson);
     } else if (key == "variablesStoreKey") {
       check(stores.variables.variables.get(), variableFromJson);
+    } else if (isText) {
+      expectNoModelLost(defaults, bytes, stores.models.models.get(), understood);
     } else {
       check(stores.providers.configs.get(), providerConfigFromJson);
     }
