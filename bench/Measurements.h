@@ -17,9 +17,12 @@ struct BuildTree {
 /// whole of it.
 void measureRuns(const BuildTree& tree, int runs, Figures& figures);
 
-/// Starts the desktop program again and again with a store of 200 commands, then looks at it while nothing happens:
-/// its memory and how often it wakes.
+/// Starts the desktop program again and again, with a large store and with an ordinary one, then looks at it while
+/// nothing happens: its memory and how often it wakes.
 void measureStartAndRest(const BuildTree& tree, int runs, Figures& figures);
+
+/// Loads, saves and expands a large store of commands, languages and tones in this process.
+void measureStores(int runs, Figures& figures);
 
 /// Starts the command-line program again and again, until its request arrives.
 void measureCommandLine(const BuildTree& tree, int runs, Figures& figures);

@@ -4,30 +4,13 @@
 
 #include "base/Log.h"
 #include "bench/Measurements.h"
-#include "commands/CustomPromptStore.h"
-#include "platform/posix/SqliteUserDefaults.h"
+#include "bench/Stores.h"
 #include "support/Desk.h"
 
 namespace quillmark::bench {
 namespace {
 
 using namespace std::chrono_literals;
-
-constexpr std::size_t commandCount = 200;
-
-void fillStore(const std::filesystem::path& data) {
-  SqliteUserDefaults defaults(data / "defaults.sqlite");
-  CustomPromptStore store(defaults);
-  store.load();
-  auto list = store.prompts.get();
-  while (list.size() < commandCount) {
-    std::string name = "My command ";
-    name += std::to_string(list.size());
-    list.push_back(Command::make(name, std::nullopt, "Rewrite the following text as " + name + ": {{text}}",
-                                 std::nullopt, CommandCategory::customAction));
-  }
-  store.save(std::move(list), std::nullopt);
-}
 
 /// The number behind a label of a file in /proc.
 long numberIn(const std::filesystem::path& file, std::string_view label) {
@@ -49,14 +32,9 @@ long wakeUps(pid_t process) {
   return sum;
 }
 
-}  // namespace
-
-void measureStartAndRest(const BuildTree& tree, int runs, Figures& figures) {
-  setLogSink([](std::string_view) {});
-  Desk desk(tree.desktop(), 1);  // nobody listens there, and nobody is asked
+void measureStarts(Desk& desk, const StoreSize& size, int runs, Figures& figures) {
   desk.endQuillmark();
-  fillStore(desk.data());
-
+  fillStore(desk.data(), size);
   std::vector<double> starts;
   std::vector<double> mains;
   for (int run = 0; run <= runs; ++run) {
@@ -71,12 +49,22 @@ void measureStartAndRest(const BuildTree& tree, int runs, Figures& figures) {
       starts.push_back(millisecondsBetween(before, *ready));
       mains.push_back(millisecondsBetween(*started, *ready));
     }
-    if (run < runs) {
-      desk.endQuillmark();
-    }
+    desk.endQuillmark();
   }
-  figures.add({"start -> ready, with 200 commands", "ms", starts, 150});
+  figures.add({"start -> ready, with " + std::to_string(size.commands) + " commands", "ms", starts, 150});
   figures.add({"main() -> ready", "ms", mains, std::nullopt});
+}
+
+}  // namespace
+
+void measureStartAndRest(const BuildTree& tree, int runs, Figures& figures) {
+  setLogSink([](std::string_view) {});
+  Desk desk(tree.desktop(), 1);  // nobody listens there, and nobody is asked
+  measureStarts(desk, largeStore, runs, figures);
+  std::filesystem::remove_all(desk.data());
+  prepareData(desk.data());
+  measureStarts(desk, ordinaryStore, runs, figures);
+  desk.startQuillmark();
 
   std::this_thread::sleep_for(5s);
   const std::filesystem::path status = "/proc/" + std::to_string(desk.quillmarkPid()) + "/status";
