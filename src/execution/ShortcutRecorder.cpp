@@ -49,14 +49,14 @@ ShortcutRecorder::ShortcutRecorder(Collaborators collaborators, std::string name
 }
 
 std::string ShortcutRecorder::describe(const KeyCombination& combination, const HotKeys& hotKeys) {
-  const std::pair<int, const char*> modifiers[] = {{KeyCombination::control, "Ctrl+"},
-                                                   {KeyCombination::option, "Alt+"},
-                                                   {KeyCombination::shift, "Shift+"},
-                                                   {KeyCombination::command, "Super+"}};
+  const std::pair<int, const char*> modifiers[] = {{KeyCombination::control, trLater("Ctrl")},
+                                                   {KeyCombination::option, trLater("Alt")},
+                                                   {KeyCombination::shift, trLater("Shift")},
+                                                   {KeyCombination::command, trLater("Super")}};
   std::string text;
   for (const auto& [flag, label] : modifiers) {
     if ((combination.carbonModifiers & flag) != 0) {
-      text += label;
+      text += tr(label) + "+";
     }
   }
   return text + hotKeys.keyLabel(combination.carbonKeyCode);

@@ -46,7 +46,7 @@ class ShortcutRecorder {
   /// refused with an alert; recording is over then. Waits on after a key that has no position on such a keyboard.
   void keyPressed(std::uint32_t nativeScanCode, int carbonModifiers);
 
-  /// "Ctrl+Alt+G", by what the keys of the present keyboard are.
+  /// "Ctrl+Alt+G", by what is on the keys of the present keyboard; the modifiers in the interface language.
   static std::string describe(const KeyCombination& combination, const HotKeys& hotKeys);
 
  private:

@@ -76,9 +76,12 @@ std::string QuillmarkApp::titleOfShortcut(const std::string& name) const {
 }
 
 std::optional<std::string> QuillmarkApp::menuItemUsing(const KeyCombination& combination) const {
+  if (combination.carbonModifiers != KeyCombination::control) {
+    return std::nullopt;  // those of the menu have Control and nothing else
+  }
   const auto items = menuBar_.items();
-  const auto item =
-      std::ranges::find(items, ShortcutRecorder::describe(combination, platform_.hotKeys), &MenuItem::shortcut);
+  const std::string shortcut = "Ctrl+" + platform_.hotKeys.keyLabel(combination.carbonKeyCode);
+  const auto item = std::ranges::find(items, shortcut, &MenuItem::shortcut);
   return item == items.end() ? std::nullopt : std::optional(item->title);
 }
 
