@@ -90,19 +90,19 @@ void ShortcutRecorder::clear() {
 }
 
 void ShortcutRecorder::keyPressed(std::uint32_t nativeScanCode, int carbonModifiers) {
-  const auto carbonKeyCode = collaborators_.hotKeys.keyCodeOf(nativeScanCode);
-  if (!isRecording() || !carbonKeyCode) {
+  const auto position = collaborators_.hotKeys.keyCodeOf(nativeScanCode);
+  if (!isRecording() || !position) {
     return;
   }
-  if (carbonModifiers == 0 && carbonKeyCode == escape) {
+  const KeyCombination combination{*position, carbonModifiers};
+  if (combination == KeyCombination{escape, 0}) {
     end();
     return;
   }
-  if (carbonModifiers == 0 && (carbonKeyCode == backspace || carbonKeyCode == forwardDelete)) {
+  if (combination == KeyCombination{backspace, 0} || combination == KeyCombination{forwardDelete, 0}) {
     clear();
     return;
   }
-  const KeyCombination combination{*carbonKeyCode, carbonModifiers};
   const auto refusal = refusalOf(combination);
   if (!refusal) {
     collaborators_.shortcuts.setShortcut(name_, combination);

@@ -101,7 +101,7 @@ Expected<void, std::string> AutostartLoginItem::registerItem() {
   entry += "\nType=Application\nName=Quillmark\nIcon=org.quillmark.Quillmark\nExec=";
   entry += desktopEntryExec(program_);
   entry += "\nTerminal=false\nStartupNotify=false\nX-GNOME-Autostart-enabled=true\n";
-  const auto written = write(beside, entry);
+  auto written = write(beside, entry);
   if (!written) {
     return written;
   }

@@ -68,8 +68,8 @@ const Bundle& bundle() {
 }
 
 std::string useInterfaceLanguage(UserDefaults& defaults, const Bundle& bundle) {
-  const std::string code = effectiveLanguageCode(
-      InterfaceLanguage(defaults).get(), preferredLocalizations(bundle.localizations, languagesOfEnvironment()));
+  std::string code = effectiveLanguageCode(InterfaceLanguage(defaults).get(),
+                                           preferredLocalizations(bundle.localizations, languagesOfEnvironment()));
   // A program that has not asked for the user's locale speaks English anyway.
   if (code != "en" || std::setlocale(LC_MESSAGES, nullptr) != std::string_view("C")) {
     localization::useLanguage(code, catalogueDirectory());
