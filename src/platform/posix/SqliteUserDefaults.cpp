@@ -9,6 +9,7 @@
 
 #include <fcntl.h>
 #include <sqlite3.h>
+#include <sys/file.h>
 #include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -41,6 +42,31 @@ void createDirectories(const std::string& file) {
     mkdir(file.substr(0, slash).c_str(), 0700);  // what still fails shows when the file is opened
   }
 }
+
+/// Lets one process at a time look at the file, make it or set it aside: SQLite's own locks begin behind that, and its
+/// change to a write-ahead log does not wait for others. Goes on without the lock where there is none to be had.
+class OpeningLock {
+ public:
+  explicit OpeningLock(const std::string& file)
+      : directory_(
+            ::open(file.substr(0, file.rfind('/') + 1).append(".").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+    constexpr int pause = 5;
+    for (int waited = 0; directory_ >= 0 && flock(directory_, LOCK_EX | LOCK_NB) != 0 && waited < busyMilliseconds;
+         waited += pause) {
+      sqlite3_sleep(pause);
+    }
+  }
+  OpeningLock(const OpeningLock&) = delete;
+  OpeningLock& operator=(const OpeningLock&) = delete;
+  ~OpeningLock() {
+    if (directory_ >= 0) {
+      ::close(directory_);
+    }
+  }
+
+ private:
+  int directory_;
+};
 
 std::string timeStamp() {
   const std::time_t now = std::time(nullptr);
@@ -126,6 +152,8 @@ void SqliteUserDefaults::CloseDatabase::operator()(sqlite3* database) const { sq
 void SqliteUserDefaults::FinalizeStatement::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 
 SqliteUserDefaults::SqliteUserDefaults(std::string file) : file_(std::move(file)) {
+  createDirectories(file_);
+  const OpeningLock lock(file_);
   Condition condition = open();
   if (condition == Condition::damaged && moveAside()) {
     log("The settings were damaged. They were set aside as " + *setAside_);
@@ -158,7 +186,6 @@ SqliteUserDefaults::Condition SqliteUserDefaults::open() {
 }
 
 SqliteUserDefaults::Condition SqliteUserDefaults::prepareFile() {
-  createDirectories(file_);
   // SQLite drops a log that has lost its database, and with it what the user made last.
   if (sizeOf(file_).value_or(0) == 0 && sizeOf(file_ + "-wal").value_or(0) > 0) {
     return Condition::damaged;
