@@ -81,6 +81,16 @@ const Json* JsonObject::find(const char* key) const {
   return found == value_.end() || found->is_null() ? nullptr : &*found;
 }
 
+const Json& JsonObject::present(const char* key) const {
+  const Json* field = find(key);
+  if (field == nullptr) {
+    throw DecodingError(pathOf(key), "is missing");
+  }
+  return *field;
+}
+
+JsonObject JsonObject::requiredObject(const char* key) const { return JsonObject(present(key), pathOf(key)); }
+
 std::string JsonObject::pathOf(const char* key) const { return path_.empty() ? key : path_ + "." + key; }
 
 }  // namespace quillmark

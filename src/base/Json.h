@@ -58,11 +58,7 @@ class JsonObject {
 
   template <class T>
   T required(const char* key) const {
-    const Json* field = find(key);
-    if (field == nullptr) {
-      throw DecodingError(pathOf(key), "is missing");
-    }
-    return decode<T>(*field, pathOf(key));
+    return decode<T>(present(key), pathOf(key));
   }
 
   template <class T>
@@ -77,12 +73,21 @@ class JsonObject {
     return field == nullptr ? std::move(fallback) : decode<T>(*field, pathOf(key));
   }
 
+  /// The reader of a field that must be an object. It refers to this one's value.
+  JsonObject requiredObject(const char* key) const;
+  /// A field that must be an array, read by one reader for all elements.
+  template <class T>
+  std::vector<T> requiredArray(const char* key, const std::function<T(const Json&, const std::string&)>& element) const;
+
   /// The field as it came, or nullptr when it is missing or null.
   const Json* find(const char* key) const;
   std::string pathOf(const char* key) const;
   const std::string& path() const { return path_; }
 
  private:
+  /// Throws when the field is missing or null.
+  const Json& present(const char* key) const;
+
   template <class T>
   static T decode(const Json& field, const std::string& path) {
     if constexpr (std::is_enum_v<T>) {
@@ -114,6 +119,12 @@ std::vector<T> decodeArray(const Json& value, const std::function<T(const Json&,
     result.push_back(element(value[i], path + "[" + std::to_string(i) + "]"));
   }
   return result;
+}
+
+template <class T>
+std::vector<T> JsonObject::requiredArray(const char* key,
+                                         const std::function<T(const Json&, const std::string&)>& element) const {
+  return decodeArray<T>(present(key), element, pathOf(key));
 }
 
 }  // namespace quillmark

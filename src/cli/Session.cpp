@@ -9,9 +9,9 @@ namespace quillmark::cli {
 
 void complain(const std::string& message) { std::fprintf(stderr, "quillmark: %s\n", message.c_str()); }
 
-void StandardErrorAlerts::present(const Alert& alert, std::function<void()> closed) {
+void StandardErrorAlerts::present(const Alert& alert, Closed closed) {
   complain(alert.title + (alert.message.empty() ? "" : ": " + alert.message));
-  closed();
+  closed(alert.buttons.size() - 1);
 }
 
 Session::Session(HttpSession& http, const std::string& dataDirectory)
@@ -20,7 +20,7 @@ Session::Session(HttpSession& http, const std::string& dataDirectory)
       alertHandler(queue, alerts),
       appConfig(defaults, AppConfig::localPortOfEnvironment()),
       transport(http, queue, bundle(), operatingSystem(), locale),
-      providerFactory({transport, queue, alertHandler, defaults, appConfig}),
+      providerFactory({transport, http, queue, alertHandler, defaults, appConfig}),
       promptStore(defaults),
       variablesStore(defaults, locale),
       providerStore(defaults) {

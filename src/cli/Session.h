@@ -17,7 +17,7 @@ namespace quillmark::cli {
 /// Alerts as lines on standard error.
 class StandardErrorAlerts : public Alerts {
  public:
-  void present(const Alert& alert, std::function<void()> closed) override;
+  void present(const Alert& alert, Closed closed) override;
 };
 
 /// Writes "quillmark: <message>" to standard error.

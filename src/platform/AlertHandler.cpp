@@ -18,10 +18,18 @@ AlertKind AlertKind::notice(std::string title, std::string message) {
   return {AlertStyle::informational, std::move(title), std::move(message)};
 }
 
-void AlertHandler::show(AlertKind kind) {
-  queue_.async([this, kind = std::move(kind)] {
+void AlertHandler::show(AlertKind kind, Alerts::Closed closed) {
+  if (kind.buttons.empty()) {
+    kind.buttons = {tr("Close")};
+  }
+  queue_.async([this, alert = Alert{kind.style, kind.title, kind.message, kind.buttons}, closed = std::move(closed)] {
     const auto hold = std::make_shared<MainQueue::Hold>(queue_);
-    alerts_.present({kind.style, kind.title, kind.message, tr("Close")}, [held = hold]() mutable { held.reset(); });
+    alerts_.present(alert, [held = hold, closed](std::size_t button) mutable {
+      if (closed) {
+        closed(button);
+      }
+      held.reset();
+    });
   });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "platform/Alerts.h"
 #include "platform/MainQueue.h"
@@ -18,6 +19,7 @@ struct AlertKind {
   AlertStyle style;
   std::string title;
   std::string message;
+  std::vector<std::string> buttons = {};  ///< none: "Close"
 };
 
 /// The one way of showing an ordinary alert. An alert takes a place in the main queue: it shows when the blocks before
@@ -26,8 +28,8 @@ class AlertHandler {
  public:
   AlertHandler(MainQueue& queue, Alerts& alerts) : queue_(queue), alerts_(alerts) {}
 
-  /// Returns at once. Any thread.
-  void show(AlertKind kind);
+  /// Returns at once; `closed` runs on the main thread when the user has closed the alert. Any thread.
+  void show(AlertKind kind, Alerts::Closed closed = {});
 
  private:
   MainQueue& queue_;

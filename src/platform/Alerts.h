@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace quillmark {
 
@@ -10,8 +12,8 @@ enum class AlertStyle { warning, informational };
 struct Alert {
   AlertStyle style = AlertStyle::warning;
   std::string title;
-  std::string message;  ///< may be empty
-  std::string button;   ///< label of the one button
+  std::string message;               ///< may be empty
+  std::vector<std::string> buttons;  ///< labels; the first is the default one, the last the one that Escape means
   friend bool operator==(const Alert&, const Alert&) = default;
 };
 
@@ -23,8 +25,11 @@ class Alerts {
   Alerts& operator=(const Alerts&) = delete;
   virtual ~Alerts() = default;
 
+  /// Gets the number of the button that closed an alert.
+  using Closed = std::function<void(std::size_t button)>;
+
   /// Brings this application to the front and shows the alert; `closed` runs once the user has closed it.
-  virtual void present(const Alert& alert, std::function<void()> closed) = 0;
+  virtual void present(const Alert& alert, Closed closed) = 0;
 };
 
 }  // namespace quillmark

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
@@ -18,6 +19,7 @@ struct HttpRequest {
   std::string url;
   std::vector<HttpHeader> headers;  ///< sent in this order, and nothing the session adds replaces one
   std::optional<std::string> body;
+  std::chrono::seconds patience{60};  ///< how long it may go without a byte in either direction before it fails
 };
 
 struct HttpResponseHead {
@@ -33,13 +35,13 @@ struct HttpFailure {
 /// Called on the session's own thread, in this order, for one request: the head once, the bytes of the body as they
 /// arrive (content codings undone), the end once. A failed request may skip the first two.
 struct HttpHandlers {
-  std::function<void(const HttpResponseHead&)> onHead;
+  /// False drops the transfer: the end follows, without a failure.
+  std::function<bool(const HttpResponseHead&)> onHead;
   std::function<void(std::string)> onBytes;
   std::function<void(std::optional<HttpFailure>)> onComplete;
 };
 
-/// Sends requests. Redirects are followed, TLS certificates are always verified, and 60 seconds without any data
-/// fail a request. Nothing is retried, and no request is cancelled by a user of this interface.
+/// Sends requests. Redirects are followed, and TLS certificates are always verified. Nothing is retried.
 class HttpSession {
  public:
   HttpSession() = default;

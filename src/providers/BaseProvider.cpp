@@ -4,9 +4,6 @@
 
 namespace quillmark {
 
-BaseProvider::BaseProvider(const ProviderConfig& config, const ProviderEnvironment& environment)
-    : CompatibleChatProvider(config, config.providerType, environment) {}
-
 ChatDialect BaseProvider::dialect() const {
   ChatDialect dialect;
   dialect.chatUrl = baseURL() + "/chat/completions";

@@ -7,9 +7,13 @@ namespace quillmark {
 /// Any backend that speaks the chat completions dialect under its base URL. The URL is used as it stands.
 class BaseProvider : public CompatibleChatProvider {
  public:
-  BaseProvider(const ProviderConfig& config, const ProviderEnvironment& environment);
+  BaseProvider(const ProviderConfig& config, const ProviderEnvironment& environment)
+      : BaseProvider(config, config.providerType, environment) {}
 
  protected:
+  BaseProvider(const ProviderConfig& config, ProviderType type, const ProviderEnvironment& environment)
+      : CompatibleChatProvider(config, type, environment) {}
+
   ChatDialect dialect() const override;
 };
 

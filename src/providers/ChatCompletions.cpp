@@ -1,5 +1,7 @@
 #include "providers/ChatCompletions.h"
 
+#include "base/Text.h"
+
 namespace quillmark {
 namespace {
 
@@ -8,13 +10,9 @@ GenericChatResult::Choice choiceFromJson(const Json& json, const std::string& pa
   GenericChatResult::Choice choice;
   choice.index = object.required<std::int64_t>("index");
   choice.finishReason = object.optional<std::string>("finish_reason");
-  const Json* message = object.find("message");
-  if (message == nullptr) {
-    throw DecodingError(object.pathOf("message"), "is missing");
-  }
-  const JsonObject fields(*message, object.pathOf("message"));
-  choice.message = {fields.required<std::string>("role"), fields.optional<std::string>("content"),
-                    fields.optional<std::string>("refusal"), fields.optional<std::string>("reasoning")};
+  const JsonObject message = object.requiredObject("message");
+  choice.message = {message.required<std::string>("role"), message.optional<std::string>("content"),
+                    message.optional<std::string>("refusal"), message.optional<std::string>("reasoning")};
   return choice;
 }
 
@@ -49,6 +47,10 @@ Json chatQuery(const std::string& text, const std::string& systemPrompt, const s
   return {{"messages", std::move(messages)}, {"model", model}, {"stream", stream}};
 }
 
+std::string withoutBraces(std::string answer) {
+  return text::replacingAll(text::replacingAll(std::move(answer), "{{", ""), "}}", "");
+}
+
 GenericChatResult genericChatResultFromJson(const Json& json) {
   const JsonObject object(json);
   GenericChatResult result;
@@ -57,16 +59,28 @@ GenericChatResult genericChatResultFromJson(const Json& json) {
   result.model = object.required<std::string>("model");
   result.object = object.required<std::string>("object");
   result.created = object.required<double>("created");
-  const Json* choices = object.find("choices");
-  if (choices == nullptr) {
-    throw DecodingError("choices", "is missing");
-  }
-  result.choices = decodeArray<GenericChatResult::Choice>(*choices, choiceFromJson, "choices");
+  result.choices = object.requiredArray<GenericChatResult::Choice>("choices", choiceFromJson);
   if (const Json* usage = object.find("usage")) {
     result.usage = usageFromJson(*usage);
   }
   result.systemFingerprint = object.optional<std::string>("system_fingerprint");
   result.nativeFinishReason = object.optional<std::string>("native_finish_reason");
+  return result;
+}
+
+GenericChatResult googleChatResultFromJson(const Json& json) {
+  const JsonObject object(json);
+  GenericChatResult result;
+  result.id = object.optional<std::string>("id");
+  result.object = object.required<std::string>("object");
+  result.created = object.required<double>("created");
+  result.model = object.required<std::string>("model");
+  result.choices = object.requiredArray<GenericChatResult::Choice>("choices", choiceFromJson);
+  if (object.find("usage") != nullptr) {
+    const JsonObject usage = object.requiredObject("usage");
+    result.usage = {usage.optional<std::int64_t>("prompt_tokens"), usage.optional<std::int64_t>("completion_tokens"),
+                    usage.optional<std::int64_t>("total_tokens")};
+  }
   return result;
 }
 
@@ -111,16 +125,12 @@ ProviderModel GenericModelData::toModel(ProviderType providerType) const {
   return model;
 }
 
-std::vector<GenericModelData> modelDataFromJson(const Json& json, const std::string& path) {
-  return decodeArray<GenericModelData>(json, modelFromJson, path);
+std::vector<GenericModelData> modelDataFromJson(const Json& json) {
+  return decodeArray<GenericModelData>(json, modelFromJson);
 }
 
 std::vector<GenericModelData> genericModelResponseFromJson(const Json& json) {
-  const Json* data = JsonObject(json).find("data");
-  if (data == nullptr) {
-    throw DecodingError("data", "is missing");
-  }
-  return modelDataFromJson(*data, "data");
+  return JsonObject(json).requiredArray<GenericModelData>("data", modelFromJson);
 }
 
 }  // namespace quillmark

@@ -14,6 +14,9 @@ namespace quillmark {
 /// The body of a chat request: the system message only when there is a prompt, then the user message.
 Json chatQuery(const std::string& text, const std::string& systemPrompt, const std::string& model, bool stream);
 
+/// Models wrap an answer in the double braces of their prompt now and then.
+std::string withoutBraces(std::string answer);
+
 /// The response of a chat request.
 struct GenericChatResult {
   struct Message {
@@ -47,6 +50,8 @@ struct GenericChatResult {
 };
 
 GenericChatResult genericChatResultFromJson(const Json& json);
+/// The same from Google, whose record knows fewer keys; the others don't matter there, whatever they hold.
+GenericChatResult googleChatResultFromJson(const Json& json);
 /// One line for the log.
 std::string describe(const GenericChatResult& result);
 
@@ -64,7 +69,7 @@ struct GenericModelData {
 };
 
 /// A bare array of entries.
-std::vector<GenericModelData> modelDataFromJson(const Json& json, const std::string& path = {});
+std::vector<GenericModelData> modelDataFromJson(const Json& json);
 /// The usual listing: an object with the array under `data`.
 std::vector<GenericModelData> genericModelResponseFromJson(const Json& json);
 

@@ -1,26 +1,15 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "platform/AlertHandler.h"
 #include "providers/AIProvider.h"
-#include "providers/AppConfig.h"
 #include "providers/ChatCompletions.h"
-#include "providers/HttpTransport.h"
+#include "providers/ModelListing.h"
+#include "providers/ProviderEnvironment.h"
 
 namespace quillmark {
-
-/// What every provider object works with.
-struct ProviderEnvironment {
-  HttpTransport& transport;
-  MainQueue& queue;
-  AlertHandler& alerts;
-  UserDefaults& defaults;
-  AppConfig& appConfig;
-};
 
 /// How one backend speaks the chat completions dialect; the rest is shared.
 struct ChatDialect {
@@ -34,8 +23,14 @@ struct ChatDialect {
   Stream stream = Stream::serverSentEvents;
   std::string streamEndLine;  ///< logged when a stream ends by its connection
   std::function<AlertKind(std::string)> alert;
-  std::function<std::vector<GenericModelData>(const Json&)> decodeModels = genericModelResponseFromJson;
-  bool logsModelCount = true;
+  /// What a request calls a model.
+  std::function<std::string(std::string)> modelName = [](std::string model) { return model; };
+  struct ChatRecord {
+    const char* name;
+    GenericChatResult (*decode)(const Json&);
+  };
+  ChatRecord chatRecord{"GenericChatResult", genericChatResultFromJson};
+  ModelListing listing;
 };
 
 /// A backend of the chat completions dialect: single answers, streamed answers and the model listing.
@@ -58,6 +53,8 @@ class CompatibleChatProvider : public AIProvider {
 
  private:
   TransportRequest request(const ChatDialect& dialect, std::string method, std::string url) const;
+  TransportRequest chatRequest(const ChatDialect& dialect, const std::string& text, const std::string& systemPrompt,
+                               const std::optional<std::string>& model, bool stream) const;
 
   ProviderEnvironment environment_;
 };

@@ -6,6 +6,7 @@
 
 #include "base/Text.h"
 #include "base/Trace.h"
+#include "platform/HttpResponse.h"
 
 namespace quillmark {
 namespace {
@@ -148,17 +149,10 @@ void HttpTransport::sendForBody(TransportRequest request, const std::string& typ
     return;
   }
   HttpRequest prepared = prepare(std::move(request));
-  struct Response {
-    HttpResponseHead head;
-    std::string body;
-  };
-  const auto response = std::make_shared<Response>();
-  auto accept = headerValue(prepared.headers, "accept");
-
-  auto finish = [response, typeName, accept = std::move(accept)](
-                    const std::optional<HttpFailure>& failure) -> Expected<std::string, TransportError> {
-    if (failure) {
-      return unexpected(TransportError::sessionFailed(failure->description));
+  auto judge = [typeName, accept = headerValue(prepared.headers, "accept")](
+                   Expected<HttpResponse, HttpFailure> response) -> Expected<std::string, TransportError> {
+    if (!response) {
+      return unexpected(TransportError::sessionFailed(response.error().description));
     }
     if (auto refused = validate(response->head, response->body.empty(), accept)) {
       return unexpected(std::move(*refused));
@@ -169,16 +163,12 @@ void HttpTransport::sendForBody(TransportRequest request, const std::string& typ
     }
     return std::move(response->body);
   };
-
-  HttpHandlers handlers;
-  handlers.onHead = [response](const HttpResponseHead& head) { response->head = head; };
-  handlers.onBytes = [response](std::string bytes) { response->body += bytes; };
-  handlers.onComplete = [&queue = queue_, finish,
-                         handler = std::move(handler)](const std::optional<HttpFailure>& failure) {
-    trace::mark("answer received");
-    queue.async(handler(finish(failure)));
-  };
-  session_.start(std::move(prepared), std::move(handlers));
+  fetch(session_, std::move(prepared),
+        [&queue = queue_, judge = std::move(judge),
+         handler = std::move(handler)](Expected<HttpResponse, HttpFailure> response) {
+          trace::mark("answer received");
+          queue.async(handler(judge(std::move(response))));
+        });
 }
 
 void HttpTransport::stream(TransportRequest request, std::function<void(std::string)> onChunk,
@@ -196,7 +186,10 @@ void HttpTransport::stream(TransportRequest request, std::function<void(std::str
   const auto sharedOnChunk = std::make_shared<const std::function<void(std::string)>>(std::move(onChunk));
 
   HttpHandlers handlers;
-  handlers.onHead = [head](const HttpResponseHead& received) { *head = received; };
+  handlers.onHead = [head](const HttpResponseHead& received) {
+    *head = received;
+    return true;
+  };
   handlers.onBytes = [&queue = queue_, sharedOnChunk, anyBytes](const std::string& bytes) {
     *anyBytes = true;
     queue.async([sharedOnChunk, chunk = text::decodeUtf8(bytes)] { (*sharedOnChunk)(chunk); });

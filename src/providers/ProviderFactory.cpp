@@ -1,40 +1,14 @@
 #include "providers/ProviderFactory.h"
 
-#include "base/Localization.h"
+#include <stdexcept>
+
+#include "providers/AnthropicProvider.h"
 #include "providers/BaseProvider.h"
+#include "providers/OpenAIProvider.h"
 #include "providers/QuillmarkProvider.h"
+#include "providers/VendorProviders.h"
 
 namespace quillmark {
-namespace {
-
-/// Stands in for the kinds of backend that this version can't talk to yet, and says so.
-class UnsupportedProvider : public AIProvider {
- public:
-  UnsupportedProvider(const ProviderConfig& config, const ProviderEnvironment& environment)
-      : AIProvider(config, config.providerType), environment_(environment) {}
-
-  void chat(const std::string& /*text*/, const std::string& /*systemPrompt*/,
-            const std::optional<std::string>& /*model*/, ChatCompletion completion) override {
-    environment_.alerts.show(AlertKind::issue(
-        name(), tr("This version of Quillmark can't talk to this kind of provider yet. Please select another one.")));
-    environment_.queue.async([completion = std::move(completion)] { completion(std::nullopt); });
-  }
-
-  void streamChat(const std::string& text, const std::string& systemPrompt, const std::optional<std::string>& model,
-                  std::function<void(const std::string&)> /*onChunk*/, ChatCompletion onComplete) override {
-    chat(text, systemPrompt, model, std::move(onComplete));
-  }
-
-  void listModels(std::function<void(std::optional<std::vector<ProviderModel>>)> completion) override {
-    completion(std::nullopt);
-  }
-
- private:
-  ProviderEnvironment environment_;
-};
-
-}  // namespace
-
 std::unique_ptr<AIProvider> ProviderFactory::makeProvider(const ProviderConfig& config) const {
   switch (config.providerType) {
     case ProviderType::quillMark:
@@ -46,16 +20,23 @@ std::unique_ptr<AIProvider> ProviderFactory::makeProvider(const ProviderConfig& 
     case ProviderType::perplexity:
       return std::make_unique<BaseProvider>(config, environment_);
     case ProviderType::openAI:
+      return std::make_unique<OpenAIProvider>(config, environment_);
     case ProviderType::anthropic:
+      return std::make_unique<AnthropicProvider>(config, environment_);
     case ProviderType::groq:
+      return std::make_unique<GroqProvider>(config, environment_);
     case ProviderType::ollama:
+      return std::make_unique<OllamaProvider>(config, environment_);
     case ProviderType::openRouter:
+      return std::make_unique<OpenRouterProvider>(config, environment_);
     case ProviderType::togetherAI:
+      return std::make_unique<TogetherAIProvider>(config, environment_);
     case ProviderType::googleAI:
+      return std::make_unique<GoogleAIProvider>(config, environment_);
     case ProviderType::azureOpenAI:
-      break;
+      return std::make_unique<AzureProvider>(config, environment_);
   }
-  return std::make_unique<UnsupportedProvider>(config, environment_);
+  throw std::logic_error("no such type of provider");
 }
 
 }  // namespace quillmark

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "providers/AIProvider.h"
-#include "providers/CompatibleChatProvider.h"
+#include "providers/ProviderEnvironment.h"
 
 namespace quillmark {
 

@@ -13,7 +13,8 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
       alertHandler_(platform_.mainQueue, platform_.alerts),
       appConfig_(platform_.defaults, options.localServicePort),
       transport_(platform_.http, platform_.mainQueue, platform_.bundle, platform_.operatingSystem, platform_.locale),
-      providerFactory_({transport_, platform_.mainQueue, alertHandler_, platform_.defaults, appConfig_}),
+      providerFactory_(
+          {transport_, platform_.http, platform_.mainQueue, alertHandler_, platform_.defaults, appConfig_}),
       capture_(platform_.mainQueue, platform_.pasteboard, platform_.keyInjector),
       loadingPanel_(loadingWindow == nullptr
                         ? nullptr

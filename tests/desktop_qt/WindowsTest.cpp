@@ -32,7 +32,7 @@ void press(QWidget& widget, Qt::Key key) {
 
 struct PresentedAlert : testing::Test {
   QDialog* present(const std::string& message) {
-    alerts.present({AlertStyle::warning, "OpenAI Issue", message, "Close"}, [this] { ++closed; });
+    alerts.present({AlertStyle::warning, "OpenAI Issue", message, {"Close"}}, [this](std::size_t) { ++closed; });
     return standingAlert();
   }
   QtAlerts alerts;
@@ -78,7 +78,7 @@ TEST_F(PresentedAlert, staysOnTheScreenWhateverTheLengthOfItsMessage) {
 }
 
 TEST_F(PresentedAlert, mayPresentTheNextOneWhenItCloses) {
-  alerts.present({AlertStyle::informational, "First", "", "Close"}, [this] { present("second"); });
+  alerts.present({AlertStyle::informational, "First", "", {"Close"}}, [this](std::size_t) { present("second"); });
   standingAlert()->close();
   ASSERT_NE(standingAlert(), nullptr);
   EXPECT_EQ(standingAlert()->accessibleName(), "OpenAI Issue");

@@ -127,30 +127,46 @@ class QtAlerts::Window : public QDialog {
     body->addWidget(icon, 0, Qt::AlignTop);
     body->addLayout(text);
 
-    auto* const button = new QPushButton(QString::fromStdString(alert.button));
-    button->setDefault(true);
-    button->setMinimumSize(88, 30);
-    QObject::connect(button, &QPushButton::clicked, this, &QDialog::accept);
+    // In the order of importance from the right, where the pointer ends.
+    auto* const buttons = new QHBoxLayout;
+    buttons->setSpacing(8);
+    buttons->addStretch();
+    for (std::size_t i = alert.buttons.size(); i-- > 0;) {
+      auto* const button = new QPushButton(QString::fromStdString(alert.buttons[i]));
+      button->setDefault(i == 0);
+      button->setMinimumSize(88, 30);
+      QObject::connect(button, &QPushButton::clicked, this, [this, i] { done(static_cast<int>(i)); });
+      buttons->addWidget(button);
+      if (i == 0) {
+        button->setFocus();
+      }
+    }
+    last_ = static_cast<int>(alert.buttons.size()) - 1;
 
     auto* const all = new QVBoxLayout(this);
     all->setContentsMargins(20, 20, 20, 16);
     all->setSpacing(20);
     all->setSizeConstraint(QLayout::SetFixedSize);
     all->addLayout(body);
-    all->addWidget(button, 0, Qt::AlignRight);
+    all->addLayout(buttons);
 
-    button->setFocus();
     adjustSize();
     move(area.center() - rect().center());
   }
+
+  /// Escape and the window's own button.
+  void reject() override { done(last_); }
+
+ private:
+  int last_ = 0;
 };
 
 QtAlerts::QtAlerts() = default;
 QtAlerts::~QtAlerts() = default;
 
-void QtAlerts::present(const Alert& alert, std::function<void()> closed) {
+void QtAlerts::present(const Alert& alert, Closed closed) {
   Window* const window = windows_.insert(std::make_unique<Window>(alert)).first->get();
-  QObject::connect(window, &QDialog::finished, window, [this, window, closed = std::move(closed)] {
+  QObject::connect(window, &QDialog::finished, window, [this, window, closed = std::move(closed)](int button) {
     const auto found =
         std::find_if(windows_.begin(), windows_.end(), [&](const auto& one) { return one.get() == window; });
     if (found == windows_.end()) {
@@ -158,7 +174,7 @@ void QtAlerts::present(const Alert& alert, std::function<void()> closed) {
     }
     windows_.extract(found).value().release()->deleteLater();
     if (const auto call = closed) {  // a copy: the call may end this object, and the window with it
-      call();
+      call(static_cast<std::size_t>(button));
     }
   });
   window->show();

@@ -14,7 +14,7 @@ class QtAlerts : public Alerts {
   /// Takes down what still stands, without calling back.
   ~QtAlerts() override;
 
-  void present(const Alert& alert, std::function<void()> closed) override;
+  void present(const Alert& alert, Closed closed) override;
 
  private:
   class Window;

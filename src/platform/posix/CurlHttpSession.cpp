@@ -145,8 +145,11 @@ class CurlHttpSession::Transfer {
                      url == nullptr ? request_.url : url)};
   }
 
+  /// The end of the transfer, as the library tells it.
+  void finish(CURLcode code) { complete(code == CURLE_OK || isDropped_ ? std::nullopt : std::optional(failure(code))); }
+
   CURL* handle() const { return easy_.get(); }
-  CurlHttpOptions::Clock::time_point deadline() const { return lastActivity_ + session_.options_.patience; }
+  CurlHttpOptions::Clock::time_point deadline() const { return lastActivity_ + request_.patience; }
 
  private:
   /// Runs a handler unless the session is ending. Nothing gets past: the caller is the library, which is C.
@@ -193,6 +196,7 @@ class CurlHttpSession::Transfer {
   HttpResponseHead head_;  // of the header block that is arriving
   bool hasLocation_ = false;
   bool headDelivered_ = false;
+  bool isDropped_ = false;
 };
 
 /// A sentence when the request can't be sent.
@@ -240,7 +244,7 @@ std::optional<std::string> CurlHttpSession::Transfer::configure() {
   set(
       CURLOPT_HEADERFUNCTION, +[](char* data, std::size_t, std::size_t size, void* self) {
         static_cast<Transfer*>(self)->onHeaderLine({data, size});
-        return size;
+        return static_cast<Transfer*>(self)->isDropped_ ? 0 : size;
       });
   set(CURLOPT_HEADERDATA, this);
   set(
@@ -302,7 +306,7 @@ void CurlHttpSession::Transfer::onHeaderLine(std::string_view line) {
     if (isFinal) {
       headDelivered_ = true;
       if (handlers_.onHead) {
-        call([this] { handlers_.onHead(head_); });
+        call([this] { isDropped_ = !handlers_.onHead(head_); });
       }
     }
     return;
@@ -461,7 +465,7 @@ void CurlHttpSession::finishDone() {
     Transfer* finished = nullptr;
     curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &finished);
     const auto transfer = take(finished);
-    transfer->complete(code == CURLE_OK ? std::nullopt : std::optional(transfer->failure(code)));
+    transfer->finish(code);
   }
 }
 

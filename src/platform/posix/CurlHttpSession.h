@@ -20,8 +20,7 @@ namespace quillmark {
 struct CurlHttpOptions {
   using Clock = std::chrono::steady_clock;
 
-  std::string caBundle;               ///< a PEM file; the system's authorities when empty
-  std::chrono::seconds patience{60};  ///< how long a request may go without a byte in either direction
+  std::string caBundle;                                 ///< a PEM file; the system's authorities when empty
   std::function<Clock::time_point()> now = Clock::now;  ///< asked on the session's thread
 };
 

@@ -79,18 +79,18 @@ void SimulatedWorkspace::bringToFront(const std::shared_ptr<SimulatedApplication
   }
 }
 
-void SimulatedAlerts::present(const Alert& alert, std::function<void()> closed) {
+void SimulatedAlerts::present(const Alert& alert, Closed closed) {
   open.push_back(alert);
   shown.push_back(alert);
   closed_.push_back(std::move(closed));
   desktop_.activateOwnWindow();
 }
 
-void SimulatedAlerts::close() {
+void SimulatedAlerts::close(std::size_t button) {
   open.pop_back();
   const auto closed = std::move(closed_.back());
   closed_.pop_back();
-  closed();
+  closed(button);
 }
 
 std::optional<std::string> SimulatedLocale::displayName(std::string_view identifier, std::string_view inLocale) const {

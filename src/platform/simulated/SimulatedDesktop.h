@@ -135,16 +135,16 @@ class SimulatedScreens : public Screens {
 class SimulatedAlerts : public Alerts {
  public:
   explicit SimulatedAlerts(SimulatedDesktop& desktop) : desktop_(desktop) {}
-  void present(const Alert& alert, std::function<void()> closed) override;
+  void present(const Alert& alert, Closed closed) override;
   /// The user closes the alert in front.
-  void close();
+  void close(std::size_t button = 0);
 
   std::vector<Alert> open;
   std::vector<Alert> shown;  ///< all that ever were, in order
 
  private:
   SimulatedDesktop& desktop_;
-  std::vector<std::function<void()>> closed_;
+  std::vector<Closed> closed_;
 };
 
 class SimulatedPermissions : public Permissions {

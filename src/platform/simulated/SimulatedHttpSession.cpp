@@ -13,8 +13,8 @@ std::string SimulatedHttpSession::Exchange::header(const std::string& name) cons
 
 void SimulatedHttpSession::Exchange::answer(int status, std::optional<std::string> mimeType,
                                             const std::string& body) const {
-  head(status, std::move(mimeType));
-  if (!body.empty()) {
+  const bool goesOn = head(status, std::move(mimeType));
+  if (goesOn && !body.empty()) {
     bytes(body);
   }
   end();

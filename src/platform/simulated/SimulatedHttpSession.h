@@ -17,7 +17,10 @@ class SimulatedHttpSession : public HttpSession {
     HttpHandlers handlers;
 
     std::string header(const std::string& name) const;
-    void head(int status, std::optional<std::string> mimeType) const { handlers.onHead({status, std::move(mimeType)}); }
+    /// False when the program drops the transfer, whose end must come next then.
+    bool head(int status, std::optional<std::string> mimeType) const {
+      return handlers.onHead({status, std::move(mimeType)});
+    }
     void bytes(const std::string& bytes) const { handlers.onBytes(bytes); }
     void end() const { handlers.onComplete(std::nullopt); }
     void fail(const std::string& description) const { handlers.onComplete(HttpFailure{description}); }

@@ -22,7 +22,7 @@ struct ChatProvider : testing::Test {
   AppConfig appConfig{desktop.defaults, 3999};
   HttpTransport transport{
       desktop.http, desktop.queue, {"quillmark", "id", "2.13.0", std::nullopt}, {"Linux", 6, 1, 0}, desktop.locale};
-  ProviderFactory factory{{transport, desktop.queue, alerts, desktop.defaults, appConfig}};
+  ProviderFactory factory{{transport, desktop.http, desktop.queue, alerts, desktop.defaults, appConfig}};
 
   std::unique_ptr<AIProvider> base(const std::string& baseURL = "http://server/v1") {
     return factory.makeProvider(ProviderConfig::make({.providerType = ProviderType::openAICompatible,
@@ -118,7 +118,7 @@ TEST_F(ChatProvider, tellsTheUserWhyARequestFailed) {
     EXPECT_EQ(chat(*base(), respond), "(absent)") << name;
     ASSERT_EQ(desktop.alerts.open.size(), 1u) << name;
     EXPECT_EQ(desktop.alerts.open[0].title, "Mine Issue");
-    EXPECT_EQ(desktop.alerts.open[0].button, "Close");
+    EXPECT_THAT(desktop.alerts.open[0].buttons, ElementsAre("Close"));
     EXPECT_THAT(desktop.alerts.open[0].message, testing::StartsWith(message)) << name;
     desktop.alerts.close();
   }

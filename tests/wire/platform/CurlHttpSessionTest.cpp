@@ -22,7 +22,10 @@ using testing::HasSubstr;
 class Outcome {
  public:
   HttpHandlers handlers() {
-    return {[this](const HttpResponseHead& head) { note([&] { heads.push_back(head), order += 'h'; }); },
+    return {[this](const HttpResponseHead& head) {
+              note([&] { heads.push_back(head), order += 'h'; });
+              return goesOn;
+            },
             [this](std::string bytes) { note([&] { body += bytes, order += 'b'; }); },
             [this](std::optional<HttpFailure> failed) {
               note([&] { failure = std::move(failed), order += 'c', isComplete = true; });
@@ -46,6 +49,7 @@ class Outcome {
   std::optional<HttpFailure> failure;
   std::string order;
   bool isComplete = false;
+  bool goesOn = true;  ///< what onHead answers; set before the request
 
  private:
   template <class Change>
@@ -304,7 +308,7 @@ TEST_F(HttpOverTheWire, aHandlerThatThrowsHarmsNobody) {
   });
   server.answer(Answer::raw(ok("text")));
   auto handlers = outcome.handlers();
-  handlers.onHead = [](const HttpResponseHead&) { throw std::runtime_error("no idea"); };
+  handlers.onHead = [](const HttpResponseHead&) -> bool { throw std::runtime_error("no idea"); };
   session.start(get("/"), std::move(handlers));
   ASSERT_TRUE(outcome.waitForEnd());
   setLogSink({});
@@ -325,7 +329,10 @@ TEST_F(HttpOverTheWire, manyRequestsRunAtOnceAndAHandlerMayStartOne) {
   for (int i = 0; i < count; ++i) {
     auto handlers = outcomes[static_cast<std::size_t>(i)].handlers();
     if (i == 0) {
-      handlers.onHead = [&](const HttpResponseHead&) { session.start(get("/nested"), nested.handlers()); };
+      handlers.onHead = [&](const HttpResponseHead&) {
+        session.start(get("/nested"), nested.handlers());
+        return true;
+      };
     }
     session.start(get("/" + std::to_string(i)), std::move(handlers));
   }

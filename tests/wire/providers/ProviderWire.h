@@ -20,9 +20,9 @@ namespace quillmark {
 /// Providers over real sockets: everything but the user's settings and the alerts is what the program runs with.
 struct ProviderWire : testing::Test {
   struct NotedAlerts : Alerts {
-    void present(const Alert& alert, std::function<void()> closed) override {
+    void present(const Alert& alert, Closed closed) override {
       shown.push_back(alert);
-      closed();
+      closed(0);
     }
     std::vector<Alert> shown;
   };
@@ -61,7 +61,7 @@ struct ProviderWire : testing::Test {
   std::unique_ptr<AIProvider> hosted(int port) {
     defaults.set("useLocalApi", true);
     localConfig = std::make_unique<AppConfig>(defaults, port);
-    return ProviderFactory({transport, queue, alertHandler, defaults, *localConfig})
+    return ProviderFactory({transport, http, queue, alertHandler, defaults, *localConfig})
         .makeProvider(ProviderConfig::make({.providerType = ProviderType::quillMark, .name = "Hosted"}));
   }
 
@@ -108,7 +108,7 @@ struct ProviderWire : testing::Test {
   std::unique_ptr<AppConfig> localConfig;
   CurlHttpSession http;
   HttpTransport transport{http, queue, {"quillmark", "org.quillmark", "2.13.0", "7"}, {"Linux", 6, 1, 0}, locale};
-  ProviderFactory factory{{transport, queue, alertHandler, defaults, appConfig}};
+  ProviderFactory factory{{transport, http, queue, alertHandler, defaults, appConfig}};
 };
 
 }  // namespace quillmark

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/Json.h"
+
+/// The records of Anthropic's messages API. Reading throws DecodingError; only what the system uses is kept.
+namespace quillmark {
+
+/// The body of a request: one user message; the system prompt stands beside it, also when it is empty.
+Json messageParameter(const std::string& text, const std::string& systemPrompt, const std::string& model, bool stream);
+
+/// The response of a single request.
+struct MessageResponse {
+  /// Absent in a block that is no text, such as the use of a tool.
+  struct Block {
+    std::optional<std::string> text;
+  };
+  std::vector<Block> content;
+};
+
+MessageResponse messageResponseFromJson(const Json& json);
+
+/// One event of a streamed answer, of whatever type.
+struct MessageStreamResponse {
+  std::optional<std::string> deltaText;
+};
+
+MessageStreamResponse messageStreamResponseFromJson(const Json& json);
+
+/// The vendor's own words in an error body; nothing for a body of another form.
+std::optional<std::string> anthropicErrorMessage(const std::string& body);
+
+}  // namespace quillmark

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+#include "providers/ChatCompletions.h"
+#include "providers/HttpTransport.h"
+
+namespace quillmark {
+
+/// How the listings of backends differ.
+struct ModelListing {
+  std::function<std::vector<GenericModelData>(const Json&)> decode = genericModelResponseFromJson;
+  bool logsCount = true;
+  const char* failureLabel = "Failure ";  ///< before the error in the log
+};
+
+/// Asks a backend for its models. The completion runs on the main thread; absent after a failure, which the log tells.
+void requestModels(HttpTransport& transport, TransportRequest request, ProviderType type, const ModelListing& listing,
+                   std::function<void(std::optional<std::vector<ProviderModel>>)> completion);
+
+}  // namespace quillmark
