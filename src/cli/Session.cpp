@@ -1,7 +1,9 @@
 #include "cli/Session.h"
 
+#include <algorithm>
 #include <cstdio>
 
+#include "base/Text.h"
 #include "platform/posix/DataDirectory.h"
 #include "platform/posix/SystemInfo.h"
 
@@ -33,6 +35,20 @@ Session::Session(HttpSession& http, const std::string& dataDirectory)
   RunningVersion(defaults).store(bundle());
   promptStore.loadUnchanged();
   providerStore.load();
+}
+
+std::optional<ProviderConfig> Session::providerCalled(const std::string& name) const {
+  const std::string wanted = text::lowerCased(name);
+  const auto& configs = providerStore.configs.get();
+  const auto found = std::ranges::find_if(configs, [&](const ProviderConfig& config) {
+    return text::lowerCased(config.name) == wanted || text::lowerCased(config.slug) == wanted ||
+           config.id == Uuid::parse(name);
+  });
+  if (found == configs.end()) {
+    complain("no provider is called " + name);
+    return std::nullopt;
+  }
+  return *found;
 }
 
 }  // namespace quillmark::cli

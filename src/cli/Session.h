@@ -28,6 +28,9 @@ struct Session {
   /// An empty directory means the user's. Loads the stores.
   Session(HttpSession& http, const std::string& dataDirectory);
 
+  /// By name, slug or id; complains when there is none.
+  std::optional<ProviderConfig> providerCalled(const std::string& name) const;
+
   PosixMainQueue queue;
   SqliteUserDefaults defaults;
   IcuLocaleInfo locale;

@@ -60,16 +60,8 @@ std::optional<Command> findCommand(const Session& session, const TextRun& run) {
 std::optional<ProviderConfig> findProvider(const Session& session, const Command& command, const TextRun& run) {
   std::optional<ProviderConfig> config;
   if (run.provider) {
-    const std::string wanted = text::lowerCased(*run.provider);
-    for (const auto& candidate : session.providerStore.configs.get()) {
-      if (text::lowerCased(candidate.name) == wanted || text::lowerCased(candidate.slug) == wanted ||
-          candidate.id == Uuid::parse(*run.provider)) {
-        config = candidate;
-        break;
-      }
-    }
+    config = session.providerCalled(*run.provider);
     if (!config) {
-      complain("no provider is called " + *run.provider);
       return std::nullopt;
     }
   } else {

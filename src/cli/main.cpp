@@ -8,6 +8,7 @@
 
 #include "base/Log.h"
 #include "base/Trace.h"
+#include "cli/Providers.h"
 #include "cli/Session.h"
 #include "cli/Settings.h"
 #include "cli/TextRun.h"
@@ -72,6 +73,15 @@ int main(int argc, char** argv) {
   auto* trigger = app.add_subcommand("trigger", "have the running Quillmark run a command on the selection in front");
   trigger->add_option("slug", slug, "slug of the command, or command-menu")->required();
 
+  std::string providerName;
+  auto* providers = app.add_subcommand("providers", "show the configured backends and ask them");
+  providers->require_subcommand(0, 1);
+  auto* verify = providers->add_subcommand("verify", "see whether one answers with its stored key");
+  auto* models = providers->add_subcommand("models", "show the models that one lists");
+  for (auto* asked : {verify, models}) {
+    asked->add_option("name", providerName, "name or slug of the provider")->required();
+  }
+
   std::string key;
   std::string typeOrValue;
   std::string value;
@@ -108,6 +118,15 @@ int main(int argc, char** argv) {
   }
   if (trigger->parsed()) {
     return cli::trigger(slug);
+  }
+  if (verify->parsed()) {
+    return cli::verifyProvider(dataDirectory, providerName);
+  }
+  if (models->parsed()) {
+    return cli::listModels(dataDirectory, providerName);
+  }
+  if (providers->parsed()) {
+    return cli::listProviders(dataDirectory);
   }
   if (listSettings->parsed()) {
     return cli::listSettings(dataDirectory);

@@ -109,6 +109,8 @@ std::string describe(CURLcode code, const std::string& detail, const std::string
       return "The identity of the server " + hostOf(url) + " could not be verified: " + detail + ".";
     case CURLE_SSL_CONNECT_ERROR:
       return "A secure connection to the server " + hostOf(url) + " could not be made: " + detail + ".";
+    case CURLE_ABORTED_BY_CALLBACK:
+      return "The server redirected the request to " + hostOf(url) + ", which must not get the key.";
     default:
       return detail + ".";
   }
@@ -139,10 +141,7 @@ class CurlHttpSession::Transfer {
   }
 
   HttpFailure failure(CURLcode code) const {
-    const char* url = nullptr;
-    curl_easy_getinfo(easy_.get(), CURLINFO_EFFECTIVE_URL, &url);
-    return {describe(code, errorText_[0] == '\0' ? curl_easy_strerror(code) : errorText_.data(),
-                     url == nullptr ? request_.url : url)};
+    return {describe(code, errorText_[0] == '\0' ? curl_easy_strerror(code) : errorText_.data(), effectiveUrl())};
   }
 
   /// The end of the transfer, as the library tells it.
@@ -167,6 +166,13 @@ class CurlHttpSession::Transfer {
     }
   }
 
+  /// Where the request has come to, by redirects.
+  std::string effectiveUrl() const {
+    const char* url = nullptr;
+    curl_easy_getinfo(easy_.get(), CURLINFO_EFFECTIVE_URL, &url);
+    return url == nullptr ? request_.url : url;
+  }
+
   void touch() { lastActivity_ = session_.options_.now(); }
 
   template <class Value>
@@ -178,6 +184,7 @@ class CurlHttpSession::Transfer {
 
   std::optional<std::string> configure();
   std::optional<std::string> configureHeaders();
+  bool isAtItsHost() const { return hostOf(effectiveUrl()) == hostOf(request_.url); }
   void onHeaderLine(std::string_view line);
   void onBody(std::string_view bytes);
   void onProgress(curl_off_t received, curl_off_t sent);
@@ -231,6 +238,15 @@ std::optional<std::string> CurlHttpSession::Transfer::configure() {
     set(CURLOPT_CAPATH, directory.empty() ? nullptr : directory.c_str());
   }
   set(CURLOPT_HTTPHEADER, headers_.get());
+  if (std::ranges::any_of(request_.headers,
+                          [](const auto& header) { return lowerAscii(header.name) == "x-api-key"; })) {
+    // The library itself keeps only Authorization from other hosts.
+    set(
+        CURLOPT_PREREQFUNCTION, +[](void* self, char*, char*, int, int) {
+          return static_cast<Transfer*>(self)->isAtItsHost() ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
+        });
+    set(CURLOPT_PREREQDATA, this);
+  }
   // Decodes every coding the library knows. The header that asks for codings is the caller's.
   set(CURLOPT_ACCEPT_ENCODING, "");
   if (request_.method == "POST" || request_.body) {

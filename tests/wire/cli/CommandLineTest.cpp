@@ -108,7 +108,7 @@ TEST_F(CommandLine, asksTheProviderThatIsNamed) {
     const auto provider = [&](const std::string& name, bool enabled) {
       return ProviderConfig::make({.providerType = ProviderType::openAICompatible,
                                    .name = name,
-                                   .apiKey = "k3y",
+                                   .apiKey = "s3cret-k3y",
                                    .baseURL = server.url("/v1"),
                                    .defaultModel = "small",
                                    .enabled = enabled});
@@ -131,12 +131,26 @@ TEST_F(CommandLine, asksTheProviderThatIsNamed) {
   const auto requests = server.waitForRequests(1);
   ASSERT_EQ(requests.size(), 1u);
   EXPECT_EQ(requests[0].target, "/v1/chat/completions");
-  EXPECT_EQ(requests[0].header("Authorization"), "Bearer k3y");
+  EXPECT_EQ(requests[0].header("Authorization"), "Bearer s3cret-k3y");
   EXPECT_THAT(requests[0].body, AllOf(HasSubstr(R"("model":"big")"), HasSubstr("teh cat")));
 
   server.answer(Answer::json(401, R"({"error":{"message":"no such key"}})"));
   expectComplaint(quillmark({"run", "fix-grammar-spelling", "--provider", "My Server"}, "teh cat"),
                   AllOf(HasSubstr("My Server Issue"), HasSubstr("401"), HasSubstr("there is no answer")));
+
+  EXPECT_THAT(quillmark({"providers"}).output,
+              AllOf(HasSubstr("my-server\tMy Server\tOpenAICompatible\tenabled\n"), HasSubstr("Resting")));
+  server.answer(Answer::json(200, R"({"data":[{"id":"small"},{"id":"big","name":"Big"}]})"));
+  EXPECT_EQ(quillmark({"providers", "models", "my server"}).output, "small\nbig\n");
+  server.answer(Answer::json(500, "{}"));
+  expectComplaint(quillmark({"providers", "models", "my-server"}), HasSubstr("lists no models"));
+  server.answer(Answer::json(401, "{}"));
+  expectComplaint(quillmark({"providers", "verify", "my-server"}), HasSubstr("My Server Issue"));
+  server.answer(Answer::json(200, R"({"model":"m","object":"o","created":1,"choices":[{"index":0,)"
+                                  R"("message":{"role":"assistant","content":"True"}}]})"));
+  const auto verified = quillmark({"providers", "verify", "resting"});
+  EXPECT_EQ(verified.output, "Resting answers\n");
+  EXPECT_EQ(verified.status, 0);
 }
 
 TEST_F(CommandLine, saysThatNoServiceListens) {

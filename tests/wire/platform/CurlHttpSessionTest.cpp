@@ -257,6 +257,55 @@ TEST_F(HttpOverTheWire, aRedirectToAnotherHostDoesNotGetTheKey) {
   ASSERT_EQ(requests.size(), 1u);
   EXPECT_FALSE(requests[0].header("Authorization"));
   EXPECT_EQ(requests[0].header("X-Kept"), "yes");
+
+  // A key in a header of its own could not be held back: the request ends before it.
+  server.answer(Answer::raw(redirect(307, "http://localhost:" + std::to_string(other.port()) + "/")));
+  server.answer(Answer::raw(redirect(307, "/moved")));
+  server.answer(Answer::raw(ok("here")));
+  Outcome refused;
+  Outcome moved;
+  session.start(post("/", "text", {{"x-api-key", "key"}}), refused.handlers());
+  ASSERT_TRUE(refused.waitForEnd() && refused.failure);
+  EXPECT_THAT(refused.failure->description, HasSubstr("must not get the key"));
+  EXPECT_EQ(other.waitForRequests(0).size(), 1u);
+  session.start(post("/", "text", {{"x-api-key", "key"}}), moved.handlers());
+  ASSERT_TRUE(moved.waitForEnd());
+  EXPECT_EQ(moved.body, "here");
+}
+
+TEST_F(HttpOverTheWire, aTransferThatIsNotWantedIsDropped) {
+  Gate rest;
+  server.answer(Answer::raw("HTTP/1.1 401 Unauthorized\r\nContent-Length: 1000000\r\n\r\nx").waitFor(rest));
+  outcome.goesOn = false;
+  finish(get("/"));
+  EXPECT_FALSE(outcome.failure);
+  EXPECT_EQ(outcome.order, "hc");
+  rest.open();
+  EXPECT_TRUE(server.waitForHangUps(1)) << "the rest of it has nowhere to go";
+}
+
+TEST_F(HttpOverTheWire, patienceIsEachRequestsOwn) {
+  std::atomic<int> seconds = 0;
+  CurlHttpSession patient({.now = [&] { return CurlHttpOptions::Clock::time_point(std::chrono::seconds(seconds)); }});
+  Gate never;
+  server.answerOthers([never](const ReceivedRequest&) { return Answer::raw("").waitFor(never); });
+  HttpRequest longer = get("/longer");
+  longer.patience = std::chrono::seconds(120);
+  Outcome first;
+  Outcome second;
+  patient.start(get("/usual"), first.handlers());
+  patient.start(longer, second.handlers());
+  ASSERT_EQ(server.waitForRequests(2).size(), 2u);
+  const auto turnTo = [&](int now) {
+    seconds = now;
+    patient.lookAtClock();
+  };
+  turnTo(61);
+  ASSERT_TRUE(first.waitForEnd());
+  EXPECT_EQ(first.failure->description, "The request timed out.");
+  EXPECT_FALSE(second.hasEnded());
+  turnTo(121);
+  ASSERT_TRUE(second.waitForEnd());
 }
 
 TEST_F(HttpOverTheWire, redirectsEndSomewhere) {

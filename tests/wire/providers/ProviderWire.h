@@ -19,9 +19,13 @@ namespace quillmark {
 
 /// Providers over real sockets: everything but the user's settings and the alerts is what the program runs with.
 struct ProviderWire : testing::Test {
+  /// Has the word that no output of these tests may hold.
+  inline static const std::string key = "s3cret-k3y";
+
   struct NotedAlerts : Alerts {
     void present(const Alert& alert, Closed closed) override {
       shown.push_back(alert);
+      std::fprintf(stderr, "alert: %s: %s\n", alert.title.c_str(), alert.message.c_str());
       closed(0);
     }
     std::vector<Alert> shown;
@@ -43,17 +47,13 @@ struct ProviderWire : testing::Test {
   static void SetUpTestSuite() {
     setenv("no_proxy", "127.0.0.1", 1);
     setenv("LANGUAGE", "de_DE:en", 1);
-    setLogSink([](std::string_view) {});
   }
-  static void TearDownTestSuite() {
-    unsetenv("LANGUAGE");
-    setLogSink({});
-  }
+  static void TearDownTestSuite() { unsetenv("LANGUAGE"); }
 
-  std::unique_ptr<AIProvider> base(const std::string& baseURL, const std::string& key = "k3y") {
+  std::unique_ptr<AIProvider> base(const std::string& baseURL, const std::string& withKey = key) {
     return factory.makeProvider(ProviderConfig::make({.providerType = ProviderType::openAICompatible,
                                                       .name = "Mine",
-                                                      .apiKey = key,
+                                                      .apiKey = withKey,
                                                       .baseURL = baseURL,
                                                       .defaultModel = "small"}));
   }

@@ -24,7 +24,7 @@ TEST_F(ProviderWire, sendsExactlyTheseHeaders) {
   TestHttpServer server;
   server.answer(Answer::json(200, answerWith("the cat")));
   server.answer(Answer::json(200, answerWith("the cat")));
-  defaults.set("serviceToken", "t0ken");
+  defaults.set("serviceToken", "s3cret-t0ken");
   defaults.set("appVersion", "2.13.0");
   ASSERT_TRUE(runToEnd(chat(*base(server.url("/v1")), "teh cat")));
   ASSERT_TRUE(runToEnd(chat(*hosted(server.port()), "teh cat")));
@@ -40,13 +40,14 @@ TEST_F(ProviderWire, sendsExactlyTheseHeaders) {
     return "Content-Length: " + std::to_string(request.body.size()) + "\r\n\r\n";
   };
   EXPECT_EQ(requests[0].text, "POST /v1/chat/completions HTTP/1.1\r\n" + host +
-                                  "Authorization: Bearer k3y\r\nAccept: application/json\r\n"
+                                  "Authorization: Bearer s3cret-k3y\r\nAccept: application/json\r\n"
                                   "Content-Type: application/json\r\n" +
                                   session + length(requests[0]) + requests[0].body);
-  EXPECT_EQ(requests[1].text, "POST /api/app/completion HTTP/1.1\r\n" + host +
-                                  "Authorization: Bearer t0ken\r\nAccept: application/json\r\nX-AppVersion: 2.13.0\r\n"
-                                  "Content-Type: application/json\r\n" +
-                                  session + length(requests[1]) + requests[1].body);
+  EXPECT_EQ(requests[1].text,
+            "POST /api/app/completion HTTP/1.1\r\n" + host +
+                "Authorization: Bearer s3cret-t0ken\r\nAccept: application/json\r\nX-AppVersion: 2.13.0\r\n"
+                "Content-Type: application/json\r\n" +
+                session + length(requests[1]) + requests[1].body);
 }
 
 TEST_F(ProviderWire, streamsEachPieceWhenItArrives) {

@@ -1,5 +1,5 @@
 // Serves on a free port of the loopback interface, from the directory in which the package is installed:
-//   node start.js <directory with node_modules> <rules.json>
+//   node start-mock-llm.js <directory with node_modules> <rules.json>
 const fs = require('fs');
 const path = require('path');
 const { createRequire } = require('module');

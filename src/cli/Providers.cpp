@@ -1,0 +1,78 @@
+#include "cli/Providers.h"
+
+#include <cstdio>
+#include <functional>
+#include <memory>
+
+#include "cli/Session.h"
+#include "platform/posix/CurlHttpSession.h"
+
+namespace quillmark::cli {
+namespace {
+
+/// Makes the provider and has it asked; `question` gets a function to be called once, on the main thread, with the
+/// outcome.
+int ask(const std::string& dataDirectory, const std::string& name,
+        const std::function<void(Session&, AIProvider&, std::function<void(bool)>)>& question) {
+  auto http = std::make_unique<CurlHttpSession>();
+  Session session(*http, dataDirectory);
+  const auto config = session.providerCalled(name);
+  if (!config) {
+    return 1;
+  }
+  const auto provider = session.providerFactory.makeProvider(*config);
+  bool good = false;
+  question(session, *provider, [&](bool outcome) {
+    good = outcome;
+    session.queue.async([&session] { session.queue.stop(); });  // behind the alerts
+  });
+  session.queue.run();
+  http.reset();  // before the queue goes: its thread may not have left it yet
+  return good ? 0 : 1;
+}
+
+}  // namespace
+
+int listProviders(const std::string& dataDirectory) {
+  CurlHttpSession http;
+  const Session session(http, dataDirectory);
+  for (const auto& config : session.providerStore.configs.get()) {
+    std::printf("%s\t%s\t%s\t%s\n", config.slug.c_str(), config.name.c_str(), info(config.providerType).displayName,
+                config.enabled ? "enabled" : "disabled");
+  }
+  return 0;
+}
+
+int verifyProvider(const std::string& dataDirectory, const std::string& name) {
+  return ask(dataDirectory, name, [](Session& session, AIProvider& provider, std::function<void(bool)> finish) {
+    provider.validateApiKey([&session, finish = std::move(finish), called = provider.name()](bool valid) {
+      session.queue.async([finish, called, valid] {
+        if (valid) {
+          std::printf("%s answers\n", called.c_str());
+        } else {
+          complain(called + " gives no answer");
+        }
+        finish(valid);
+      });
+    });
+  });
+}
+
+int listModels(const std::string& dataDirectory, const std::string& name) {
+  return ask(dataDirectory, name, [](Session&, AIProvider& provider, std::function<void(bool)> finish) {
+    provider.listModels([finish = std::move(finish),
+                         called = provider.name()](const std::optional<std::vector<ProviderModel>>& models) {
+      if (!models) {
+        complain(called + " lists no models; --verbose says why");
+        finish(false);
+        return;
+      }
+      for (const auto& model : *models) {
+        std::printf("%s\n", model.identifier.c_str());
+      }
+      finish(true);
+    });
+  });
+}
+
+}  // namespace quillmark::cli
