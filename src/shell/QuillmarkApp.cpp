@@ -1,6 +1,7 @@
 #include "shell/QuillmarkApp.h"
 
 #include <algorithm>
+#include <chrono>
 
 #include "base/Localization.h"
 #include "shell/OnboardingMigration.h"
@@ -32,6 +33,8 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
                       providerFactory_, statistics_, reviewSession_, commandPanel_, loadingPanel_.get()}),
       serviceProvider_(actionService_, alertHandler_, platform_.mainQueue),
       languageManager_(platform_.defaults, platform_.locale, platform_.bundle),
+      commandImportService_({platform_.mainQueue, transport_, appConfig_, alertHandler_, platform_.locale,
+                             languageManager_.currentLocale, promptStore_, providerStore_, providerFactory_}),
       launchAtLogin_(platform_.loginItem),
       refusals_(platform_.hotKeys.refused.connect([this](const std::string& name) { shortcutRefused(name); })),
       shortcuts_(platform_.defaults, platform_.hotKeys),
@@ -48,6 +51,15 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
   promptStore_.load();
   providerStore_.load();
   modelStore_.initializeDefaultModels();
+  // Making this one sends a request, which should not compete with the start.
+  platform_.mainQueue.after(std::chrono::seconds(1), lifetime_.guard([this] { templateStore(); }));
+}
+
+TemplateStore& QuillmarkApp::templateStore() {
+  if (!templateStore_) {
+    templateStore_ = std::make_unique<TemplateStore>(platform_.defaults, transport_, appConfig_, platform_.mainQueue);
+  }
+  return *templateStore_;
 }
 
 const Platform& QuillmarkApp::prepare(const Platform& platform) {

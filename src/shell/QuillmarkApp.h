@@ -5,8 +5,11 @@
 #include <set>
 #include <string>
 
+#include "base/Lifetime.h"
+#include "commands/CommandImportService.h"
 #include "commands/CustomPromptStore.h"
 #include "commands/LanguageStore.h"
+#include "commands/TemplateStore.h"
 #include "commands/ToneStore.h"
 #include "commands/VariablesStore.h"
 #include "execution/ActionService.h"
@@ -54,6 +57,9 @@ class QuillmarkApp {
   CustomPromptStore& promptStore() { return promptStore_; }
   ProviderStore& providerStore() { return providerStore_; }
   ModelStore& modelStore() { return modelStore_; }
+  /// Made when it is first asked for, or a second after the start.
+  TemplateStore& templateStore();
+  CommandImportService& commandImportService() { return commandImportService_; }
   VariablesStore& variablesStore() { return variablesStore_; }
   ActiveApplicationTracker& activeApplicationTracker() { return activeApplicationTracker_; }
   AppStatistics& statistics() { return statistics_; }
@@ -98,12 +104,15 @@ class QuillmarkApp {
   ActionService actionService_;
   ServiceProvider serviceProvider_;
   LanguageManager languageManager_;
+  CommandImportService commandImportService_;
+  std::unique_ptr<TemplateStore> templateStore_;
   LaunchAtLogin launchAtLogin_;
   std::set<std::string> refusedShortcuts_;
   Connection refusals_;
   GlobalShortcuts shortcuts_;
   KeyboardSubscriptions shortcutSubscriptions_;
   MenuBar menuBar_;
+  Lifetime lifetime_;
 };
 
 }  // namespace quillmark

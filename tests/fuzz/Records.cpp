@@ -4,6 +4,7 @@
 
 #include "base/Json.h"
 #include "commands/Command.h"
+#include "commands/CommandTemplate.h"
 #include "commands/ConfigurableItem.h"
 #include "commands/Variable.h"
 #include "fuzz/Fuzz.h"
@@ -41,6 +42,7 @@ const std::function<void(const Json&)> readers[] = {
     [](const Json& json) { stored<Variable>(json, variableFromJson); },
     [](const Json& json) { stored<ProviderConfig>(json, providerConfigFromJson); },
     [](const Json& json) { stored<ProviderModel>(json, providerModelFromJson); },
+    [](const Json& json) { commandTemplateFromJson(json, {}).toCommand(); },
     [](const Json& json) { toText(toJson(appStatisticsFromJson(json))); },
 };
 

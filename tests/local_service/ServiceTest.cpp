@@ -3,6 +3,7 @@
 
 #include <httplib.h>
 
+#include "commands/CommandTemplate.h"
 #include "local-service/Service.h"
 
 namespace quillmark::service {
@@ -128,6 +129,7 @@ TEST(LocalService, servesTheRestOfTheContract) {
   const Json all = parseJson(client.Get("/api/prompts")->body);
   ASSERT_FALSE(all.empty());
   for (const auto& record : all) {
+    EXPECT_EQ(commandTemplateFromJson(record).slug, record.at("slug")) << "the program can read it";
     EXPECT_EQ(parseJson(client.Get("/api/prompts/" + record.at("slug").get<std::string>())->body), record);
   }
   EXPECT_EQ(client.Get("/api/prompts/unheard-of")->status, 404);

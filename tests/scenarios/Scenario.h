@@ -31,6 +31,9 @@ struct Scenario : testing::Test {
   Scenario() {
     setLogSink([this](std::string_view line) { logLines.emplace_back(line); });
     desktop.defaults.set("defaultBehavior", std::string("replaceSelection"));
+    // The catalogue has just been fetched, so that a start sends nothing.
+    desktop.defaults.set("templatesLastFetch",
+                         std::chrono::duration<double>(desktop.queue.now().time_since_epoch()).count());
   }
   ~Scenario() override { setLogSink({}); }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <csignal>
 #include <stdexcept>
 
@@ -55,8 +56,10 @@ Sample sampleText(int number) {
 void prepareData(const std::filesystem::path& directory) {
   std::filesystem::create_directories(directory);
   SqliteUserDefaults defaults(directory / "defaults.sqlite");
+  const std::chrono::duration<double> now = std::chrono::system_clock::now().time_since_epoch();
   const std::pair<const char*, DefaultsValue> settings[] = {
       {"useLocalApi", true},
+      {"templatesLastFetch", now.count()},  // the only requests are those of runs
       {"hasCompletedOnboarding", true},
       {"defaultBehavior", std::string("replaceSelection")},
       {"KeyboardShortcuts_fixGrammar", std::string(R"({"carbonKeyCode":5,"carbonModifiers":6144})")},

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/Lifetime.h"
+#include "base/Signal.h"
+#include "commands/Command.h"
+#include "commands/CommandTemplate.h"
+#include "platform/MainQueue.h"
+#include "platform/StoredRecords.h"
+#include "platform/UserDefaults.h"
+#include "providers/AppConfig.h"
+#include "providers/HttpTransport.h"
+
+namespace quillmark {
+
+/// The hosted service's catalogue of ready-made commands: the copy that was kept of it, or the built-in ones while
+/// there is none. Only making the store fetches the catalogue, and at most once a day. Main thread only.
+class TemplateStore {
+ public:
+  static constexpr const char* userDefaultsKey = keys::cachedTemplates.name;
+  static constexpr double weekInSeconds = 86400.0;  ///< how long a copy is good: a day, whatever the name says
+
+  /// Asks the service if the copy is a day old, and does not wait for the answer. A copy that does not decode is set
+  /// aside and counts as none.
+  TemplateStore(UserDefaults& defaults, HttpTransport& transport, const AppConfig& appConfig, const MainQueue& queue);
+
+  Observable<std::vector<Command>> templates;
+  Setting<double> lastFetchTimestamp;  ///< seconds since 1970-01-01 00:00:00 UTC; 0: never
+  Setting<std::int64_t> cachedTemplatesCount;
+
+  /// Those with the query in their name or their prompt, in whatever case; all for an empty query.
+  std::vector<Command> filteredTemplates(const std::string& query) const;
+
+ private:
+  void loadCache();
+  void fetch(HttpTransport& transport, const AppConfig& appConfig);
+  void take(const Expected<std::vector<CommandTemplate>, TransportError>& answer);
+  void cache();
+  void useFallbackIfEmpty();
+  /// Seconds since 1970.
+  double now() const;
+
+  const MainQueue& queue_;
+  StoredRecords<Command> stored_;
+  Lifetime lifetime_;
+};
+
+}  // namespace quillmark
