@@ -102,8 +102,9 @@ TEST_F(Installing, saysWhyItFailed) {
   start();
   const auto commands = app->promptStore().prompts.get();
   const std::string failure = "Installation Failed: Failed to install command: ";
-  for (int attempt = 0; attempt < 2; ++attempt) {
+  for (const std::size_t attempt : {1u, 2u}) {
     install("gone");
+    ASSERT_EQ(desktop.http.exchanges.size(), attempt);
     answer("{}", 404);
     EXPECT_EQ(desktop.alerts.open.at(0).style, AlertStyle::warning);
     EXPECT_EQ(alert(), failure + "Response status code was unacceptable: 404.");

@@ -9,6 +9,7 @@ namespace quillmark {
 namespace {
 
 using namespace std::chrono_literals;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::StartsWith;
 
@@ -125,6 +126,7 @@ TEST_F(Templates, replaceACacheThatDoesNotDecodeOnceItIsKept) {
     answer({record("One")});
     EXPECT_THAT(found(""), ElementsAre("One"));
     EXPECT_EQ(store->lastFetchTimestamp.get() == 0, diskIsFull) << "then the next start fetches it again";
+    EXPECT_THAT(logLines, Contains("Cached 1 templates").Times(diskIsFull ? 0 : 1));
   }
   EXPECT_EQ(desktop.defaults.get<Data>("cachedTemplates.undecodable-1"), damaged);
 }
