@@ -1,11 +1,6 @@
-#include <cstring>
 #include <stdexcept>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
+#include "bench/LoopbackListener.h"
 #include "bench/Measurements.h"
 #include "support/Desk.h"
 #include "support/TemporaryDirectory.h"
@@ -16,60 +11,21 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A bare listener on the loopback interface: no thread of a server stands between the wire and the clock.
-class Listener {
- public:
-  Listener() : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    if (bind(socket_, reinterpret_cast<sockaddr*>(&address), size) != 0 || listen(socket_, 1) != 0 ||
-        getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
-      throw std::runtime_error("no loopback socket");
-    }
-    // A program that never asks fails the bench instead of hanging it.
-    const timeval patience{20, 0};
-    setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-    port_ = ntohs(address.sin_port);
-  }
-  Listener(const Listener&) = delete;
-  Listener& operator=(const Listener&) = delete;
-  ~Listener() { ::close(socket_); }
-
-  int port() const { return port_; }
-
-  /// Gives the moment in which the first bytes of the next request were here, then answers and hangs up.
-  Moment serveOne() {
-    const int connection = ::accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC);
-    char buffer[65536];
-    if (connection < 0 || ::recv(connection, buffer, sizeof buffer, 0) <= 0) {
-      throw std::runtime_error("no request came");
-    }
-    const auto moment = now();
-    const std::string body =
-        R"({"model":"m","object":"o","created":1,"choices":[{"index":0,"message":{"role":"assistant","content":"x"}}]})";
-    const std::string answer =
-        "HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: " + std::to_string(body.size()) +
-        "\r\n\r\n" + body;
-    ::send(connection, answer.data(), answer.size(), MSG_NOSIGNAL);
-    ::shutdown(connection, SHUT_WR);
-    while (::recv(connection, buffer, sizeof buffer, 0) > 0) {
-    }
-    ::close(connection);
-    return moment;
-  }
-
- private:
-  int socket_ = -1;
-  int port_ = 0;
-};
+/// Gives the moment in which the first bytes of the next request were here, then answers and hangs up.
+Moment serveOne(const LoopbackListener& listener) {
+  const LoopbackListener::Connection connection(listener);
+  const std::string body =
+      R"({"model":"m","object":"o","created":1,"choices":[{"index":0,"message":{"role":"assistant","content":"x"}}]})";
+  connection.send("HTTP/1.1 200 OK\r\nContent-Type: application/json\r\nContent-Length: " +
+                  std::to_string(body.size()) + "\r\n\r\n" + body);
+  return connection.requestedAt();
+}
 
 }  // namespace
 
 void measureCommandLine(const BuildTree& tree, int runs, Figures& figures) {
   const TemporaryDirectory files;
-  Listener listener;
+  const LoopbackListener listener;
   prepareData(files / "data");
   writeFile(files / "input", "teh cat\n");
   Trace trace(files / "trace");
@@ -85,7 +41,7 @@ void measureCommandLine(const BuildTree& tree, int runs, Figures& figures) {
     trace.startAnew();
     const auto before = now();
     Process process(arguments, environment, {files / "input", files / "output", {}});
-    const auto arrived = listener.serveOne();
+    const auto arrived = serveOne(listener);
     if (process.exitStatus() != 0) {
       throw std::runtime_error("the command-line program failed: " + readFile(files / "output"));
     }

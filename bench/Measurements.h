@@ -24,6 +24,10 @@ void measureStartAndRest(const BuildTree& tree, int runs, Figures& figures);
 /// Loads, saves and expands a large store of commands, languages and tones in this process.
 void measureStores(int runs, Figures& figures);
 
+/// Long streams through each reader of streams, the way of a first piece from the wire to the caller beside a bare
+/// socket, and many requests at once.
+void measureStreams(int runs, Figures& figures);
+
 /// Starts the command-line program again and again, until its request arrives.
 void measureCommandLine(const BuildTree& tree, int runs, Figures& figures);
 

@@ -16,12 +16,12 @@ int main(int argc, char** argv) {
   BuildTree tree;
   int runs = 30;
   std::filesystem::path out = "build/bench";
-  std::vector<std::string> parts{"runs", "start", "command-line", "stores"};
+  std::vector<std::string> parts{"runs", "start", "command-line", "stores", "streams"};
   app.add_option("--build", tree.root, "The build tree")->required()->check(CLI::ExistingDirectory);
   app.add_option("--runs", runs, "Runs for each figure")->check(CLI::PositiveNumber)->capture_default_str();
   app.add_option("--out", out, "Directory for report.json")->capture_default_str();
-  app.add_option("--only", parts, "Some of the measurements: runs, start, command-line, stores")
-      ->check(CLI::IsMember({"runs", "start", "command-line", "stores"}));
+  app.add_option("--only", parts, "Some of the measurements: runs, start, command-line, stores, streams")
+      ->check(CLI::IsMember(parts));
   CLI11_PARSE(app, argc, argv);
   tree.root = std::filesystem::absolute(tree.root);
 
@@ -30,6 +30,9 @@ int main(int argc, char** argv) {
     const auto wanted = [&](const char* part) { return std::find(parts.begin(), parts.end(), part) != parts.end(); };
     if (wanted("stores")) {
       measureStores(runs, figures);
+    }
+    if (wanted("streams")) {
+      measureStreams(runs, figures);
     }
     if (wanted("command-line")) {
       measureCommandLine(tree, runs, figures);
