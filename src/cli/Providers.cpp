@@ -2,13 +2,20 @@
 
 #include <cstdio>
 #include <functional>
+#include <iostream>
 #include <memory>
 
+#include "base/Text.h"
 #include "cli/Session.h"
 #include "platform/posix/CurlHttpSession.h"
 
 namespace quillmark::cli {
 namespace {
+
+void print(const ProviderConfig& config) {
+  std::printf("%s\t%s\t%s\t%s\n", config.slug.c_str(), config.name.c_str(), info(config.providerType).displayName,
+              config.enabled ? "enabled" : "disabled");
+}
 
 /// Makes the provider and has it asked; `question` gets a function to be called once, on the main thread, with the
 /// outcome.
@@ -37,8 +44,56 @@ int listProviders(const std::string& dataDirectory) {
   CurlHttpSession http;
   const Session session(http, dataDirectory);
   for (const auto& config : session.providerStore.configs.get()) {
-    std::printf("%s\t%s\t%s\t%s\n", config.slug.c_str(), config.name.c_str(), info(config.providerType).displayName,
-                config.enabled ? "enabled" : "disabled");
+    print(config);
+  }
+  return 0;
+}
+
+int addProvider(const std::string& dataDirectory, const std::string& type, const std::string& name) {
+  const auto kind = fromRawValue<ProviderType>(type);
+  if (!kind) {
+    std::string known;
+    for (const auto each : allCases<ProviderType>()) {
+      known += known.empty() ? "" : ", ";
+      known += rawValue(each);
+    }
+    complain("no kind of provider is called " + type + "; there are " + known);
+    return 1;
+  }
+  CurlHttpSession http;
+  Session session(http, dataDirectory);
+  const auto before = session.providerStore.configs.get().size();
+  session.providerStore.addConfig(ProviderConfig::make({.providerType = *kind, .name = name}));
+  if (session.providerStore.configs.get().size() == before) {
+    complain("the provider could not be stored");
+    return 1;
+  }
+  print(session.providerStore.configs.get().back());
+  return 0;
+}
+
+int changeProvider(const std::string& dataDirectory, const std::string& name, const ProviderChanges& changes) {
+  CurlHttpSession http;
+  Session session(http, dataDirectory);
+  auto config = session.providerCalled(name);
+  if (!config) {
+    return 1;
+  }
+  if (changes.readsKey) {
+    std::string line;
+    std::getline(std::cin, line);
+    config->apiKey = text::trimmed(line);
+  }
+  config->baseURL = changes.baseURL.value_or(config->baseURL);
+  config->defaultModel = changes.defaultModel.value_or(config->defaultModel);
+  config->enabled = changes.enabled.value_or(config->enabled);
+  session.providerStore.updateConfig(*config);
+  if (session.providerStore.config(config->id) != config) {
+    complain("the change could not be stored");
+    return 1;
+  }
+  if (changes.makesDefault) {
+    session.providerStore.defaultProvider.set(config->id.toString());
   }
   return 0;
 }

@@ -78,9 +78,20 @@ int main(int argc, char** argv) {
   providers->require_subcommand(0, 1);
   auto* verify = providers->add_subcommand("verify", "see whether one answers with its stored key");
   auto* models = providers->add_subcommand("models", "show the models that one lists");
-  for (auto* asked : {verify, models}) {
+  auto* change = providers->add_subcommand("set", "change one");
+  for (auto* asked : {verify, models, change}) {
     asked->add_option("name", providerName, "name or slug of the provider")->required();
   }
+  cli::ProviderChanges changes;
+  change->add_flag("--key", changes.readsKey, "take its key from the first line of standard input");
+  change->add_option("--base-url", changes.baseURL, "its address");
+  change->add_option("--model", changes.defaultModel, "the model that it is asked for when a command names none");
+  change->add_flag("--enable,!--disable", changes.enabled, "whether it may be asked");
+  change->add_flag("--default", changes.makesDefault, "have commands that name no provider use it");
+  std::string providerType;
+  auto* add = providers->add_subcommand("add", "add one");
+  add->add_option("type", providerType, "kind of backend, such as groq or openai-compatible")->required();
+  add->add_option("name", providerName, "what it is to be called")->required();
 
   std::string key;
   std::string typeOrValue;
@@ -124,6 +135,12 @@ int main(int argc, char** argv) {
   }
   if (models->parsed()) {
     return cli::listModels(dataDirectory, providerName);
+  }
+  if (change->parsed()) {
+    return cli::changeProvider(dataDirectory, providerName, changes);
+  }
+  if (add->parsed()) {
+    return cli::addProvider(dataDirectory, providerType, providerName);
   }
   if (providers->parsed()) {
     return cli::listProviders(dataDirectory);

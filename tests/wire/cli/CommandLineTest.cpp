@@ -102,26 +102,16 @@ TEST_F(CommandLine, saysWhyARunIsNotPossible) {
 
 TEST_F(CommandLine, asksTheProviderThatIsNamed) {
   TestHttpServer server;
-  ASSERT_EQ(quillmark({"list"}).status, 0);
-  {
-    SqliteUserDefaults defaults(files / "data/defaults.sqlite");
-    const auto provider = [&](const std::string& name, bool enabled) {
-      return ProviderConfig::make({.providerType = ProviderType::openAICompatible,
-                                   .name = name,
-                                   .apiKey = "s3cret-k3y",
-                                   .baseURL = server.url("/v1"),
-                                   .defaultModel = "small",
-                                   .enabled = enabled});
-    };
-    ProviderStore store(defaults);
-    store.load();
-    auto configs = store.configs.get();
-    configs.push_back(provider("My Server", true));
-    configs.push_back(provider("Resting", false));
-    defaults.set(ProviderStore::userDefaultsKey, Data{encodeRecords(configs)});
+  for (const std::string name : {"My Server", "Resting"}) {
+    EXPECT_THAT(quillmark({"providers", "add", "openai-compatible", name}).output, HasSubstr("\t" + name));
+    const auto changed = quillmark({"providers", "set", name, "--key", "--base-url", server.url("/v1"), "--model",
+                                    "small", name == "Resting" ? "--disable" : "--enable"},
+                                   " s3cret-k3y\nmore");
+    ASSERT_EQ(changed.status, 0) << changed.errors;
   }
+  expectComplaint(quillmark({"providers", "add", "telepathy", "X"}), HasSubstr("there are quillMark, openai, "));
   expectComplaint(quillmark({"run", "fix-grammar-spelling", "--provider", "resting"}, "teh cat"),
-                  HasSubstr("Resting is disabled"));
+                  HasSubstr("Resting 2 is disabled"));
   EXPECT_EQ(server.waitForRequests(0).size(), 0u);
 
   server.answer(Answer::json(200, R"({"model":"m","object":"o","created":1,"choices":[{"index":0,)"
@@ -148,8 +138,10 @@ TEST_F(CommandLine, asksTheProviderThatIsNamed) {
   expectComplaint(quillmark({"providers", "verify", "my-server"}), HasSubstr("My Server Issue"));
   server.answer(Answer::json(200, R"({"model":"m","object":"o","created":1,"choices":[{"index":0,)"
                                   R"("message":{"role":"assistant","content":"True"}}]})"));
+  ASSERT_EQ(quillmark({"providers", "set", "resting", "--enable", "--default"}).status, 0);
   const auto verified = quillmark({"providers", "verify", "resting"});
-  EXPECT_EQ(verified.output, "Resting answers\n");
+  EXPECT_EQ(verified.output, "Resting 2 answers\n");
+  EXPECT_EQ(server.waitForRequests(0).back().header("Authorization"), "Bearer s3cret-k3y");
   EXPECT_EQ(verified.status, 0);
 }
 
