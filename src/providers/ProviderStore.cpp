@@ -32,9 +32,16 @@ ProviderStore::ProviderStore(UserDefaults& defaults)
     : defaultProvider(defaults, keys::defaultProvider),
       openAIApiKey(defaults, keys::oldApiKey),
       defaultConfigs(makeDefaultConfigs()),
+      defaults_(defaults),
       stored_(defaults, userDefaultsKey, providerConfigFromJson) {}
 
 void ProviderStore::load() {
+  // The command line may change the list while the desktop program runs.
+  changes_ = defaults_.changed.connect([this](const std::string& key) {
+    if (key == userDefaultsKey) {
+      adoptStored();
+    }
+  });
   auto list = stored_.load().records.value_or(std::vector<ProviderConfig>());
   if (list.empty()) {
     resetConfigs();
@@ -42,6 +49,13 @@ void ProviderStore::load() {
   }
   log("Load provider " + std::to_string(list.size()));
   configs.set(std::move(list));
+}
+
+void ProviderStore::adoptStored() {
+  auto list = stored_.load().records.value_or(std::vector<ProviderConfig>());
+  if (!list.empty() && list != configs.get()) {
+    configs.set(std::move(list));
+  }
 }
 
 std::optional<ProviderConfig> ProviderStore::config(const std::optional<Uuid>& id) const {
@@ -77,12 +91,13 @@ void ProviderStore::addConfig(ProviderConfig config) {
 }
 
 void ProviderStore::updateConfig(const ProviderConfig& config) {
-  configs.mutate([&](auto& list) {
-    if (const auto present = std::ranges::find(list, config.id, &ProviderConfig::id); present != list.end()) {
-      *present = config;
-    }
-  });
-  stored_.store(configs.get());
+  std::vector<ProviderConfig> list = configs.get();
+  if (const auto present = std::ranges::find(list, config.id, &ProviderConfig::id); present != list.end()) {
+    *present = config;
+  }
+  if (stored_.store(list)) {
+    configs.set(std::move(list));
+  }
 }
 
 void ProviderStore::deleteConfig(const std::set<Uuid>& ids) {

@@ -25,7 +25,7 @@ class ProviderStore {
   const std::vector<ProviderConfig> defaultConfigs;  ///< what a new user starts with: no keys, nothing enabled
 
   /// Reads the stored list. Without one that decodes and has an entry it starts over with the default configurations;
-  /// a list that does not decode is set aside first.
+  /// a list that does not decode is set aside first. From then on the store follows what other processes store.
   void load();
 
   /// With an id the configuration of this id, with no fall back; without one defaultConfig().
@@ -35,7 +35,7 @@ class ProviderStore {
   /// Appends a configuration, with a number behind its name unless it is the first of its type. Changes nothing when
   /// the list can't be stored.
   void addConfig(ProviderConfig config);
-  /// Replaces the configuration with the same id, if there is one.
+  /// Replaces the configuration with the same id, if there is one. Changes nothing when the list can't be stored.
   void updateConfig(const ProviderConfig& config);
   /// The default provider may be among them: there is none then, until another one is chosen.
   void deleteConfig(const std::set<Uuid>& ids);
@@ -49,7 +49,11 @@ class ProviderStore {
  private:
   ProviderConfig* firstOfType(std::vector<ProviderConfig>& list, ProviderType type) const;
 
+  void adoptStored();
+
+  UserDefaults& defaults_;
   StoredRecords<ProviderConfig> stored_;
+  Connection changes_;
 };
 
 }  // namespace quillmark

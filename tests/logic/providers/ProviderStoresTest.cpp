@@ -57,6 +57,21 @@ TEST_F(Providers, ofAFreshInstallationAnswerThroughTheHostedService) {
   EXPECT_EQ(again.configs.get(), store.configs.get());
 }
 
+TEST_F(Providers, followWhatAnotherProgramStores) {
+  store.load();
+  int changes = 0;
+  const auto watch = store.configs.observe([&](const auto&) { ++changes; });
+  ProviderStore other(defaults);
+  other.load();
+  auto config = other.configs.get()[1];
+  config.apiKey = "new";
+  other.updateConfig(config);
+  EXPECT_EQ(store.config(config.id), config);
+  EXPECT_EQ(changes, 1);
+  defaults.set(ProviderStore::userDefaultsKey, Data{"no list"});
+  EXPECT_EQ(store.config(config.id), config) << "what can't be read changes nothing";
+}
+
 TEST_F(Providers, takeOverAnOldKey) {
   store.openAIApiKey.set("sk-old");
   store.load();
