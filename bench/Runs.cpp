@@ -15,7 +15,7 @@ constexpr const char* corrected = "Corrected ";
 /// What a backend says that takes no time to think.
 Answer answerAtOnce(const ReceivedRequest& request) {
   if (!request.target.ends_with("/completion")) {
-    return Answer::json(404, "{}");
+    return Answer::json(200, R"({"success":true})");  // the counts, sent some time after a run
   }
   const std::string text = parseJson(request.body).at("messages").back().at("content");
   return Answer::json(

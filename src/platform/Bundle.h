@@ -21,6 +21,15 @@ struct OperatingSystem {
   int major = 0;
   int minor = 0;
   int patch = 0;
+
+  /// "Linux 6.1.0".
+  std::string versionString() const {
+    std::string text = name;
+    text += " " + std::to_string(major);
+    text += "." + std::to_string(minor);
+    text += "." + std::to_string(patch);
+    return text;
+  }
 };
 
 }  // namespace quillmark

@@ -96,9 +96,7 @@ std::vector<HttpHeader> HttpTransport::sessionHeaders(const Bundle& bundle, cons
       {"Accept-Encoding", qualityList({"br", "gzip", "deflate"})},
       {"Accept-Language", qualityList(firstLanguages)},
       {"User-Agent", known(bundle.executableName) + "/" + known(bundle.shortVersion) + " (" + known(bundle.identifier) +
-                         "; build:" + known(bundle.buildNumber) + "; " + system.name + " " +
-                         std::to_string(system.major) + "." + std::to_string(system.minor) + "." +
-                         std::to_string(system.patch) + ") " + httpLayer},
+                         "; build:" + known(bundle.buildNumber) + "; " + system.versionString() + ") " + httpLayer},
   };
 }
 

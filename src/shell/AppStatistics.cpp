@@ -1,5 +1,6 @@
 #include "shell/AppStatistics.h"
 
+#include "base/Log.h"
 #include "base/Uuid.h"
 
 namespace quillmark {
@@ -55,12 +56,29 @@ AppStatisticsData appStatisticsFromJson(const Json& json) {
   return data;
 }
 
+StatisticsResponse statisticsResponseFromJson(const Json& json) {
+  const JsonObject object(json);
+  return {object.required<bool>("success"), object.optional<std::string>("message")};
+}
+
+AppStatistics::AppStatistics(UserDefaults& defaults, MainQueue& queue, const APIClient& client,
+                             const OperatingSystem& system)
+    : defaults_(defaults),
+      queue_(queue),
+      client_(client),
+      osVersion_(system.versionString()),
+      stored_(defaults, storageKey) {}
+
 void AppStatistics::recordCommand(const std::string& name) {
   AppStatisticsData data = read();
   ++data.commandUsage[name];
   ++data.totalRewrites;
   data.lastUsedDate = secondsSince2001(queue_.now());
   write(data);
+  if (isDue(data)) {
+    syncTimer_.cancel();
+    syncTimer_ = queue_.after(asyncTimeout, lifetime_.guard([this] { syncStatistics(); }));
+  }
 }
 
 void AppStatistics::recordProvider(const std::string& name) {
@@ -69,12 +87,45 @@ void AppStatistics::recordProvider(const std::string& name) {
   write(data);
 }
 
-AppStatisticsData AppStatistics::read() const {
-  if (const auto stored = defaults_.get<Data>(storageKey)) {
+void AppStatistics::recordPopClipInstall(const std::string& name) {
+  AppStatisticsData data = read();
+  data.popClipNames.insert(name);
+  write(data);
+}
+
+bool AppStatistics::shouldSync() { return isDue(read()); }
+
+bool AppStatistics::isDue(const AppStatisticsData& data) const {
+  return !data.lastSyncDate ||
+         secondsSince2001(queue_.now()) - *data.lastSyncDate > std::chrono::duration<double>(syncInterval).count();
+}
+
+void AppStatistics::syncStatistics() {
+  const Json statistics = toJson(read());
+  log("Syncing statistics: " + toText(statistics));
+  client_.post<StatisticsResponse>(
+      syncURL, {{"statistics", statistics}, {"osVersion", osVersion_}}, "StatisticsResponse",
+      statisticsResponseFromJson, lifetime_.guard([this](const Expected<StatisticsResponse, TransportError>& response) {
+        if (!response) {
+          log("Failed to sync statistics: " + response.error().description);
+        } else if (response->success) {
+          AppStatisticsData data = read();  // with what was counted meanwhile
+          data.lastSyncDate = secondsSince2001(queue_.now());
+          write(data);
+        }
+      }));
+}
+
+AppStatisticsData AppStatistics::read() {
+  if (const auto value = defaults_.value(storageKey)) {
     try {
+      const Data* const stored = std::get_if<Data>(&*value);
+      if (stored == nullptr) {
+        throw DecodingError({}, "is no data");
+      }
       return appStatisticsFromJson(parseJson(stored->bytes));
-    } catch (const DecodingError&) {
-      // Counting goes on from the start; the counts hold nothing that the user made.
+    } catch (const DecodingError& error) {
+      stored_.setAside(error.what());
     }
   }
   AppStatisticsData fresh;
@@ -84,7 +135,7 @@ AppStatisticsData AppStatistics::read() const {
 
 void AppStatistics::write(const AppStatisticsData& data) {
   // On the way of a run, which must not wait for the disk.
-  defaults_.set(storageKey, Data{toText(toJson(data))}, Durability::endOfProcess);
+  stored_.replace(Data{toText(toJson(data))}, Durability::endOfProcess);
 }
 
 }  // namespace quillmark

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -7,9 +8,13 @@
 #include <string>
 
 #include "base/Json.h"
+#include "base/Lifetime.h"
 #include "execution/UsageRecorder.h"
+#include "platform/Bundle.h"
 #include "platform/MainQueue.h"
+#include "platform/StoredRecords.h"
 #include "platform/UserDefaults.h"
+#include "providers/APIClient.h"
 
 namespace quillmark {
 
@@ -28,25 +33,51 @@ struct AppStatisticsData {
 Json toJson(const AppStatisticsData& data);
 AppStatisticsData appStatisticsFromJson(const Json& json);
 
-/// Counts runs in the defaults database. Every operation reads the whole record and writes it back. Nothing is sent
-/// anywhere yet.
+/// The hosted service's answer to the counts.
+struct StatisticsResponse {
+  bool success = false;
+  std::optional<std::string> message;
+};
+
+StatisticsResponse statisticsResponseFromJson(const Json& json);
+
+/// Counts how the program is used in the defaults database, and sends the totals to the hosted service: once a day at
+/// most, a moment after a command has been counted. Every operation reads the whole record and writes it back. Main
+/// thread only.
 class AppStatistics : public UsageRecorder {
  public:
   static constexpr const char* storageKey = keys::statistics.name;
+  /// The slash in front makes it two in the URL, which is what the service knows.
+  static constexpr const char* syncURL = "/app/statistics";
+  static constexpr Duration asyncTimeout = std::chrono::seconds(3);
+  static constexpr Duration syncInterval = std::chrono::hours(24);
 
-  AppStatistics(UserDefaults& defaults, const MainQueue& queue) : defaults_(defaults), queue_(queue) {}
+  AppStatistics(UserDefaults& defaults, MainQueue& queue, const APIClient& client, const OperatingSystem& system);
 
+  /// Also schedules a due sync, or puts off a scheduled one.
   void recordCommand(const std::string& name) override;
   void recordProvider(const std::string& name) override;
+  void recordPopClipInstall(const std::string& name);
 
-  /// A new record when there is none that decodes; reading stores nothing.
-  AppStatisticsData read() const;
+  /// Whether more than a day has passed since the service got the counts.
+  bool shouldSync();
+  /// Returns at once. A failure is logged, and the sync stays due.
+  void syncStatistics();
+
+  /// A new record when there is none that decodes; it is not stored by that. What does not decode is set aside.
+  AppStatisticsData read();
 
  private:
+  bool isDue(const AppStatisticsData& data) const;
   void write(const AppStatisticsData& data);
 
   UserDefaults& defaults_;
-  const MainQueue& queue_;
+  MainQueue& queue_;
+  const APIClient& client_;
+  std::string osVersion_;
+  StoredValue stored_;
+  TimerHandle syncTimer_;
+  Lifetime lifetime_;
 };
 
 }  // namespace quillmark

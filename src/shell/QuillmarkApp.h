@@ -22,6 +22,7 @@
 #include "panels/FloatingLoading.h"
 #include "platform/PanelWindow.h"
 #include "platform/Platform.h"
+#include "providers/APIClient.h"
 #include "providers/AppConfig.h"
 #include "providers/HttpTransport.h"
 #include "providers/ModelStore.h"
@@ -88,6 +89,7 @@ class QuillmarkApp {
   AlertHandler alertHandler_;
   AppConfig appConfig_;
   HttpTransport transport_;
+  APIClient apiClient_;
   ProviderFactory providerFactory_;
   SelectionCapture capture_;
   std::unique_ptr<FloatingLoading> loadingPanel_;

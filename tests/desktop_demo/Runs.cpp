@@ -283,6 +283,9 @@ struct ShortcutSample {
 
 /// A backend that answers each of these commands in its own way.
 Answer answerTo(const ReceivedRequest& request, const std::vector<ShortcutSample>& samples) {
+  if (!request.target.ends_with("/completion")) {
+    return Answer::json(200, R"({"success":true})");  // the counts, sent some time after a run
+  }
   const auto found = std::ranges::find_if(
       samples, [&](const auto& sample) { return request.body.find(sample.prompt) != std::string::npos; });
   const std::string content = found == samples.end() ? "another command" : found->answer;
@@ -369,7 +372,9 @@ Outcome shortcuts(const Programs& programs, const std::string& editorKind) {
       return outcome;
     }
   }
-  const auto requests = backend.waitForRequests(runs).size();
+  const auto received = backend.waitForRequests(runs);
+  const auto requests = static_cast<std::size_t>(
+      std::ranges::count_if(received, [](const auto& request) { return request.target.ends_with("/completion"); }));
   if (requests != runs) {
     return {false, std::to_string(runs) + " shortcuts, but " + std::to_string(requests) + " requests"};
   }

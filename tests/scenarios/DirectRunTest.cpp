@@ -175,7 +175,7 @@ TEST_F(DirectRun, withoutAProviderCountsAndKeepsTheIndicatorUntilTheAlertIsClose
     desktop.queue.settle();
     EXPECT_FALSE(loading.visible);
   }
-  EXPECT_TRUE(desktop.http.exchanges.empty());
+  EXPECT_TRUE(requests().empty());
   EXPECT_TRUE(app->statistics().read().providerUsage.empty());
 }
 

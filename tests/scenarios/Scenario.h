@@ -58,11 +58,30 @@ struct Scenario : testing::Test {
     json["choices"][0]["message"]["content"] = content;
     return toText(json);
   }
-  void everyRequestIsAnswered(const std::string& content) {
-    desktop.http.onRequest = [content](const auto& exchange) { exchange.answerJson(answerJson(content)); };
+  using Exchange = SimulatedHttpSession::Exchange;
+
+  static bool isSyncOfCounts(const Exchange& exchange) {
+    return exchange.request.url.ends_with("/api//app/statistics");
   }
-  /// The one request under way.
-  const SimulatedHttpSession::Exchange& request() { return desktop.http.exchanges.back(); }
+  /// Those so far of which this holds, in order.
+  std::vector<const Exchange*> requestsThat(const std::function<bool(const Exchange&)>& holds) const {
+    std::vector<const Exchange*> found;
+    for (const auto& exchange : desktop.http.exchanges) {
+      if (holds(exchange)) {
+        found.push_back(&exchange);
+      }
+    }
+    return found;
+  }
+  /// All but the counts that are sent some time after a run.
+  std::vector<const Exchange*> requests() const { return requestsThat(std::not_fn(isSyncOfCounts)); }
+  /// The one of them under way.
+  const Exchange& request() const { return *requests().back(); }
+  void everyRequestIsAnswered(const std::string& content) {
+    desktop.http.onRequest = [content](const auto& exchange) {
+      exchange.answerJson(isSyncOfCounts(exchange) ? R"({"success":true})" : answerJson(content));
+    };
+  }
 
   Command commandOf(ActionCase action) { return *app->promptStore().commandFor(action); }
   /// Runs a built-in action with this behaviour, as its shortcut would.

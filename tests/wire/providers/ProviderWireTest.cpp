@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "providers/APIClient.h"
 #include "support/TestHttpServer.h"
 #include "wire/providers/ProviderWire.h"
 
@@ -48,6 +49,20 @@ TEST_F(ProviderWire, sendsExactlyTheseHeaders) {
                 "Authorization: Bearer s3cret-t0ken\r\nAccept: application/json\r\nX-AppVersion: 2.13.0\r\n"
                 "Content-Type: application/json\r\n" +
                 session + length(requests[1]) + requests[1].body);
+}
+
+TEST_F(ProviderWire, keepsBothSlashesOfThePathOfTheCounts) {
+  TestHttpServer server;
+  server.answer(Answer::json(200, "true"));
+  defaults.set("useLocalApi", true);
+  const AppConfig local(defaults, server.port());
+  bool arrived = false;
+  APIClient(transport, local, {.shortVersion = "2.13.0"})
+      .post<bool>(
+          "/app/statistics", Json::object(), "bool", [](const Json& json) { return json.get<bool>(); },
+          [&arrived](const auto& answer) { arrived = answer && *answer; });
+  ASSERT_TRUE(run([&] { return arrived; }));
+  EXPECT_EQ(server.waitForRequests(1).at(0).target, "/api//app/statistics");
 }
 
 TEST_F(ProviderWire, streamsEachPieceWhenItArrives) {
