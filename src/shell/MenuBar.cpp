@@ -5,16 +5,18 @@
 namespace quillmark {
 
 MenuBar::MenuBar(ActionService& actionService, CustomPromptStore& promptStore, LanguageStore& languageStore,
-                 ToneStore& toneStore, Actions actions)
+                 ToneStore& toneStore, UpdateMenuButton& updateButton, Actions actions)
     : actionService_(actionService),
       promptStore_(promptStore),
       languageStore_(languageStore),
       toneStore_(toneStore),
+      updateButton_(updateButton),
       actions_(std::move(actions)) {
   loadingChanges_ = actionService_.isLoading.observe([this](bool) { changed.emit(); });
   commandChanges_ = promptStore_.prompts.observe([this](const auto&) { changed.emit(); });
   languageChanges_ = languageStore_.itemsCache.observe([this](const auto&) { changed.emit(); });
   toneChanges_ = toneStore_.itemsCache.observe([this](const auto&) { changed.emit(); });
+  updateChanges_ = updateButton_.changed.connect([this] { changed.emit(); });
 }
 
 MenuItem MenuBar::commandItem(const Command& command, std::string_view icon) const {
@@ -72,8 +74,7 @@ std::vector<MenuItem> MenuBar::items() const {
   rows.push_back(MenuItem::action(tr("Settings"), "gear", actions_.openSettings));
   rows.back().shortcut = "Ctrl+,";
   rows.push_back(MenuItem::action(tr("Help Center"), "questionmark.circle", actions_.openHelp));
-  // There is nothing yet that could look for updates.
-  rows.push_back(MenuItem::action(tr("Check for Updates…"), "arrow.counterclockwise.circle", {}, false));
+  rows.push_back(updateButton_.item());
   rows.push_back(MenuItem::action(tr("Quit"), "", actions_.quit));
   rows.back().shortcut = "Ctrl+Q";
   return rows;

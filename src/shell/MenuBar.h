@@ -8,6 +8,7 @@
 #include "commands/ToneStore.h"
 #include "execution/ActionService.h"
 #include "shell/MenuModel.h"
+#include "shell/UpdateMenuButton.h"
 
 namespace quillmark {
 
@@ -22,7 +23,7 @@ class MenuBar {
   };
 
   MenuBar(ActionService& actionService, CustomPromptStore& promptStore, LanguageStore& languageStore,
-          ToneStore& toneStore, Actions actions);
+          ToneStore& toneStore, UpdateMenuButton& updateButton, Actions actions);
 
   /// The rows as they should be now: what runs something is disabled while a direct run is under way.
   std::vector<MenuItem> items() const;
@@ -38,11 +39,13 @@ class MenuBar {
   CustomPromptStore& promptStore_;
   LanguageStore& languageStore_;
   ToneStore& toneStore_;
+  UpdateMenuButton& updateButton_;
   Actions actions_;
   Connection loadingChanges_;
   Connection commandChanges_;
   Connection languageChanges_;
   Connection toneChanges_;
+  Connection updateChanges_;
 };
 
 }  // namespace quillmark

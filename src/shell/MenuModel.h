@@ -22,6 +22,8 @@ struct MenuItem {
   std::string shortcut = {};           ///< "Ctrl+,": shown only, grabs no key
   std::function<void()> trigger = {};  ///< runs after the menu has closed
   std::vector<MenuItem> children = {};
+  bool isAccented = false;  ///< shown in the accent colour
+  std::string help = {};    ///< shown while the pointer rests on it
 
   static MenuItem action(std::string title, std::string symbol, std::function<void()> trigger, bool enabled = true) {
     return {Kind::action, std::move(title), std::move(symbol), enabled, {}, std::move(trigger), {}};

@@ -41,7 +41,13 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
       shortcuts_(platform_.defaults, platform_.hotKeys),
       shortcutSubscriptions_(shortcuts_, promptStore_, languageStore_, toneStore_, actionService_,
                              activeApplicationTracker_),
-      menuBar_(actionService_, promptStore_, languageStore_, toneStore_,
+      versionInquiry_(apiClient_, appConfig_, alertHandler_, platform_.workspace, platform_.defaults),
+      appUpdateService_(versionInquiry_, alertHandler_, platform_.defaults),
+      updaterDelegate_(platform_.mainQueue),
+      updater_(platform_.mainQueue, platform_.defaults, alertHandler_, versionInquiry_, updaterDelegate_),
+      checkForUpdatesViewModel_(platform_.mainQueue, updater_, updaterDelegate_),
+      updateMenuButton_(checkForUpdatesViewModel_, updaterDelegate_, updater_),
+      menuBar_(actionService_, promptStore_, languageStore_, toneStore_, updateMenuButton_,
                {[this] {
                   alertHandler_.show(AlertKind::notice(
                       tr("Settings"), tr("The settings window is not part of this version yet. The command 'quillmark "

@@ -29,10 +29,16 @@
 #include "providers/ProviderFactory.h"
 #include "providers/ProviderStore.h"
 #include "shell/AppStatistics.h"
+#include "shell/AppUpdateService.h"
+#include "shell/AppUpdaterDelegate.h"
+#include "shell/CheckForUpdatesViewModel.h"
 #include "shell/LanguageManager.h"
 #include "shell/LaunchAtLogin.h"
 #include "shell/MenuBar.h"
 #include "shell/PendingSurfaces.h"
+#include "shell/ServiceUpdater.h"
+#include "shell/UpdateMenuButton.h"
+#include "shell/VersionInquiry.h"
 
 namespace quillmark {
 
@@ -68,6 +74,10 @@ class QuillmarkApp {
   LanguageManager& languageManager() { return languageManager_; }
   ServiceProvider& serviceProvider() { return serviceProvider_; }
   LaunchAtLogin& launchAtLogin() { return launchAtLogin_; }
+  AppUpdateService& appUpdateService() { return appUpdateService_; }
+  AppUpdaterDelegate& updaterDelegate() { return updaterDelegate_; }
+  ServiceUpdater& updater() { return updater_; }
+  CheckForUpdatesViewModel& checkForUpdatesViewModel() { return checkForUpdatesViewModel_; }
   MenuBar& menuBar() { return menuBar_; }
 
   /// What a field needs to record a shortcut.
@@ -113,6 +123,12 @@ class QuillmarkApp {
   Connection refusals_;
   GlobalShortcuts shortcuts_;
   KeyboardSubscriptions shortcutSubscriptions_;
+  VersionInquiry versionInquiry_;
+  AppUpdateService appUpdateService_;
+  AppUpdaterDelegate updaterDelegate_;
+  ServiceUpdater updater_;
+  CheckForUpdatesViewModel checkForUpdatesViewModel_;
+  UpdateMenuButton updateMenuButton_;
   MenuBar menuBar_;
   Lifetime lifetime_;
 };

@@ -42,6 +42,21 @@ TEST(Menu, showsTheItemsItIsToldOf) {
   EXPECT_FALSE(menu.actions()[3]->icon().isNull());
 }
 
+TEST(Menu, anEntryCanHaveHelpAndTheAccentColour) {
+  QMenu menu;
+  MenuItem item = action("Update");
+  fillMenu(menu, {item, action("Quit")});
+  const QAction* const entry = menu.actions()[0];
+  const QImage plain = entry->icon().pixmap(20).toImage();
+  item.isAccented = true;
+  item.help = "A newer one";
+  fillMenu(menu, {item, action("Quit")});
+  EXPECT_EQ(menu.actions()[0], entry);
+  EXPECT_NE(entry->icon().pixmap(20).toImage(), plain);
+  EXPECT_EQ(entry->toolTip(), "A newer one");
+  EXPECT_TRUE(menu.toolTipsVisible());
+}
+
 TEST(Menu, titlesReachAHostInItsOwnSpelling) {
   QMenu menu;
   fillMenu(menu, {action("To snake_case"), action("A & B & C")}, MenuPainter::host);

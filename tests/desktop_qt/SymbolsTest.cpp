@@ -27,6 +27,8 @@ TEST(Symbols, everyNameOfTheMenusHasItsOwnDrawing) {
                            "pencil.tip.crop.circle",
                            "pencil.and.outline",
                            "arrow.counterclockwise.circle",
+                           "exclamationmark.arrow.counterclockwise.circle",
+                           "arrow.down.circle.fill",
                            "arrow.up.and.down.text.horizontal",
                            "arrow.down.and.line.horizontal.and.arrow.up",
                            "text.bubble",

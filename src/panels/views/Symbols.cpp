@@ -103,8 +103,8 @@ QIcon icon(const std::string& name, const QColor& colour) {
   return QIcon(new Engine(fileFor(name), {.always = colour}));
 }
 
-QIcon menuIcon(const std::string& name) {
-  return QIcon(new Engine(fileFor(name), {.active = QPalette::HighlightedText}));
+QIcon menuIcon(const std::string& name, QPalette::ColorRole role) {
+  return QIcon(new Engine(fileFor(name), {.role = role, .active = QPalette::HighlightedText}));
 }
 
 QPixmap pixmap(const std::string& name, int points, qreal scale, const QColor& colour) {

@@ -18,7 +18,7 @@ QIcon icon(const std::string& name, QPalette::ColorRole role = QPalette::WindowT
 QIcon icon(const std::string& name, const QColor& colour);
 
 /// For entries of menus that the toolkit draws: they lie on the highlight colour while they are active.
-QIcon menuIcon(const std::string& name);
+QIcon menuIcon(const std::string& name, QPalette::ColorRole role = QPalette::WindowText);
 
 /// One picture of `points` by `points` logical points, `scale` device pixels each.
 QPixmap pixmap(const std::string& name, int points, qreal scale, const QColor& colour);

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "base/Lifetime.h"
+#include "base/Signal.h"
+#include "platform/MainQueue.h"
+#include "platform/Updater.h"
+
+namespace quillmark {
+
+/// What the updater has found, for the rest of the program. Each callback takes effect in a block of the main queue of
+/// its own.
+class AppUpdaterDelegate : public UpdaterDelegate {
+ public:
+  explicit AppUpdaterDelegate(MainQueue& queue) : queue_(queue) {}
+
+  Observable<bool> updateAvailable{false};
+  Observable<std::optional<AppcastItem>> availableUpdate;
+  Signal<> stopGentleReminders;  ///< the user knows, or there is nothing to know
+
+  void didFindValidUpdate(const AppcastItem& update) override;
+  void didNotFindUpdate() override;
+  void userDidMakeChoice(UserUpdateChoice choice, const AppcastItem& update, UserUpdateState state) override;
+  void willInstallUpdate(const AppcastItem& update) override;
+  void didAbortWithError(const std::string& error) override;
+  bool supportsGentleScheduledUpdateReminders() const override { return true; }
+  bool shouldHandleShowingScheduledUpdate(const AppcastItem&, bool) override { return true; }
+  void willHandleShowingUpdate(bool handledByUpdater, const AppcastItem& update, UserUpdateState state) override;
+  void didReceiveUserAttention(const AppcastItem& update) override;
+  void willFinishUpdateSession() override;
+
+ private:
+  void setAvailable(const AppcastItem& update);
+  void clear();
+  void stopLater();
+
+  MainQueue& queue_;
+  Lifetime lifetime_;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <chrono>
+
+#include "base/Lifetime.h"
+#include "base/Signal.h"
+#include "platform/MainQueue.h"
+#include "platform/Updater.h"
+#include "shell/AppUpdaterDelegate.h"
+
+namespace quillmark {
+
+/// Reminds the user of an update that was found, a few times and for a moment each: an hour after it was found, then
+/// once a day. Main thread only.
+class CheckForUpdatesViewModel {
+ public:
+  static constexpr Duration initialReminderDelay = std::chrono::hours(1);
+  static constexpr Duration reminderInterval = std::chrono::hours(24);
+  static constexpr Duration reminderLength = std::chrono::seconds(15);
+  static constexpr int maxReminders = 3;  ///< daily ones, besides the first
+
+  CheckForUpdatesViewModel(MainQueue& queue, Updater& updater, AppUpdaterDelegate& delegate);
+
+  Observable<bool> canCheckForUpdates{false};
+  Observable<bool> shouldShowGentleReminder{false};  ///< the entry of the menu draws the eye
+
+ private:
+  void startGentleReminders();
+  void stopGentleReminders();
+  void showGentleReminder();
+
+  MainQueue& queue_;
+  TimerHandle initialReminder_;
+  TimerHandle gentleReminderTimer_;
+  TimerHandle reminderEnd_;
+  int reminderCount_ = 0;
+  Connection checkable_;
+  Connection availability_;
+  Connection stops_;
+  Lifetime lifetime_;
+};
+
+}  // namespace quillmark
