@@ -14,6 +14,7 @@
 #include "providers/ProviderConfig.h"
 #include "providers/ProviderModel.h"
 #include "shell/AppStatistics.h"
+#include "shell/VersionInquiry.h"
 
 using namespace quillmark;
 
@@ -43,6 +44,8 @@ const std::function<void(const Json&)> readers[] = {
     [](const Json& json) { stored<ProviderConfig>(json, providerConfigFromJson); },
     [](const Json& json) { stored<ProviderModel>(json, providerModelFromJson); },
     [](const Json& json) { commandTemplateFromJson(json, {}).toCommand(); },
+    [](const Json& json) { statisticsResponseFromJson(json); },
+    [](const Json& json) { appVersionFromJson(json); },
     [](const Json& json) { toText(toJson(appStatisticsFromJson(json))); },
 };
 
