@@ -77,6 +77,32 @@ TEST_F(PresentedAlert, staysOnTheScreenWhateverTheLengthOfItsMessage) {
   }
 }
 
+TEST_F(PresentedAlert, tellsWhichOfItsButtonsClosedIt) {
+  const std::pair<std::function<void(QDialog&)>, std::size_t> ways[] = {
+      {[](QDialog& alert) { press(alert, Qt::Key_Return); }, 0},
+      {[](QDialog& alert) {
+         for (auto* button : alert.findChildren<QPushButton*>()) {
+           if (button->text() == "Skip") {
+             button->click();
+           }
+         }
+       },
+       1},
+      {[](QDialog& alert) { press(alert, Qt::Key_Escape); }, 2},
+      {[](QDialog& alert) { alert.close(); }, 2},
+  };
+  for (const auto& [close, expected] : ways) {
+    std::optional<std::size_t> chosen;
+    alerts.present({AlertStyle::informational, "Update", "text", {"Get It", "Skip", "Later"}},
+                   [&](std::size_t button) { chosen = button; });
+    QDialog* const alert = standingAlert();
+    ASSERT_NE(alert, nullptr);
+    EXPECT_EQ(qobject_cast<QPushButton*>(alert->focusWidget())->text(), "Get It");
+    close(*alert);
+    EXPECT_EQ(chosen, expected);
+  }
+}
+
 TEST_F(PresentedAlert, mayPresentTheNextOneWhenItCloses) {
   alerts.present({AlertStyle::informational, "First", "", {"Close"}}, [this](std::size_t) { present("second"); });
   standingAlert()->close();

@@ -131,15 +131,13 @@ class QtAlerts::Window : public QDialog {
     auto* const buttons = new QHBoxLayout;
     buttons->setSpacing(8);
     buttons->addStretch();
+    QPushButton* button = nullptr;
     for (std::size_t i = alert.buttons.size(); i-- > 0;) {
-      auto* const button = new QPushButton(QString::fromStdString(alert.buttons[i]));
+      button = new QPushButton(QString::fromStdString(alert.buttons[i]));
       button->setDefault(i == 0);
       button->setMinimumSize(88, 30);
       QObject::connect(button, &QPushButton::clicked, this, [this, i] { done(static_cast<int>(i)); });
       buttons->addWidget(button);
-      if (i == 0) {
-        button->setFocus();
-      }
     }
     last_ = static_cast<int>(alert.buttons.size()) - 1;
 
@@ -150,6 +148,9 @@ class QtAlerts::Window : public QDialog {
     all->addLayout(body);
     all->addLayout(buttons);
 
+    if (button != nullptr) {
+      button->setFocus();  // the default one
+    }
     adjustSize();
     move(area.center() - rect().center());
   }
