@@ -23,6 +23,8 @@ bool isAscii(std::string_view text) {
   return true;
 }
 
+bool isBlank(UChar32 c) { return c == '\t' || u_charType(c) == U_SPACE_SEPARATOR; }
+
 bool isNewline(UChar32 c) { return (c >= 0x0A && c <= 0x0D) || c == 0x85 || c == 0x2028 || c == 0x2029; }
 
 /// Moves `position` past one character; an invalid byte counts as a character of its own.
@@ -33,6 +35,22 @@ UChar32 nextCharacter(std::string_view text, std::size_t& position) {
   U8_NEXT(bytes, index, static_cast<int64_t>(text.size()), c);
   position = static_cast<std::size_t>(index);
   return c;
+}
+
+/// Pieces between the characters for which the condition holds.
+template <class Condition>
+std::vector<std::string_view> splitAt(std::string_view text, Condition isSeparator) {
+  std::vector<std::string_view> pieces;
+  std::size_t start = 0;
+  for (std::size_t position = 0; position < text.size();) {
+    const std::size_t here = position;
+    if (isSeparator(nextCharacter(text, position))) {
+      pieces.push_back(text.substr(start, here - start));
+      start = position;
+    }
+  }
+  pieces.push_back(text.substr(start));
+  return pieces;
 }
 
 /// Moves `position` back over one character.
@@ -78,18 +96,18 @@ std::string lowerCased(std::string_view text) {
   return result;
 }
 
-std::vector<std::string_view> splitAtNewlines(std::string_view text) {
-  std::vector<std::string_view> pieces;
-  std::size_t start = 0;
-  for (std::size_t position = 0; position < text.size();) {
-    const std::size_t here = position;
-    if (isNewline(nextCharacter(text, position))) {
-      pieces.push_back(text.substr(start, here - start));
-      start = position;
-    }
-  }
-  pieces.push_back(text.substr(start));
-  return pieces;
+std::vector<std::string_view> splitAtNewlines(std::string_view text) { return splitAt(text, isNewline); }
+
+std::vector<std::string_view> splitAtBlanks(std::string_view text) { return splitAt(text, isBlank); }
+
+bool startsWithWhitespace(std::string_view text) {
+  std::size_t position = 0;
+  return !text.empty() && u_isUWhiteSpace(nextCharacter(text, position)) != 0;
+}
+
+bool startsWithNewline(std::string_view text) {
+  std::size_t position = 0;
+  return !text.empty() && isNewline(nextCharacter(text, position));
 }
 
 std::string_view trimmed(std::string_view text) {

@@ -27,6 +27,13 @@ std::string replacingAll(std::string text, std::string_view pattern, std::string
 /// Pieces between occurrences of `separator`, empty ones included. They point into `text`.
 std::vector<std::string_view> split(std::string_view text, char separator);
 
+/// The same between blanks: Unicode's space separators and the tab, not the newlines.
+std::vector<std::string_view> splitAtBlanks(std::string_view text);
+
+/// Whether the first character is white space, or one of those at which splitAtNewlines() splits.
+bool startsWithWhitespace(std::string_view text);
+bool startsWithNewline(std::string_view text);
+
 std::string joined(const std::vector<std::string>& pieces, std::string_view separator);
 
 /// Below, equal to or above 0: runs of digits compare as numbers, everything else by code point, so that "2.9.0" comes

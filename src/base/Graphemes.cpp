@@ -1,0 +1,111 @@
+#include "base/Graphemes.h"
+
+#include <memory>
+
+#include <unicode/brkiter.h>
+#include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+#include <unicode/utf8.h>
+
+namespace quillmark::text {
+namespace {
+
+constexpr char32_t carriageReturnLineFeed = 0x110000;
+constexpr char32_t firstOwnCode = carriageReturnLineFeed + 1;
+
+/// Code points that make up a character of their own beside others of these, except for CR LF, and that composition
+/// leaves as they are. Most of most texts; what is missing here only takes longer.
+bool isPlain(UChar32 c) {
+  constexpr std::pair<UChar32, UChar32> ranges[] = {
+      {0x391, 0x3CE},   {0x400, 0x481},   {0x48A, 0x52F},   {0x5D0, 0x5EA},   {0x621, 0x64A},
+      {0x2010, 0x2027}, {0x2030, 0x203B}, {0x3001, 0x3029}, {0x3041, 0x3096}, {0x30A1, 0x30FE},
+      {0x4E00, 0x9FFF}, {0xAC00, 0xD7A3}, {0xFF01, 0xFF9D},
+  };
+  if (c < 0x300) {
+    return c >= 0;
+  }
+  for (const auto& [first, last] : ranges) {
+    if (c <= last) {
+      return c >= first;
+    }
+  }
+  return false;
+}
+
+/// Reads the code point at a position and moves past it; below 0 for an invalid byte.
+UChar32 next(std::string_view text, std::size_t& position) {
+  const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+  auto index = static_cast<std::int64_t>(position);
+  UChar32 c = 0;
+  U8_NEXT(bytes, index, static_cast<std::int64_t>(text.size()), c);
+  position = static_cast<std::size_t>(index);
+  return c;
+}
+
+}  // namespace
+
+Graphemes GraphemeTable::encode(std::string_view text) {
+  Graphemes result;
+  result.codes.reserve(text.size());
+  result.starts.reserve(text.size() + 1);
+  for (std::size_t position = 0; position < text.size();) {
+    const std::size_t start = position;
+    const UChar32 c = next(text, position);
+    if (c == '\n' && !result.codes.empty() && result.codes.back() == U'\r') {
+      result.codes.back() = carriageReturnLineFeed;
+      continue;
+    }
+    if (isPlain(c)) {
+      result.codes.push_back(static_cast<char32_t>(c));
+      result.starts.push_back(static_cast<std::uint32_t>(start));
+      continue;
+    }
+    // The run of others, with the plain ones around it: they may belong to its characters.
+    std::size_t runStart = start;
+    if (!result.codes.empty()) {
+      runStart = result.starts.back();
+      result.codes.pop_back();
+      result.starts.pop_back();
+    }
+    while (position < text.size() && !isPlain(next(text, position))) {
+    }
+    encodeRun(text.substr(runStart, position - runStart), static_cast<std::uint32_t>(runStart), result);
+  }
+  result.starts.push_back(static_cast<std::uint32_t>(text.size()));
+  return result;
+}
+
+void GraphemeTable::encodeRun(std::string_view text, std::uint32_t offset, Graphemes& result) {
+  UErrorCode status = U_ZERO_ERROR;
+  static const std::unique_ptr<icu::BreakIterator> prototype(
+      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+  const auto* composition = icu::Normalizer2::getNFCInstance(status);
+  const auto unicode =
+      icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
+  const std::unique_ptr<icu::BreakIterator> clusters(prototype ? prototype->clone() : nullptr);
+  if (!clusters || U_FAILURE(status)) {
+    return;
+  }
+  clusters->setText(unicode);
+  std::size_t bytes = 0;
+  for (std::int32_t start = 0, end = clusters->next(); end != icu::BreakIterator::DONE;
+       start = end, end = clusters->next()) {
+    const icu::UnicodeString cluster = unicode.tempSubStringBetween(start, end);
+    const icu::UnicodeString composed = composition->normalize(cluster, status);
+    char32_t code = static_cast<char32_t>(composed.char32At(0));
+    if (composed == icu::UnicodeString(u"\r\n")) {
+      code = carriageReturnLineFeed;
+    } else if (composed.countChar32() > 1) {
+      const std::u16string key(composed.getBuffer(), static_cast<std::size_t>(composed.length()));
+      code = clusters_.try_emplace(key, firstOwnCode + static_cast<char32_t>(clusters_.size())).first->second;
+    }
+    result.codes.push_back(code);
+    result.starts.push_back(offset + static_cast<std::uint32_t>(bytes));
+    for (auto count = cluster.countChar32(); count > 0; --count) {
+      next(text, bytes);
+    }
+  }
+}
+
+}  // namespace quillmark::text

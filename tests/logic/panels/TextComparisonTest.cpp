@@ -1,0 +1,386 @@
+#include <memory>
+#include <random>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unicode/brkiter.h>
+#include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
+
+#include "panels/TextComparison.h"
+
+namespace quillmark {
+
+void PrintTo(const LineDiff& row, std::ostream* stream) {
+  *stream << "umar"[static_cast<int>(row.type)] << " " << row.originalLine.value_or("-") << " | "
+          << row.improvedLine.value_or("-") << "\n";
+}
+
+void PrintTo(const DiffElement& element, std::ostream* stream) {
+  *stream << "udam"[static_cast<int>(element.type)] << " " << element.text << "| " << element.originalText.value_or("-")
+          << "\n";
+}
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// The rules as they are written, without a thought of speed: characters are strings, the distance is the whole matrix.
+namespace slow {
+
+using Characters = std::vector<icu::UnicodeString>;
+
+Characters characters(const std::string& text) {
+  UErrorCode status = U_ZERO_ERROR;
+  static const std::unique_ptr<icu::BreakIterator> clusters(
+      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+  const auto unicode = icu::UnicodeString::fromUTF8(text);
+  clusters->setText(unicode);
+  Characters result;
+  for (auto start = clusters->first(), end = clusters->next(); end != icu::BreakIterator::DONE;
+       start = end, end = clusters->next()) {
+    result.emplace_back(unicode, start, end - start);
+  }
+  return result;
+}
+
+icu::UnicodeString canonical(const icu::UnicodeString& text) {
+  UErrorCode status = U_ZERO_ERROR;
+  return icu::Normalizer2::getNFDInstance(status)->normalize(text, status);
+}
+
+bool equal(const std::string& a, const std::string& b) {
+  return canonical(icu::UnicodeString::fromUTF8(a)) == canonical(icu::UnicodeString::fromUTF8(b));
+}
+
+std::size_t distance(const std::string& first, const std::string& second) {
+  auto a = characters(first);
+  auto b = characters(second);
+  std::ranges::transform(a, a.begin(), canonical);
+  std::ranges::transform(b, b.begin(), canonical);
+  std::vector<std::vector<std::size_t>> matrix(a.size() + 1, std::vector<std::size_t>(b.size() + 1));
+  for (std::size_t i = 0; i <= a.size(); ++i) {
+    for (std::size_t j = 0; j <= b.size(); ++j) {
+      if (i == 0 || j == 0) {
+        matrix[i][j] = i + j;
+        continue;
+      }
+      const std::size_t cost = a[i - 1] == b[j - 1] ? 0 : 1;
+      matrix[i][j] = std::min({matrix[i - 1][j] + 1, matrix[i][j - 1] + 1, matrix[i - 1][j - 1] + cost});
+    }
+  }
+  return matrix[a.size()][b.size()];
+}
+
+std::string trimmed(const std::string& text) {
+  auto unicode = icu::UnicodeString::fromUTF8(text);
+  while (unicode.length() > 0 && u_isUWhiteSpace(unicode.char32At(0))) {
+    unicode.remove(0, unicode.moveIndex32(0, 1));
+  }
+  while (unicode.length() > 0 && u_isUWhiteSpace(unicode.char32At(unicode.length() - 1))) {
+    unicode.truncate(unicode.moveIndex32(unicode.length(), -1));
+  }
+  std::string result;
+  return unicode.toUTF8String(result);
+}
+
+bool similar(const std::string& a, const std::string& b) {
+  if (a.empty() != b.empty()) {
+    return false;
+  }
+  const auto longer = static_cast<double>(std::max(characters(a).size(), characters(b).size()));
+  return a.empty() || 1.0 - static_cast<double>(distance(a, b)) / longer >= 0.6;
+}
+
+std::vector<LineDiff> lineDiff(const std::string& original, const std::string& improved) {
+  std::vector<std::string> o;
+  std::vector<std::string> m;
+  std::ranges::transform(splitIntoLines(original), std::back_inserter(o), trimmed);
+  std::ranges::transform(splitIntoLines(improved), std::back_inserter(m), trimmed);
+  std::vector<LineDiff> rows;
+  std::size_t i = 0;
+  std::size_t j = 0;
+  while (i < o.size() && j < m.size()) {
+    const auto a = o[i];
+    const auto b = m[j];
+    if (equal(a, b)) {
+      rows.push_back({a, b, LineDiffType::unchanged});
+      ++i, ++j;
+      continue;
+    }
+    if (similar(a, b)) {
+      rows.push_back({a, b, LineDiffType::modified});
+      ++i, ++j;
+      continue;
+    }
+    bool found = false;
+    for (std::size_t k = i + 1; !found && k < std::min(o.size(), i + 3); ++k) {
+      if (similar(o[k], b)) {
+        for (; i < k; ++i) {
+          rows.push_back({o[i], std::nullopt, LineDiffType::removed});
+        }
+        found = true;
+      }
+    }
+    for (std::size_t k = j + 1; !found && k < std::min(m.size(), j + 3); ++k) {
+      if (similar(a, m[k])) {
+        for (; j < k; ++j) {
+          rows.push_back({std::nullopt, m[j], LineDiffType::added});
+        }
+        found = true;
+      }
+    }
+    if (!found) {
+      rows.push_back({a, std::nullopt, LineDiffType::removed});
+      rows.push_back({std::nullopt, b, LineDiffType::added});
+      ++i, ++j;
+    }
+  }
+  for (; i < o.size(); ++i) {
+    rows.push_back({o[i], std::nullopt, LineDiffType::removed});
+  }
+  for (; j < m.size(); ++j) {
+    rows.push_back({std::nullopt, m[j], LineDiffType::added});
+  }
+  return rows;
+}
+
+std::vector<std::string> tokens(const std::string& text) {
+  std::vector<std::string> result;
+  std::string word;
+  const auto endWord = [&] {
+    if (!word.empty()) {
+      result.push_back(std::exchange(word, {}) + " ");
+    }
+  };
+  for (const auto& character : characters(text)) {
+    const UChar32 first = character.char32At(0);
+    if (!u_isUWhiteSpace(first)) {
+      character.toUTF8String(word);
+      continue;
+    }
+    endWord();
+    if ((first >= 0x0A && first <= 0x0D) || first == 0x85 || first == 0x2028 || first == 0x2029) {
+      result.emplace_back("\n");
+    }
+  }
+  endWord();
+  return result;
+}
+
+std::vector<DiffElement> wordDiff(const std::string& original, const std::string& improved) {
+  const auto a = tokens(original);
+  const auto b = tokens(improved);
+  std::vector<DiffElement> elements;
+  std::size_t i = 0;
+  std::size_t j = 0;
+  while (i < a.size() && j < b.size()) {
+    if (equal(a[i], b[j])) {
+      elements.push_back({a[i], DiffType::unchanged});
+      ++i, ++j;
+      continue;
+    }
+    bool found = false;
+    for (std::size_t k = i + 1; !found && k < std::min(a.size(), i + 5); ++k) {
+      if (equal(a[k], b[j])) {
+        for (; i < k; ++i) {
+          elements.push_back({a[i], DiffType::deleted});
+        }
+        found = true;
+      }
+    }
+    for (std::size_t k = j + 1; !found && k < std::min(b.size(), j + 5); ++k) {
+      if (equal(b[k], a[i])) {
+        for (; j < k; ++j) {
+          elements.push_back({b[j], DiffType::added});
+        }
+        found = true;
+      }
+    }
+    if (found) {
+      continue;
+    }
+    if (a[i] != "\n" && b[j] != "\n") {
+      const auto ta = a[i].substr(0, a[i].size() - 1);
+      const auto tb = b[j].substr(0, b[j].size() - 1);
+      const auto longer = std::max(characters(ta).size(), characters(tb).size());
+      if (longer >= 1 && static_cast<double>(distance(ta, tb)) / static_cast<double>(longer) < 0.4) {
+        elements.push_back({b[j], DiffType::modified, a[i]});
+        ++i, ++j;
+        continue;
+      }
+    }
+    elements.push_back({a[i], DiffType::deleted});
+    elements.push_back({b[j], DiffType::added});
+    ++i, ++j;
+  }
+  for (; i < a.size(); ++i) {
+    elements.push_back({a[i], DiffType::deleted});
+  }
+  for (; j < b.size(); ++j) {
+    elements.push_back({b[j], DiffType::added});
+  }
+  return elements;
+}
+
+}  // namespace slow
+
+/// Texts as they come from models, and worse ones: words of several scripts, small changes of them, marks and joiners.
+class Texts {
+ public:
+  explicit Texts(std::uint32_t seed) : random_(seed) {}
+
+  std::string text() {
+    std::string result;
+    const std::size_t words = below(40);
+    const auto& script = scripts[below(std::size(scripts))];
+    for (std::size_t i = 0; i < words; ++i) {
+      result += script[below(script.size())];
+      result += pick(separators);
+    }
+    return result;
+  }
+
+  /// The text with some of its characters changed, dropped, doubled or moved.
+  std::string changed(const std::string& text) {
+    auto characters = slow::characters(text);
+    for (std::size_t changes = below(characters.size() / 4 + 2); changes > 0 && !characters.empty(); --changes) {
+      const auto at = static_cast<std::ptrdiff_t>(below(characters.size()));
+      switch (below(4)) {
+        case 0:
+          characters.erase(characters.begin() + at);
+          break;
+        case 1:
+          characters.insert(characters.begin() + at, icu::UnicodeString::fromUTF8(pick(pieces)));
+          break;
+        case 2:
+          characters[static_cast<std::size_t>(at)] = icu::UnicodeString::fromUTF8(pick(pieces));
+          break;
+        default:
+          std::rotate(characters.begin(), characters.begin() + at, characters.end());
+      }
+    }
+    std::string result;
+    for (const auto& character : characters) {
+      character.toUTF8String(result);
+    }
+    return result;
+  }
+
+  std::size_t below(std::size_t limit) { return random_() % limit; }
+
+ private:
+  template <std::size_t size>
+  const char* pick(const char* const (&list)[size]) {
+    return list[below(size)];
+  }
+
+  inline static const std::vector<std::string> scripts[] = {
+      {"the", "cat", "sat", "on", "colour", "color", "mat", "improvement", "improved", "a", "I", "don't"},
+      {"Gr\u00fc\u00dfe", "Gru\u0308\u00dfe", "na\u00efve", "nai\u0308ve", "\u00e9t\u00e9", "e\u0301te\u0301",
+       "\u01b0\u01a1\u0301"},
+      {"\u043a\u043e\u0442", "\u0439", "\u0438\u0306", "\u043c\u0430\u0442", "\u0442\u0435\u043a\u0441\u0442"},
+      {"\u732b\u304c", "\u304c", "\u304b\u3099", "\u30d1", "\u30cf\u309a", "\ud55c\uae00", "\u1112\u1161\u11ab",
+       "\u5ea7\u3063\u305f"},
+      {"\U0001F469\u200D\U0001F4BB", "\U0001F1E9\U0001F1EA\U0001F1EB", "\U0001F44D\U0001F3FD", "ok", "\u0e01\u0e33",
+       "\u0915\u094d\u0937"},
+  };
+  inline static const char* const separators[] = {" ",  " ",  " ",    " ",  "  ",     ". ",     ", ",
+                                                  "? ", "\n", "\r\n", "\t", "\u00a0", "\u2028", ""};
+  inline static const char* const pieces[] = {"x",      " ",      "\u0301", "\n",         "\r",     ".",
+                                              "\u00e9", "\u4e00", "\u200D", "\U0001F44D", "\u0600", "ab"};
+
+  std::mt19937 random_;
+};
+
+TEST(TextComparison, agreesWithTheRulesAsTheyAreWritten) {
+  Texts texts(20'261'123);
+  for (int pair = 0; pair < 20'000; ++pair) {
+    const std::string original = texts.text();
+    const std::string improved = texts.below(8) == 0 ? texts.text() : texts.changed(original);
+    ASSERT_EQ(tokenize(original), slow::tokens(original)) << original;
+    ASSERT_EQ(calculateWordDiff(original, improved), slow::wordDiff(original, improved)) << original << "\n--\n"
+                                                                                         << improved;
+    ASSERT_EQ(calculateLineDiff(original, improved), slow::lineDiff(original, improved)) << original << "\n--\n"
+                                                                                         << improved;
+    ASSERT_EQ(levenshteinDistance(original, improved), slow::distance(original, improved)) << original << "\n--\n"
+                                                                                           << improved;
+  }
+}
+
+TEST(TextComparison, findsTheDistanceOfLongTexts) {
+  Texts texts(7);
+  for (int pair = 0; pair < 60; ++pair) {
+    std::string original;
+    while (original.size() < 700) {
+      original += texts.text();
+    }
+    const std::string improved = pair % 3 == 0 ? texts.text() + texts.text() : texts.changed(original);
+    ASSERT_EQ(levenshteinDistance(original, improved), slow::distance(original, improved));
+  }
+}
+
+TEST(Lines, areTheTextsOwnOrItsSentencesOrItsParts) {
+  EXPECT_THAT(splitIntoLines(" one \n\n\ttwo. Three\r\n"), ElementsAre(" one ", "\ttwo. Three"));
+  EXPECT_THAT(splitIntoLines("only one. Really\n"), ElementsAre("only one. Really"));
+  EXPECT_THAT(splitIntoLines("\n \n"), IsEmpty());
+  EXPECT_THAT(splitIntoLines("Why? Because."), ElementsAre("Why.", "Because."));
+  EXPECT_THAT(splitIntoLines("Why?"), ElementsAre("Why?"));
+  EXPECT_THAT(splitIntoLines("a, b,, c"), ElementsAre("a,", "b,", "c"));
+  EXPECT_THAT(splitIntoLines(""), ElementsAre(""));
+  const std::string word(79, 'x');
+  EXPECT_THAT(splitIntoLines(word + "\u00e9"), ElementsAre(word + "\u00e9"));
+  EXPECT_THAT(splitIntoLines(word + " \u00e9"), ElementsAre(word, "\u00e9"));
+  EXPECT_THAT(splitIntoLines("a  b " + std::string(90, 'y') + " c"), ElementsAre("a  b", std::string(90, 'y'), "c"));
+}
+
+TEST(LineRows, lookAheadTwoLinesAndNoFurther) {
+  using enum LineDiffType;
+  EXPECT_THAT(calculateLineDiff("", "x\ny"),
+              ElementsAre(LineDiff{"", std::nullopt, removed}, LineDiff{std::nullopt, "x", added},
+                          LineDiff{std::nullopt, "y", added}));
+  EXPECT_THAT(calculateLineDiff("", ""), ElementsAre(LineDiff{"", "", unchanged}));
+  const auto types = [](const std::string& original, const std::string& improved) {
+    std::string all;
+    for (const auto& row : calculateLineDiff(original, improved)) {
+      all += "umar"[static_cast<int>(row.type)];
+    }
+    return all;
+  };
+  EXPECT_EQ(types("aaaa\nbbbb\ncccc", "cccc\ndddd"), "rrua");
+  EXPECT_EQ(types("aaaa\nbbbb\neeee\ncccc", "cccc\ndddd"), "rararr");
+  EXPECT_EQ(types("cccc\nx", "aaaa\nbbbb\ncccc\nx"), "aauu");
+  EXPECT_EQ(types("abcde\n-", "abcxy\n-"), "mu") << "0.6 is enough";
+}
+
+TEST(WordRows, callSmallChangesModificationsAndLookFourWordsAhead) {
+  using enum DiffType;
+  EXPECT_THAT(calculateWordDiff("colour", "color"), ElementsAre(DiffElement{"color ", modified, "colour "}));
+  EXPECT_THAT(calculateWordDiff("brown", "red"),
+              ElementsAre(DiffElement{"brown ", deleted}, DiffElement{"red ", added}));
+  EXPECT_THAT(calculateWordDiff("abcde", "abcxy"),
+              ElementsAre(DiffElement{"abcde ", deleted}, DiffElement{"abcxy ", added}))
+      << "0.4 is too much";
+  EXPECT_THAT(calculateWordDiff("a\n", "a b"),
+              ElementsAre(DiffElement{"a ", unchanged}, DiffElement{"\n", deleted}, DiffElement{"b ", added}));
+  EXPECT_EQ(calculateWordDiff("1 2 3 4 x", "x").size(), 5u);
+  EXPECT_EQ(calculateWordDiff("1 2 3 4 5 x", "x").size(), 7u) << "the word is five ahead, and not seen";
+  EXPECT_THAT(calculateWordDiff(" ", "\t"), IsEmpty());
+}
+
+TEST(WordRows, areShownInLinesWithoutEmptyOnes) {
+  const auto sizes = [](const std::string& text) {
+    std::vector<std::size_t> all;
+    for (const auto& line : groupIntoLines(calculateWordDiff(text, text))) {
+      all.push_back(line.size());
+    }
+    return all;
+  };
+  EXPECT_THAT(sizes("a b\n\n\nc\n"), ElementsAre(2, 1));
+  EXPECT_THAT(sizes("\n\na"), ElementsAre(0, 1));
+  EXPECT_THAT(sizes(""), ElementsAre(0));
+}
+
+}  // namespace
+}  // namespace quillmark
