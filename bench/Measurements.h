@@ -28,6 +28,9 @@ void measureStores(int runs, Figures& figures);
 /// socket, and many requests at once.
 void measureStreams(int runs, Figures& figures);
 
+/// Compares long texts of several scripts, beside two programs that compare words.
+void measureComparison(int runs, Figures& figures);
+
 /// Starts the command-line program again and again, until its request arrives.
 void measureCommandLine(const BuildTree& tree, int runs, Figures& figures);
 

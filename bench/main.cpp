@@ -16,11 +16,11 @@ int main(int argc, char** argv) {
   BuildTree tree;
   int runs = 30;
   std::filesystem::path out = "build/bench";
-  std::vector<std::string> parts{"runs", "start", "command-line", "stores", "streams"};
+  std::vector<std::string> parts{"runs", "start", "command-line", "stores", "streams", "comparison"};
   app.add_option("--build", tree.root, "The build tree")->required()->check(CLI::ExistingDirectory);
   app.add_option("--runs", runs, "Runs for each figure")->check(CLI::PositiveNumber)->capture_default_str();
   app.add_option("--out", out, "Directory for report.json")->capture_default_str();
-  app.add_option("--only", parts, "Some of the measurements: runs, start, command-line, stores, streams")
+  app.add_option("--only", parts, "Some of the measurements: runs, start, command-line, stores, streams, comparison")
       ->check(CLI::IsMember(parts));
   CLI11_PARSE(app, argc, argv);
   tree.root = std::filesystem::absolute(tree.root);
@@ -33,6 +33,9 @@ int main(int argc, char** argv) {
     }
     if (wanted("streams")) {
       measureStreams(runs, figures);
+    }
+    if (wanted("comparison")) {
+      measureComparison(runs, figures);
     }
     if (wanted("command-line")) {
       measureCommandLine(tree, runs, figures);
