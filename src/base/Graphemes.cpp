@@ -11,6 +11,9 @@
 namespace quillmark::text {
 namespace {
 
+/// So many plain characters end a run of others.
+constexpr std::size_t runEnd = 200;
+
 constexpr char32_t carriageReturnLineFeed = 0x110000;
 constexpr char32_t firstOwnCode = carriageReturnLineFeed + 1;
 
@@ -68,7 +71,9 @@ Graphemes GraphemeTable::encode(std::string_view text) {
       result.codes.pop_back();
       result.starts.pop_back();
     }
-    while (position < text.size() && !isPlain(next(text, position))) {
+    // Short runs are taken together: one costs as much as many characters.
+    for (std::size_t plain = 0; plain < runEnd && position < text.size();) {
+      plain = isPlain(next(text, position)) ? plain + 1 : 0;
     }
     encodeRun(text.substr(runStart, position - runStart), static_cast<std::uint32_t>(runStart), result);
   }
@@ -78,34 +83,51 @@ Graphemes GraphemeTable::encode(std::string_view text) {
 
 void GraphemeTable::encodeRun(std::string_view text, std::uint32_t offset, Graphemes& result) {
   UErrorCode status = U_ZERO_ERROR;
-  static const std::unique_ptr<icu::BreakIterator> prototype(
+  thread_local const std::unique_ptr<icu::BreakIterator> clusters(
       icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
   const auto* composition = icu::Normalizer2::getNFCInstance(status);
   const auto unicode =
       icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
-  const std::unique_ptr<icu::BreakIterator> clusters(prototype ? prototype->clone() : nullptr);
   if (!clusters || U_FAILURE(status)) {
     return;
   }
   clusters->setText(unicode);
+  const bool isComposed = composition->isNormalized(unicode, status) != 0;
+  const std::u16string_view units(unicode.getBuffer(), static_cast<std::size_t>(unicode.length()));
   std::size_t bytes = 0;
-  for (std::int32_t start = 0, end = clusters->next(); end != icu::BreakIterator::DONE;
-       start = end, end = clusters->next()) {
-    const icu::UnicodeString cluster = unicode.tempSubStringBetween(start, end);
-    const icu::UnicodeString composed = composition->normalize(cluster, status);
-    char32_t code = static_cast<char32_t>(composed.char32At(0));
-    if (composed == icu::UnicodeString(u"\r\n")) {
-      code = carriageReturnLineFeed;
-    } else if (composed.countChar32() > 1) {
-      const std::u16string key(composed.getBuffer(), static_cast<std::size_t>(composed.length()));
-      code = clusters_.try_emplace(key, firstOwnCode + static_cast<char32_t>(clusters_.size())).first->second;
+  std::int32_t start = 0;
+  for (auto end = clusters->next(); end != icu::BreakIterator::DONE; start = end, end = clusters->next()) {
+    const auto cluster = units.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start));
+    if (isComposed) {
+      result.codes.push_back(codeOf(cluster));
+    } else {
+      const auto composed = composition->normalize(unicode.tempSubStringBetween(start, end), status);
+      result.codes.push_back(codeOf({composed.getBuffer(), static_cast<std::size_t>(composed.length())}));
     }
-    result.codes.push_back(code);
     result.starts.push_back(offset + static_cast<std::uint32_t>(bytes));
-    for (auto count = cluster.countChar32(); count > 0; --count) {
-      next(text, bytes);
+    for (std::size_t unit = 0; unit < cluster.size(); ++unit) {
+      if (!U16_IS_TRAIL(cluster[unit]) || unit == 0 || !U16_IS_LEAD(cluster[unit - 1])) {
+        next(text, bytes);
+      }
     }
   }
+}
+
+char32_t GraphemeTable::codeOf(std::u16string_view cluster) {
+  if (cluster.size() == 1) {
+    return cluster.front();
+  }
+  if (cluster.size() == 2 && U16_IS_LEAD(cluster[0])) {
+    return static_cast<char32_t>(U16_GET_SUPPLEMENTARY(cluster[0], cluster[1]));
+  }
+  if (cluster == u"\r\n") {
+    return carriageReturnLineFeed;
+  }
+  auto known = clusters_.find(cluster);
+  if (known == clusters_.end()) {
+    known = clusters_.emplace(cluster, firstOwnCode + static_cast<char32_t>(clusters_.size())).first;
+  }
+  return known->second;
 }
 
 }  // namespace quillmark::text

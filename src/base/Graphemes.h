@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -23,9 +24,15 @@ class GraphemeTable {
   Graphemes encode(std::string_view text);
 
  private:
-  void encodeRun(std::string_view text, std::uint32_t offset, Graphemes& result);
+  struct Hash {
+    using is_transparent = void;
+    std::size_t operator()(std::u16string_view cluster) const { return std::hash<std::u16string_view>()(cluster); }
+  };
 
-  std::unordered_map<std::u16string, char32_t> clusters_;  ///< by their composed form
+  void encodeRun(std::string_view text, std::uint32_t offset, Graphemes& result);
+  char32_t codeOf(std::u16string_view cluster);
+
+  std::unordered_map<std::u16string, char32_t, Hash, std::equal_to<>> clusters_;  ///< by their composed form
 };
 
 }  // namespace quillmark::text
