@@ -61,16 +61,6 @@ Pair makePair(const std::vector<std::string>& letters) {
   return pair;
 }
 
-std::vector<double> timesOf(int runs, const std::function<void()>& work) {
-  std::vector<double> times;
-  for (int run = 0; run < runs; ++run) {
-    const auto before = now();
-    work();
-    times.push_back(millisecondsBetween(before, now()));
-  }
-  return times;
-}
-
 std::vector<double> timesOfProgram(int runs, const std::vector<std::string>& command) {
   return timesOf(runs, [&] {
     Process program(command, {{"PATH", "/usr/bin:/bin"}, {"HOME", "/nonexistent"}, {"LANG", "C.UTF-8"}}, {});

@@ -11,6 +11,16 @@ bool isMet(const Figure& figure, const Spread& spread) { return !figure.goal || 
 
 }  // namespace
 
+std::vector<double> timesOf(int runs, const std::function<void()>& work) {
+  std::vector<double> times;
+  for (int run = 0; run < runs; ++run) {
+    const auto before = now();
+    work();
+    times.push_back(millisecondsBetween(before, now()));
+  }
+  return times;
+}
+
 void Figures::print() const {
   std::printf("%-52s %9s %9s %9s %6s\n", "figure", "median", "p95", "goal", "runs");
   for (const auto& figure : figures_) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -7,6 +8,9 @@
 #include "base/Json.h"
 
 namespace quillmark::bench {
+
+/// How many milliseconds each run of some work takes.
+std::vector<double> timesOf(int runs, const std::function<void()>& work);
 
 /// One figure of the program, with what it should be.
 struct Figure {

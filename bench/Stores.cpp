@@ -23,16 +23,6 @@ std::string numbered(std::string_view what, std::size_t number) {
   return std::string(what).append(" ").append(std::to_string(number));
 }
 
-std::vector<double> timesOf(int runs, const std::function<void()>& work) {
-  std::vector<double> times;
-  for (int run = 0; run < runs; ++run) {
-    const auto before = now();
-    work();
-    times.push_back(millisecondsBetween(before, now()));
-  }
-  return times;
-}
-
 }  // namespace
 
 void fillStore(const std::filesystem::path& data, const StoreSize& size) {
