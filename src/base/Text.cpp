@@ -1,13 +1,14 @@
 #include "base/Text.h"
 
 #include <algorithm>
-#include <memory>
 
-#include <unicode/brkiter.h>
+#include <unicode/locid.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 #include <unicode/utf8.h>
 #include <unicode/utypes.h>
+
+#include "base/Graphemes.h"
 
 namespace quillmark::text {
 namespace {
@@ -197,21 +198,7 @@ int compareNumerically(std::string_view a, std::string_view b) {
   return static_cast<int>(!a.empty()) - static_cast<int>(!b.empty());
 }
 
-std::size_t graphemeCount(std::string_view text) {
-  UErrorCode status = U_ZERO_ERROR;
-  const std::unique_ptr<icu::BreakIterator> clusters(
-      icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
-  if (U_FAILURE(status)) {
-    return text.size();
-  }
-  const auto unicode = icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int32_t>(text.size())));
-  clusters->setText(unicode);
-  std::size_t count = 0;
-  while (clusters->next() != icu::BreakIterator::DONE) {
-    ++count;
-  }
-  return count;
-}
+std::size_t graphemeCount(std::string_view text) { return GraphemeTable().encode(text).codes.size(); }
 
 std::string oneDecimal(int tenths) { return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10); }
 

@@ -55,14 +55,12 @@ std::vector<std::string_view> trimmedPieces(std::string_view text, std::string_v
   }
 }
 
-std::size_t length(std::string_view text) { return text::GraphemeTable().encode(text).codes.size(); }
-
 std::vector<std::string> wrapped(std::string_view text) {
   std::vector<std::string> lines;
   std::string line;
   std::size_t lineLength = 0;
   for (const auto word : text::splitAtBlanks(text)) {
-    const std::size_t wordLength = length(word);
+    const std::size_t wordLength = text::graphemeCount(word);
     if (lineLength + wordLength + 1 > longestLine && !line.empty()) {
       lines.push_back(std::exchange(line, std::string(word)));
       lineLength = wordLength;
@@ -301,7 +299,7 @@ std::vector<std::string> splitIntoLines(const std::string& text) {
     result.back().pop_back();
     return result;
   }
-  return length(text) <= longestLine ? std::vector{text} : wrapped(text);
+  return text::graphemeCount(text) <= longestLine ? std::vector{text} : wrapped(text);
 }
 
 std::vector<std::string> tokenize(const std::string& text) {

@@ -17,22 +17,6 @@ constexpr const char* goodAnswer =
 
 using ChatProvider = ProviderLab;
 
-TEST_F(ChatProvider, sendsJustThisRequest) {
-  EXPECT_EQ(chat(*base(), [&] { last().answerJson(goodAnswer); }), "the cat");
-  const HttpRequest& request = last().request;
-  EXPECT_EQ(request.method, "POST");
-  EXPECT_EQ(request.url, "http://server/v1/chat/completions");
-  EXPECT_EQ(parseJson(*request.body),
-            parseJson(R"({"messages":[{"role":"system","content":"fix it"},{"role":"user","content":"teh cat"}],)"
-                      R"("model":"m-default","stream":false})"));
-  EXPECT_THAT(request.headers,
-              ElementsAre(HttpHeader{"Authorization", "Bearer key"}, HttpHeader{"Accept", "application/json"},
-                          HttpHeader{"Content-Type", "application/json"},
-                          HttpHeader{"Accept-Encoding", "br;q=1.0, gzip;q=0.9, deflate;q=0.8"},
-                          HttpHeader{"Accept-Language", "en-GB;q=1.0, de-DE;q=0.9"},
-                          HttpHeader{"User-Agent", "quillmark/2.13.0 (id; build:Unknown; Linux 6.1.0) simulated/1.0"}));
-}
-
 TEST_F(ChatProvider, leavesOutAnEmptySystemMessageAndUsesUrlAndModelAsTheyStand) {
   const auto provider = base("http://server/v1/");
   const auto seen = stream(*provider);

@@ -38,6 +38,15 @@ TEST(EventStream, isReadAsTheStandardSays) {
   EXPECT_THAT(eventsOf({std::string("id: a\0b\ndata: x\n\n", 17)}), ElementsAre("message|x|"));
 }
 
+TEST(EventStream, takesTheRetryThatIsANumber) {
+  ServerSentEventsStreamParser parser;
+  for (const auto& [line, expected] :
+       {std::pair("retry: x\n", -1), {"retry: 250\n", 250}, {"retry: 1.5\n", 250}, {"retry\n", 250}}) {
+    parser.feed(line, [](const auto&) {});
+    EXPECT_EQ(parser.retry(), expected) << line;
+  }
+}
+
 TEST(EventStream, isTheSameWhereverItIsCut) {
   const std::string stream =
       "\xEF\xBB\xBF: note\r\n\r\nevent: message\rdata: gr\xC3\xBCn \xF0\x9F\x99\x82\r\rdata: a\r\ndata: b\r\n\r\nid: "

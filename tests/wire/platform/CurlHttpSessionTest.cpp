@@ -284,30 +284,6 @@ TEST_F(HttpOverTheWire, aTransferThatIsNotWantedIsDropped) {
   EXPECT_TRUE(server.waitForHangUps(1)) << "the rest of it has nowhere to go";
 }
 
-TEST_F(HttpOverTheWire, patienceIsEachRequestsOwn) {
-  std::atomic<int> seconds = 0;
-  CurlHttpSession patient({.now = [&] { return CurlHttpOptions::Clock::time_point(std::chrono::seconds(seconds)); }});
-  Gate never;
-  server.answerOthers([never](const ReceivedRequest&) { return Answer::raw("").waitFor(never); });
-  HttpRequest longer = get("/longer");
-  longer.patience = std::chrono::seconds(120);
-  Outcome first;
-  Outcome second;
-  patient.start(get("/usual"), first.handlers());
-  patient.start(longer, second.handlers());
-  ASSERT_EQ(server.waitForRequests(2).size(), 2u);
-  const auto turnTo = [&](int now) {
-    seconds = now;
-    patient.lookAtClock();
-  };
-  turnTo(61);
-  ASSERT_TRUE(first.waitForEnd());
-  EXPECT_EQ(first.failure->description, "The request timed out.");
-  EXPECT_FALSE(second.hasEnded());
-  turnTo(121);
-  ASSERT_TRUE(second.waitForEnd());
-}
-
 TEST_F(HttpOverTheWire, redirectsEndSomewhere) {
   server.answerOthers([](const ReceivedRequest&) { return Answer::raw(redirect(302, "/again")); });
   finish(get("/"));
@@ -414,7 +390,7 @@ TEST_F(HttpOverTheWire, theEndOfTheSessionDropsWhatIsUnderWay) {
 
 TEST_F(HttpOverTheWire, aMinuteWithoutAnyByteFailsARequest) {
   HandTurnedClock clock;
-  Outcome silent, talking;
+  Outcome silent, talking, patient;
   Gate later, end;
   CurlHttpSession timed({.caBundle = {}, .now = [&clock] { return clock.now(); }});
   const auto turn = [&](std::chrono::seconds by) {
@@ -427,6 +403,12 @@ TEST_F(HttpOverTheWire, aMinuteWithoutAnyByteFailsARequest) {
   server.answer(Answer::eventStream().waitFor(later).chunk("two").waitFor(end).end());
   timed.start(get("/talking"), talking.handlers());
   ASSERT_TRUE(later.waitUntilReached());
+  Gate never;
+  server.answer(Answer::raw("").waitFor(never));
+  HttpRequest longer = get("/patient");
+  longer.patience = 120s;
+  timed.start(longer, patient.handlers());
+  ASSERT_TRUE(never.waitUntilReached());
 
   turn(59s);
   later.open();
@@ -441,6 +423,9 @@ TEST_F(HttpOverTheWire, aMinuteWithoutAnyByteFailsARequest) {
   end.open();
   ASSERT_TRUE(talking.waitForEnd());
   EXPECT_FALSE(talking.failure) << talking.failure->description;
+  EXPECT_FALSE(patient.hasEnded());
+  turn(2s);
+  EXPECT_TRUE(patient.waitForEnd()) << "two minutes are over";
 }
 
 TEST_F(HttpOverTheWire, theLibraryNamesItself) {
