@@ -16,16 +16,6 @@ namespace quillmark {
 
 using namespace std::chrono_literals;
 
-class SimulatedWindow : public PanelWindow {
- public:
-  void moveTopLeft(Point corner) override { at = corner; }
-  void orderFront() override { visible = true; }
-  void close() override { visible = false; }
-
-  Point at;
-  bool visible = false;
-};
-
 /// The whole system on a simulated desktop, with the hosted service answering as the test says.
 struct Scenario : testing::Test {
   Scenario() {
@@ -97,7 +87,7 @@ struct Scenario : testing::Test {
 
   std::vector<std::string> logLines;
   SimulatedDesktop desktop;
-  SimulatedWindow loading;
+  SimulatedWindow& loading = desktop.loadingWindow;
   std::unique_ptr<QuillmarkApp> app;
 };
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/Platform.h"
+#include "platform/SurfaceWindow.h"
 #include "platform/simulated/SimulatedDefaults.h"
 #include "platform/simulated/SimulatedHttpSession.h"
 #include "platform/simulated/SimulatedQueue.h"
@@ -131,6 +132,28 @@ class SimulatedScreens : public Screens {
   std::optional<Point> mouse = Point{400, 300};
 };
 
+/// A panel's window. It is shown where it was told to be.
+class SimulatedWindow : public SurfaceWindow {
+ public:
+  void moveTopLeft(Point corner) override { at = corner; }
+  void orderFront() override { visible = true; }
+  void makeKeyAndOrderFront() override { visible = hasKeyboard = true; }
+  void close() override { visible = hasKeyboard = false; }
+  Size contentSize() const override { return size; }
+  void setContentSize(Size newSize) override { size = newSize; }
+
+  /// The user clicks into another window.
+  void loseKeyboard() {
+    hasKeyboard = false;
+    resignedMain.emit();
+  }
+
+  Point at;
+  Size size{400, 300};
+  bool visible = false;
+  bool hasKeyboard = false;
+};
+
 /// Alerts stay open until the test closes them.
 class SimulatedAlerts : public Alerts {
  public:
@@ -218,6 +241,9 @@ class SimulatedDesktop {
   SimulatedAlerts alerts;
   SimulatedPermissions permissions;
   SimulatedLoginItem loginItem;
+  SimulatedWindow loadingWindow;
+  SimulatedWindow reviewWindow;
+  SimulatedWindow menuWindow;
 
  private:
   std::shared_ptr<SimulatedApplication> own_;

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/PanelWindow.h"
+
+namespace quillmark {
+
+/// A panel that takes the keyboard, without making this the active application. It is made once, shown and closed again
+/// and again, and keeps its content. Main thread only.
+class SurfaceWindow : public PanelWindow {
+ public:
+  virtual Size contentSize() const = 0;
+  virtual void setContentSize(Size size) = 0;
+  /// Shows the window and gives it the keyboard.
+  virtual void makeKeyAndOrderFront() = 0;
+
+  /// Another window has taken the keyboard from this one while it was shown.
+  Signal<> resignedMain;
+  /// The window system has closed the window.
+  Signal<> closedBySystem;
+  /// The user has dragged the window to another place.
+  Signal<> movedByUser;
+};
+
+}  // namespace quillmark
