@@ -1,13 +1,21 @@
 #include "platform/desktop/QtPanelWindow.h"
 
 #include <QBitmap>
+#include <QCloseEvent>
+#include <QMouseEvent>
 #include <QPainter>
+#include <QVBoxLayout>
+#include <QWindow>
 
 #include "platform/desktop/X11Hints.h"
 
 namespace quillmark {
 
 namespace {
+
+constexpr int shadowWidth = 20;
+constexpr int shadowDrop = 4;  ///< how far it lies below the window
+constexpr int grip = 6;        ///< width of the edges that can be dragged
 
 Qt::WindowFlags flagsFor(QtPanelWindow::Kind kind) {
   const Qt::WindowFlags common = Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::NoDropShadowWindowHint;
@@ -16,26 +24,73 @@ Qt::WindowFlags flagsFor(QtPanelWindow::Kind kind) {
              : common | Qt::Tool;
 }
 
+void drawShadow(QPainter& painter, const QRectF& content, double radius) {
+  painter.setPen(Qt::NoPen);
+  // Rings that lie on each other add up to a shade that grows towards the window.
+  for (int ring = shadowWidth - shadowDrop; ring > 0; --ring) {
+    const double nearness = 1 - double(ring) / (shadowWidth - shadowDrop);
+    painter.setBrush(QColor::fromRgbF(0, 0, 0, static_cast<float>(0.03 * nearness * nearness)));
+    painter.drawRoundedRect(content.adjusted(-ring, shadowDrop - ring, ring, shadowDrop + ring), radius + ring,
+                            radius + ring);
+  }
+}
+
 }  // namespace
 
 QtPanelWindow::QtPanelWindow(Kind kind, int cornerRadius)
-    : QWidget(nullptr, flagsFor(kind)), cornerRadius_(cornerRadius) {
-  setAttribute(Qt::WA_ShowWithoutActivating);
+    : QWidget(nullptr, flagsFor(kind)), kind_(kind), cornerRadius_(cornerRadius) {
   setAttribute(Qt::WA_QuitOnClose, false);
   // Also without a compositor, which can come later: a window can't gain translucency after it is made.
   setAttribute(Qt::WA_TranslucentBackground);
+  if (kind == Kind::indicator) {
+    setAttribute(Qt::WA_ShowWithoutActivating);
+  } else {
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->setSizeConstraint(QLayout::SetNoConstraint);
+    setMouseTracking(true);
+  }
   winId();  // makes the native window now rather than at the first show
 }
 
-void QtPanelWindow::moveTopLeft(Point corner) { move(qRound(corner.x), qRound(corner.y)); }
+void QtPanelWindow::setContent(QWidget& content) {
+  layout()->addWidget(&content);
+  content.setMouseTracking(true);  // so that its edges tell of the pointer
+  setFocusProxy(&content);
+}
+
+void QtPanelWindow::moveTopLeft(Point corner) {
+  dragged_ = false;
+  move(qRound(corner.x) - shadow_, qRound(corner.y) - shadow_);
+}
+
+Size QtPanelWindow::contentSize() const {
+  const QRect content = contentRect();
+  return {double(content.width()), double(content.height())};
+}
+
+void QtPanelWindow::setContentSize(Size size) {
+  resize(qRound(size.width) + 2 * shadow_, qRound(size.height) + 2 * shadow_);
+}
 
 void QtPanelWindow::prepare() {
   if (isVisible()) {
     return;
   }
+  main_ = false;
   translucent_ = x11::compositorRunning();
-  shapeCorners();
+  if (kind_ == Kind::indicator) {
+    shapeIndicator();
+  } else if (const int shadow = translucent_ ? shadowWidth : 0; shadow != shadow_) {
+    const Size content = contentSize();
+    const QPoint corner = pos() + QPoint(shadow_, shadow_);
+    shadow_ = shadow;
+    layout()->setContentsMargins(shadow_, shadow_, shadow_, shadow_);
+    setContentSize(content);
+    moveTopLeft({double(corner.x()), double(corner.y())});
+  }
   x11::markAsPanel(*this);
+  x11::setShadow(*this, shadow_);
 }
 
 void QtPanelWindow::orderFront() {
@@ -55,18 +110,98 @@ void QtPanelWindow::close() {
   hide();
 }
 
-void QtPanelWindow::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
-  shapeCorners();
-}
-
-void QtPanelWindow::paintEvent(QPaintEvent*) {
-  if (!translucent_) {
-    QPainter(this).fillRect(rect(), palette().color(QPalette::Window));
+void QtPanelWindow::activeWindowIs(WId window) {
+  if (!isVisible()) {
+    return;
+  }
+  if (window == winId()) {
+    main_ = true;
+  } else if (main_) {
+    main_ = false;
+    resignedMain.emit();
   }
 }
 
-void QtPanelWindow::shapeCorners() {
+void QtPanelWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  closedBySystem.emit();
+}
+
+void QtPanelWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  if (kind_ == Kind::indicator) {
+    shapeIndicator();
+  } else {
+    x11::setShadow(*this, shadow_);
+  }
+}
+
+void QtPanelWindow::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  if (kind_ == Kind::indicator) {
+    if (!translucent_) {
+      painter.fillRect(rect(), palette().color(QPalette::Window));
+    }
+    return;
+  }
+  const double hairline = 1 / devicePixelRatioF();
+  const QRectF content = contentRect();
+  painter.setRenderHint(QPainter::Antialiasing, translucent_);
+  if (translucent_) {
+    drawShadow(painter, content, cornerRadius_);
+  }
+  painter.setPen(QPen(palette().color(QPalette::Mid), hairline));
+  painter.setBrush(palette().color(QPalette::Window));
+  const double radius = translucent_ ? cornerRadius_ : 0;
+  painter.drawRoundedRect(content.adjusted(hairline / 2, hairline / 2, -hairline / 2, -hairline / 2), radius, radius);
+}
+
+Qt::Edges QtPanelWindow::edgesAt(QPoint point) const {
+  Qt::Edges edges;
+  if (resizable_) {
+    const QRect content = contentRect();
+    edges.setFlag(Qt::LeftEdge, point.x() < content.left() + grip);
+    edges.setFlag(Qt::RightEdge, point.x() > content.right() - grip);
+    edges.setFlag(Qt::TopEdge, point.y() < content.top() + grip);
+    edges.setFlag(Qt::BottomEdge, point.y() > content.bottom() - grip);
+  }
+  return edges;
+}
+
+void QtPanelWindow::mousePressEvent(QMouseEvent* event) {
+  if (kind_ == Kind::indicator || event->button() != Qt::LeftButton) {
+    return;
+  }
+  if (const auto edges = edgesAt(event->position().toPoint())) {
+    windowHandle()->startSystemResize(edges);
+  } else {
+    windowHandle()->startSystemMove();
+  }
+  dragged_ = true;
+}
+
+void QtPanelWindow::moveEvent(QMoveEvent*) {
+  if (dragged_) {
+    movedByUser.emit();
+  }
+}
+
+void QtPanelWindow::mouseMoveEvent(QMouseEvent* event) {
+  const auto edges = edgesAt(event->position().toPoint());
+  if (edges == (Qt::LeftEdge | Qt::TopEdge) || edges == (Qt::RightEdge | Qt::BottomEdge)) {
+    setCursor(Qt::SizeFDiagCursor);
+  } else if (edges == (Qt::RightEdge | Qt::TopEdge) || edges == (Qt::LeftEdge | Qt::BottomEdge)) {
+    setCursor(Qt::SizeBDiagCursor);
+  } else if (edges & (Qt::LeftEdge | Qt::RightEdge)) {
+    setCursor(Qt::SizeHorCursor);
+  } else if (edges) {
+    setCursor(Qt::SizeVerCursor);
+  } else {
+    unsetCursor();
+  }
+}
+
+void QtPanelWindow::shapeIndicator() {
   if (translucent_) {
     clearMask();
     return;

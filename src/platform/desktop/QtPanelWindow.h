@@ -2,42 +2,63 @@
 
 #include <QWidget>
 
-#include "platform/PanelWindow.h"
+#include "platform/SurfaceWindow.h"
 
 namespace quillmark {
 
-/// The frameless window behind a floating panel; its content is a child widget. Rounded and
-/// translucent where a compositor runs; cut to a rounded shape, hard edged and opaque, where none does.
-class QtPanelWindow : public QWidget, public PanelWindow {
+/// The frameless window behind a floating panel; its content is a child widget. Where a compositor runs its corners are
+/// rounded, and a surface throws a soft shadow; where none does it is opaque, with a hairline around a surface.
+class QtPanelWindow : public QWidget, public SurfaceWindow {
  public:
   enum class Kind {
     indicator,  ///< never takes the keyboard, lets clicks through
-    surface,    ///< takes the keyboard when asked to
+    surface,    ///< takes the keyboard when asked to, can be dragged by its background
   };
 
   QtPanelWindow(Kind kind, int cornerRadius);
 
+  /// The widget that fills a surface inside its shadow; it becomes a child of the window.
+  void setContent(QWidget& content);
+  /// Lets the user drag the edges of a surface.
+  void setResizable(bool resizable) { resizable_ = resizable; }
+
   void moveTopLeft(Point corner) override;
   void orderFront() override;
   void close() override;
-  /// Shows the window and gives it the keyboard, without making this the active application for anyone who asks
-  /// (see x11::markAsPanel). Only for a surface.
-  void makeKeyAndOrderFront();
+  /// See x11::markAsPanel for how the application in front stays what it is.
+  void makeKeyAndOrderFront() override;
+  Size contentSize() const override;
+  void setContentSize(Size size) override;
+
+  /// To be told of each window that becomes the active one of the desktop.
+  void activeWindowIs(WId window);
 
   /// Whether what is drawn half transparent shows what is behind the window. Settled anew before each show.
   bool translucent() const { return translucent_; }
 
  protected:
-  /// The ground under everything where nothing shines through.
+  /// The ground under everything.
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
 
  private:
   void prepare();
-  void shapeCorners();
+  void shapeIndicator();
+  QRect contentRect() const { return rect().adjusted(shadow_, shadow_, -shadow_, -shadow_); }
+  /// The edges of a resizable surface that a point lies on.
+  Qt::Edges edgesAt(QPoint point) const;
 
+  Kind kind_;
   int cornerRadius_;
+  int shadow_ = 0;  ///< width of the margin around the content
   bool translucent_ = false;
+  bool resizable_ = false;
+  bool dragged_ = false;  ///< since it was last told where to be
+  bool main_ = false;     ///< is or was the desktop's active window since it was shown
 };
 
 }  // namespace quillmark

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include <xcb/xcb.h>
+#include <xcb/xfixes.h>
 
 namespace quillmark::x11 {
 
@@ -23,7 +24,7 @@ struct Free {
 struct Toolkit {
   xcb_connection_t* connection;
   xcb_window_t root = XCB_NONE;
-  xcb_atom_t compositor, panel, desktop, state, above, sticky, skipTaskbar, skipPager, activeWindow;
+  xcb_atom_t compositor, panel, desktop, state, above, sticky, skipTaskbar, skipPager, activeWindow, shadow;
 
   explicit Toolkit(xcb_connection_t* of) : connection(of) {
     char* host = nullptr;
@@ -38,7 +39,7 @@ struct Toolkit {
     root = screen.data->root;
 
     const std::string compositorName = "_NET_WM_CM_S" + std::to_string(number);
-    const std::array<std::pair<xcb_atom_t*, std::string_view>, 9> wanted{{
+    const std::array<std::pair<xcb_atom_t*, std::string_view>, 10> wanted{{
         {&compositor, compositorName},
         {&panel, "_QUILLMARK_PANEL"},
         {&desktop, "_NET_WM_DESKTOP"},
@@ -48,6 +49,7 @@ struct Toolkit {
         {&skipTaskbar, "_NET_WM_STATE_SKIP_TASKBAR"},
         {&skipPager, "_NET_WM_STATE_SKIP_PAGER"},
         {&activeWindow, "_NET_ACTIVE_WINDOW"},
+        {&shadow, "_GTK_FRAME_EXTENTS"},
     }};
     std::array<xcb_intern_atom_cookie_t, wanted.size()> cookies{};
     for (std::size_t i = 0; i < wanted.size(); ++i) {
@@ -102,6 +104,26 @@ void markAsPanel(QWidget& window) {
   setProperty<1>(*x, id, x->panel, XCB_ATOM_CARDINAL, {1});
   setProperty<1>(*x, id, x->desktop, XCB_ATOM_CARDINAL, {onAllDesktops});
   setProperty<4>(*x, id, x->state, XCB_ATOM_ATOM, {x->above, x->sticky, x->skipTaskbar, x->skipPager});
+}
+
+void setShadow(QWidget& window, int margin) {
+  const Toolkit* const x = toolkit();
+  if (!x) {
+    return;
+  }
+  const qreal scale = window.devicePixelRatioF();
+  const auto pixels = static_cast<std::uint32_t>(qRound(margin * scale));
+  const auto id = static_cast<xcb_window_t>(window.winId());
+  setProperty<4>(*x, id, x->shadow, XCB_ATOM_CARDINAL, {pixels, pixels, pixels, pixels});
+  constexpr xcb_shape_kind_t input = 2;  // ShapeInput of the Shape extension
+  const QSize size = window.size() * scale;
+  const xcb_rectangle_t inside{static_cast<std::int16_t>(pixels), static_cast<std::int16_t>(pixels),
+                               static_cast<std::uint16_t>(std::max(0, size.width() - 2 * int(pixels))),
+                               static_cast<std::uint16_t>(std::max(0, size.height() - 2 * int(pixels)))};
+  const xcb_xfixes_region_t region = xcb_generate_id(x->connection);
+  xcb_xfixes_create_region(x->connection, region, 1, &inside);
+  xcb_xfixes_set_window_shape_region(x->connection, id, input, 0, 0, margin > 0 ? region : XCB_NONE);
+  xcb_xfixes_destroy_region(x->connection, region);
 }
 
 void bringToFront(QWidget& window) {

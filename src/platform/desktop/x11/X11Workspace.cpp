@@ -77,6 +77,7 @@ void X11Workspace::activeWindowChanged() {
     return;  // on the way from one window to the next
   }
   const xcb_window_t window = windows.front();
+  activeWindow.emit(window);
   const auto key = keyOf(window);
   const bool own = key && key->first == getpid();
   if (!key || (own && connection_.property(window, connection_.atoms().quillmarkPanel))) {

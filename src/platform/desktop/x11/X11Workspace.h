@@ -22,6 +22,9 @@ class X11Workspace : public Workspace {
   Application frontmostApplication() const override;
   void openUrl(const std::string& url) override;
 
+  /// The desktop has another active window, which may also be a panel of ours.
+  Signal<xcb_window_t> activeWindow;
+
  private:
   class App;
   using Key = std::pair<pid_t, std::string>;  // process (0: untold) and class

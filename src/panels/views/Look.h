@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+#include <optional>
+
+class QPainter;
+class QWidget;
+
+/// Colours, type and measures of the panels and pages. Lengths are logical points on a grid of 4.
+namespace quillmark::look {
+
+constexpr int windowRadius = 12;
+constexpr int fieldRadius = 8;
+constexpr int chipRadius = 6;
+constexpr int panelPadding = 16;
+constexpr int targetHeight = 28;  ///< the least height of what a pointer can hit
+constexpr int animation = 120;    ///< ms
+
+enum class Scheme { light, dark };
+
+/// What the desktop asks for; what it does not tell is absent.
+struct Wishes {
+  std::optional<Scheme> scheme;
+  std::optional<QColor> accent;
+};
+
+/// The palette behind all of it: Window is the panel, AlternateBase a card or field, Mid a hairline, PlaceholderText
+/// secondary text, Highlight the accent.
+QPalette palette(Scheme scheme, const std::optional<QColor>& accent = std::nullopt);
+
+/// Gives the application its style and palette; what the desktop does not wish for comes from the palette that the
+/// toolkit found.
+void apply(const Wishes& wishes);
+
+Scheme scheme(const QPalette& palette);
+QColor secondary(const QPalette& palette);
+QColor hairline(const QPalette& palette);
+QColor card(const QPalette& palette);
+QColor added(const QPalette& palette);
+QColor removed(const QPalette& palette);
+QColor changed(const QPalette& palette);
+QColor withOpacity(QColor colour, double opacity);
+/// The ratio of WCAG 2.2: 1 to 21, for opaque colours.
+double contrast(const QColor& a, const QColor& b);
+
+/// The desktop's font. The size is that of a desktop with ordinary text size; where the user has larger text, it grows.
+QFont font(double size, QFont::Weight weight = QFont::Normal);
+QFont monospaced(double size);
+
+/// False where the desktop asks for less motion.
+bool animates(const QWidget& widget);
+
+/// A line of one device pixel along the top edge of the rectangle.
+void drawHairline(QPainter& painter, const QRectF& rect, const QPalette& palette);
+/// A ring around a control that has the keyboard, 2 wide and 2 away from the rectangle.
+void drawFocusRing(QPainter& painter, const QRectF& rect, double radius, const QPalette& palette);
+
+}  // namespace quillmark::look
