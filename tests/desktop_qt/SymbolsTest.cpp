@@ -1,72 +1,100 @@
+#include <QBitmap>
 #include <QDir>
+#include <QFile>
 #include <QGuiApplication>
 #include <QImage>
+#include <QRegion>
+#include <numeric>
+#include <set>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
+#include "commands/UserAction.h"
 #include "panels/views/Symbols.h"
 
 namespace quillmark {
 namespace {
 
-/// How many pixels are drawn on at least half.
-int inkOf(const QPixmap& picture) {
-  const QImage image = picture.toImage();
-  int ink = 0;
+QStringList drawings() {
+  QStringList names;
+  for (const QString& file : QDir(QStringLiteral(":/icons")).entryList({QStringLiteral("*.svg")})) {
+    names << file.chopped(4);
+  }
+  return names;
+}
+
+QImage pictureOf(const QString& name, qreal scale) {
+  return symbols::pixmap(name.toStdString(), 20, scale, Qt::black).toImage();
+}
+
+std::vector<bool> inkOf(const QImage& image) {
+  std::vector<bool> ink;
   for (int y = 0; y < image.height(); ++y) {
     for (int x = 0; x < image.width(); ++x) {
-      ink += image.pixelColor(x, y).alpha() >= 128 ? 1 : 0;
+      ink.push_back(image.pixelColor(x, y).alpha() >= 128);
     }
   }
   return ink;
 }
 
-TEST(Symbols, everyNameOfTheMenusHasItsOwnDrawing) {
-  std::vector<QImage> drawn;
-  for (const char* name : {"pencil.line",
-                           "pencil.tip.crop.circle",
-                           "pencil.and.outline",
-                           "arrow.counterclockwise.circle",
-                           "exclamationmark.arrow.counterclockwise.circle",
-                           "arrow.down.circle.fill",
-                           "arrow.up.and.down.text.horizontal",
-                           "arrow.down.and.line.horizontal.and.arrow.up",
-                           "text.bubble",
-                           "text.badge.star",
-                           "lasso.badge.sparkles",
-                           "bubbles.and.sparkles",
-                           "play.circle",
-                           "pencil.and.scribble",
-                           "globe",
-                           "textformat.abc",
-                           "face.smiling.inverse",
-                           "envelope",
-                           "face.smiling",
-                           "command",
-                           "rectangle.and.text.magnifyingglass",
-                           "hammer.circle",
-                           "gear",
-                           "questionmark.circle",
-                           "brain",
-                           "progress"}) {
-    const QPixmap picture = symbols::pixmap(name, 20, 2, Qt::black);
-    EXPECT_GT(inkOf(picture), 80) << name;
-    EXPECT_FALSE(std::ranges::count(drawn, picture.toImage())) << name << " looks like another one";
-    drawn.push_back(picture.toImage());
+TEST(Symbols, everyNameHasADrawingAndEveryDrawingAName) {
+  std::set<std::string> names{
+      // tray menu
+      "pencil.line", "gear", "globe", "pencil.and.scribble", "questionmark.circle", "arrow.counterclockwise.circle",
+      "exclamationmark.arrow.counterclockwise.circle", "arrow.down.circle.fill",
+      // panels
+      "brain", "progress", "exclamationmark.triangle", "chevron.down", "arrow.2.squarepath", "xmark", "checkmark",
+      "document.on.document", "plus", "minus", "sparkle.magnifyingglass", "sparkles",
+      // settings
+      "gearshape", "cpu", "ellipsis.curlybraces", "keyboard", "info.circle", "eye", "eye.slash", "circlebadge.fill",
+      "star.fill", "magnifyingglass", "xmark.circle.fill", "plus.square.on.square", "pencil.tip.crop.circle.badge.plus",
+      "line.3.horizontal", "pencil", "ellipsis.circle", "arrow.up.doc", "tray.and.arrow.down", "trash", "doc.on.doc",
+      // onboarding
+      "hand.wave", "accessibility", "checkmark.circle", "checkmark.circle.fill", "checkmark.shield.fill",
+      "text.badge.checkmark", "wand.and.rays", "slider.horizontal.3", "macwindow.on.rectangle",
+      "doc.text.magnifyingglass", "key.fill", "plus.circle", "text.cursor"};
+  for (const auto& [kind, name] : RawValues<ActionCase>::table) {
+    names.insert(std::string(UserAction(kind).icon()));
+  }
+  for (const auto& [category, name] : RawValues<CommandCategory>::table) {
+    names.insert(std::string(icon(category)));
+  }
+  names.erase("");  // the main actions, which show their own icons
+
+  std::set<std::string> drawn;
+  for (const QString& name : drawings()) {
+    drawn.insert(name.toStdString());
+  }
+  EXPECT_THAT(drawn, testing::ContainerEq(names));
+}
+
+TEST(Symbols, noTwoDrawingsLookAlike) {
+  std::vector<std::pair<QString, std::vector<bool>>> seen;
+  for (const QString& name : drawings()) {
+    const std::vector<bool> ink = inkOf(pictureOf(name, 2));
+    EXPECT_GT(std::ranges::count(ink, true), 60) << name.toStdString();
+    for (const auto& [other, otherInk] : seen) {
+      const int differing =
+          std::inner_product(ink.begin(), ink.end(), otherInk.begin(), 0, std::plus(), std::not_equal_to());
+      EXPECT_GT(differing, 60) << name.toStdString() << " and " << other.toStdString();
+    }
+    seen.emplace_back(name, ink);
   }
 }
 
-TEST(Symbols, everyDrawingStaysInsideItsGrid) {
-  const QStringList files = QDir(QStringLiteral(":/icons")).entryList({QStringLiteral("*.svg")});
-  ASSERT_FALSE(files.isEmpty());
-  for (const QString& file : files) {
-    const QImage image = symbols::pixmap(file.chopped(4).toStdString(), 20, 2, Qt::black).toImage();
-    for (int i = 0; i < image.width(); ++i) {
-      for (const int alpha : {image.pixelColor(i, 0).alpha(), image.pixelColor(i, image.height() - 1).alpha(),
-                              image.pixelColor(0, i).alpha(), image.pixelColor(image.width() - 1, i).alpha()}) {
-        ASSERT_EQ(alpha, 0) << file.toStdString() << " is cut off";
-      }
-    }
+TEST(Symbols, everyDrawingLiesInTheMiddleOfTheGridWithALineOfOneWidth) {
+  for (const QString& name : drawings()) {
+    QFile file(QStringLiteral(":/icons/%1.svg").arg(name));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().startsWith(
+        R"(<svg xmlns="http://www.w3.org/2000/svg" width="20" height="20" viewBox="0 0 20 20">
+  <g fill="none" stroke="currentColor" stroke-width="1.5" stroke-linecap="round" stroke-linejoin="round">)"))
+        << name.toStdString();
+
+    const QImage image = pictureOf(name, 10);
+    const QRect box = QRegion(QBitmap::fromImage(image.createAlphaMask())).boundingRect();
+    EXPECT_TRUE(image.rect().adjusted(10, 10, -10, -10).contains(box)) << name.toStdString() << " touches the edge";
+    EXPECT_LE((box.center() - image.rect().center()).manhattanLength(), 12) << name.toStdString() << " is off centre";
   }
 }
 
