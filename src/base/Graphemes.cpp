@@ -6,7 +6,9 @@
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
-#include <unicode/utf8.h>
+#include <unicode/utf16.h>
+
+#include "base/Text.h"
 
 namespace quillmark::text {
 namespace {
@@ -36,16 +38,6 @@ bool isPlain(UChar32 c) {
   return false;
 }
 
-/// Reads the code point at a position and moves past it; below 0 for an invalid byte.
-UChar32 next(std::string_view text, std::size_t& position) {
-  const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-  auto index = static_cast<std::int64_t>(position);
-  UChar32 c = 0;
-  U8_NEXT(bytes, index, static_cast<std::int64_t>(text.size()), c);
-  position = static_cast<std::size_t>(index);
-  return c;
-}
-
 }  // namespace
 
 Graphemes GraphemeTable::encode(std::string_view text) {
@@ -54,7 +46,7 @@ Graphemes GraphemeTable::encode(std::string_view text) {
   result.starts.reserve(text.size() + 1);
   for (std::size_t position = 0; position < text.size();) {
     const std::size_t start = position;
-    const UChar32 c = next(text, position);
+    const UChar32 c = nextCharacter(text, position);
     if (c == '\n' && !result.codes.empty() && result.codes.back() == U'\r') {
       result.codes.back() = carriageReturnLineFeed;
       continue;
@@ -73,7 +65,7 @@ Graphemes GraphemeTable::encode(std::string_view text) {
     }
     // Short runs are taken together: one costs as much as many characters.
     for (std::size_t plain = 0; plain < runEnd && position < text.size();) {
-      plain = isPlain(next(text, position)) ? plain + 1 : 0;
+      plain = isPlain(nextCharacter(text, position)) ? plain + 1 : 0;
     }
     encodeRun(text.substr(runStart, position - runStart), static_cast<std::uint32_t>(runStart), result);
   }
@@ -107,7 +99,7 @@ void GraphemeTable::encodeRun(std::string_view text, std::uint32_t offset, Graph
     result.starts.push_back(offset + static_cast<std::uint32_t>(bytes));
     for (std::size_t unit = 0; unit < cluster.size(); ++unit) {
       if (!U16_IS_TRAIL(cluster[unit]) || unit == 0 || !U16_IS_LEAD(cluster[unit - 1])) {
-        next(text, bytes);
+        nextCharacter(text, bytes);
       }
     }
   }

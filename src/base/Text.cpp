@@ -26,18 +26,6 @@ bool isAscii(std::string_view text) {
 
 bool isBlank(UChar32 c) { return c == '\t' || u_charType(c) == U_SPACE_SEPARATOR; }
 
-bool isNewline(UChar32 c) { return (c >= 0x0A && c <= 0x0D) || c == 0x85 || c == 0x2028 || c == 0x2029; }
-
-/// Moves `position` past one character; an invalid byte counts as a character of its own.
-UChar32 nextCharacter(std::string_view text, std::size_t& position) {
-  const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
-  auto index = static_cast<int64_t>(position);
-  UChar32 c = 0;
-  U8_NEXT(bytes, index, static_cast<int64_t>(text.size()), c);
-  position = static_cast<std::size_t>(index);
-  return c;
-}
-
 /// Pieces between the characters for which the condition holds.
 template <class Condition>
 std::vector<std::string_view> splitAt(std::string_view text, Condition isSeparator) {
@@ -66,6 +54,19 @@ UChar32 previousCharacter(std::string_view text, std::size_t& position) {
 }
 
 }  // namespace
+
+std::int32_t nextCharacter(std::string_view text, std::size_t& position) {
+  const auto* bytes = reinterpret_cast<const uint8_t*>(text.data());
+  auto index = static_cast<int64_t>(position);
+  UChar32 c = 0;
+  U8_NEXT(bytes, index, static_cast<int64_t>(text.size()), c);
+  position = static_cast<std::size_t>(index);
+  return c;
+}
+
+bool isWhitespace(std::int32_t character) { return u_isUWhiteSpace(character) != 0; }
+
+bool isDigit(std::int32_t character) { return u_isdigit(character) != 0; }
 
 std::string decodeUtf8(std::string_view bytes) {
   std::string result;
@@ -103,7 +104,7 @@ std::vector<std::string_view> splitAtBlanks(std::string_view text) { return spli
 
 bool startsWithWhitespace(std::string_view text) {
   std::size_t position = 0;
-  return !text.empty() && u_isUWhiteSpace(nextCharacter(text, position)) != 0;
+  return !text.empty() && isWhitespace(nextCharacter(text, position));
 }
 
 bool startsWithNewline(std::string_view text) {
@@ -114,14 +115,14 @@ bool startsWithNewline(std::string_view text) {
 std::string_view trimmed(std::string_view text) {
   while (!text.empty()) {
     std::size_t position = 0;
-    if (!u_isUWhiteSpace(nextCharacter(text, position))) {
+    if (!isWhitespace(nextCharacter(text, position))) {
       break;
     }
     text.remove_prefix(position);
   }
   while (!text.empty()) {
     std::size_t position = text.size();
-    if (!u_isUWhiteSpace(previousCharacter(text, position))) {
+    if (!isWhitespace(previousCharacter(text, position))) {
       break;
     }
     text = text.substr(0, position);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +34,16 @@ std::vector<std::string_view> splitAtBlanks(std::string_view text);
 /// Whether the first character is white space, or one of those at which splitAtNewlines() splits.
 bool startsWithWhitespace(std::string_view text);
 bool startsWithNewline(std::string_view text);
+
+/// The code point at a position before the end, which moves past it. An invalid byte counts as one of its own, and is
+/// below 0.
+std::int32_t nextCharacter(std::string_view text, std::size_t& position);
+/// Unicode White_Space.
+bool isWhitespace(std::int32_t character);
+/// A decimal digit of any script (Unicode Nd).
+bool isDigit(std::int32_t character);
+/// One of those at which splitAtNewlines() splits.
+constexpr bool isNewline(std::int32_t c) { return (c >= 0x0A && c <= 0x0D) || c == 0x85 || c == 0x2028 || c == 0x2029; }
 
 std::string joined(const std::vector<std::string>& pieces, std::string_view separator);
 
