@@ -9,7 +9,6 @@
 #include "base/Slug.h"
 #include "base/Text.h"
 #include "cli/Session.h"
-#include "commands/PromptFactory.h"
 #include "commands/PromptGenerator.h"
 #include "platform/posix/CurlHttpSession.h"
 
@@ -103,9 +102,7 @@ int run(const TextRun& run) {
     return 1;
   }
 
-  const std::string promptTemplate = command->content ? *command->content : PromptFactory::promptText(command->type);
-  const std::string prompt =
-      PromptGenerator(command->type, session.variablesStore.allVariables()).generate(promptTemplate, command->type);
+  const std::string prompt = promptFor(*command, session.variablesStore.allVariables());
   const auto provider = session.providerFactory.makeProvider(*config);
   const auto model = run.model ? run.model : command->model;
 

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "base/Text.h"
+#include "commands/PromptFactory.h"
 
 namespace quillmark {
 
@@ -28,6 +29,11 @@ std::string PromptGenerator::generate(const std::optional<std::string>& promptTe
     default:
       return result;
   }
+}
+
+std::string promptFor(const Command& command, const std::vector<Variable>& variables) {
+  const std::string promptTemplate = command.content ? *command.content : PromptFactory::promptText(command.type);
+  return PromptGenerator(command.type, variables).generate(promptTemplate, command.type);
 }
 
 }  // namespace quillmark

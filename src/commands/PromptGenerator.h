@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "commands/Command.h"
 #include "commands/UserAction.h"
 #include "commands/Variable.h"
 
@@ -24,5 +25,8 @@ class PromptGenerator {
   std::set<std::string> exludedVariables_{"tone", "language"};
   std::vector<Variable> variables_;
 };
+
+/// The filled template of a command: its own, or else the built-in one of its type.
+std::string promptFor(const Command& command, const std::vector<Variable>& variables);
 
 }  // namespace quillmark

@@ -3,7 +3,6 @@
 #include "base/Localization.h"
 #include "base/Log.h"
 #include "base/Trace.h"
-#include "commands/PromptFactory.h"
 #include "commands/PromptGenerator.h"
 
 namespace quillmark {
@@ -116,9 +115,7 @@ void ActionService::handleDirectAction(const std::string& text, const Command& c
     return;
   }
   log("handle action " + command.name + " with selected text: \n " + text);
-  const std::string promptTemplate = command.content ? *command.content : PromptFactory::promptText(command.type);
-  const std::string systemPrompt =
-      PromptGenerator(command.type, with_.variablesStore.allVariables()).generate(promptTemplate, command.type);
+  const std::string systemPrompt = promptFor(command, with_.variablesStore.allVariables());
   lastRunCommand_ = command;
   with_.promptStore.incrementUsage(command.id);
   with_.statistics.recordCommand(command.name);
