@@ -1,0 +1,31 @@
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+
+#include "platform/BackgroundQueue.h"
+
+namespace quillmark {
+
+/// One thread, which starts with the first block and runs them in order. What has not begun when the queue goes never
+/// runs; what has begun is waited for.
+class ThreadQueue final : public BackgroundQueue {
+ public:
+  ThreadQueue() = default;
+  ~ThreadQueue() override;
+
+  void async(Block block) override;
+
+ private:
+  void run();
+
+  std::mutex mutex_;
+  std::condition_variable woken_;
+  std::deque<Block> waiting_;
+  bool ending_ = false;
+  std::thread worker_;  // none before the first block
+};
+
+}  // namespace quillmark
