@@ -18,6 +18,7 @@
 #include "platform/desktop/DBusService.h"
 #include "platform/desktop/QtAlerts.h"
 #include "platform/desktop/QtMainQueue.h"
+#include "platform/desktop/QtPanelWindow.h"
 #include "platform/desktop/SingleInstance.h"
 #include "platform/desktop/SocketWatch.h"
 #include "platform/desktop/TrayHost.h"
@@ -28,6 +29,7 @@
 #include "platform/posix/IcuLocaleInfo.h"
 #include "platform/posix/SqliteUserDefaults.h"
 #include "platform/posix/SystemInfo.h"
+#include "platform/posix/ThreadQueue.h"
 #include "shell/QuillmarkApp.h"
 #include "shell/views/TrayMenu.h"
 
@@ -105,6 +107,7 @@ int main(int argc, char** argv) {
   }
 
   QtMainQueue queue;
+  ThreadQueue background;
   SqliteUserDefaults defaults(defaultsFile(dataDirectory(line.dataDirectory)));
   const SocketWatch otherProcesses(defaults.changeDescriptor(), [&defaults] { defaults.handleChange(); });
   const Bundle& ownBundle = bundle();
@@ -122,10 +125,12 @@ int main(int argc, char** argv) {
   AutostartLoginItem loginItem(autostartDirectory(), executablePath());
 
   LoadingWindow loadingWindow;
+  QtPanelWindow reviewWindow(QtPanelWindow::Kind::surface, 12);
+  QtPanelWindow menuWindow(QtPanelWindow::Kind::surface, 12);
   QuillmarkApp quillmark(
-      {ownBundle, operatingSystem(), queue, defaults, locale, http, desktop.pasteboard, desktop.keyInjector,
+      {ownBundle, operatingSystem(), queue, background, defaults, locale, http, desktop.pasteboard, desktop.keyInjector,
        desktop.hotKeys, desktop.workspace, desktop.screens, alerts, desktop.permissions, loginItem},
-      &loadingWindow, {AppConfig::localPortOfEnvironment(), [] { QApplication::quit(); }});
+      {&loadingWindow, reviewWindow, menuWindow}, {AppConfig::localPortOfEnvironment(), [] { QApplication::quit(); }});
   tellAboutStoredData(defaults, quillmark.alertHandler());
 
   service.activate = [](const std::vector<std::string>&) { log("A second start was handed over to this one"); };

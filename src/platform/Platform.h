@@ -2,6 +2,7 @@
 
 #include "platform/AlertHandler.h"
 #include "platform/Alerts.h"
+#include "platform/BackgroundQueue.h"
 #include "platform/Bundle.h"
 #include "platform/HotKeys.h"
 #include "platform/HttpSession.h"
@@ -22,6 +23,7 @@ struct Platform {
   Bundle bundle;
   OperatingSystem operatingSystem;
   MainQueue& mainQueue;
+  BackgroundQueue& backgroundQueue;
   UserDefaults& defaults;
   LocaleInfo& locale;
   HttpSession& http;

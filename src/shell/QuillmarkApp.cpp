@@ -8,7 +8,7 @@
 
 namespace quillmark {
 
-QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow, Options options)
+QuillmarkApp::QuillmarkApp(const Platform& platform, const PanelWindows& windows, Options options)
     : showDockIcon(platform.defaults, keys::showDockIcon),
       platform_(prepare(platform)),
       alertHandler_(platform_.mainQueue, platform_.alerts),
@@ -18,9 +18,10 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
       providerFactory_(
           {transport_, platform_.http, platform_.mainQueue, alertHandler_, platform_.defaults, appConfig_}),
       capture_(platform_.mainQueue, platform_.pasteboard, platform_.keyInjector),
-      loadingPanel_(loadingWindow == nullptr
+      loadingPanel_(windows.loading == nullptr
                         ? nullptr
-                        : std::make_unique<FloatingLoading>(platform_.mainQueue, platform_.screens, *loadingWindow)),
+                        : std::make_unique<FloatingLoading>(platform_.mainQueue, platform_.screens, *windows.loading)),
+      panelSettings_(platform_.defaults),
       languageStore_(platform_.defaults, platform_.locale),
       toneStore_(platform_.defaults),
       promptStore_(platform_.defaults, CustomPromptStore::Expansions{languageStore_, toneStore_, platform_.mainQueue}),
@@ -29,9 +30,13 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow,
       modelStore_(platform_.defaults),
       statistics_(platform_.defaults, platform_.mainQueue, apiClient_, platform_.operatingSystem),
       activeApplicationTracker_(platform_.workspace, platform_.mainQueue, platform_.bundle.identifier),
+      reviewPanel_({platform_.mainQueue, platform_.pasteboard, capture_, activeApplicationTracker_, promptStore_,
+                    variablesStore_, providerStore_, providerFactory_, modelStore_, statistics_, panelSettings_,
+                    windows.review, platform_.screens}),
+      reviewViewState_(platform_.mainQueue, platform_.backgroundQueue, reviewPanel_, panelSettings_),
       actionService_({platform_.mainQueue, platform_.defaults, platform_.pasteboard, platform_.permissions,
                       alertHandler_, capture_, activeApplicationTracker_, promptStore_, variablesStore_, providerStore_,
-                      providerFactory_, statistics_, reviewSession_, commandPanel_, loadingPanel_.get()}),
+                      providerFactory_, statistics_, reviewPanel_, commandPanel_, loadingPanel_.get()}),
       serviceProvider_(actionService_, alertHandler_, platform_.mainQueue),
       languageManager_(platform_.defaults, platform_.locale, platform_.bundle),
       commandImportService_({platform_.mainQueue, transport_, appConfig_, alertHandler_, platform_.locale,

@@ -20,7 +20,10 @@
 #include "execution/ServiceProvider.h"
 #include "execution/ShortcutRecorder.h"
 #include "panels/FloatingLoading.h"
-#include "platform/PanelWindow.h"
+#include "panels/PanelSettings.h"
+#include "panels/PanelWindows.h"
+#include "panels/ReviewPanelVM.h"
+#include "panels/ReviewViewState.h"
 #include "platform/Platform.h"
 #include "providers/APIClient.h"
 #include "providers/AppConfig.h"
@@ -51,14 +54,16 @@ class QuillmarkApp {
     std::function<void()> quit;
   };
 
-  /// `loadingWindow` may be null: then runs show no indicator.
-  QuillmarkApp(const Platform& platform, PanelWindow* loadingWindow, Options options);
+  QuillmarkApp(const Platform& platform, const PanelWindows& windows, Options options);
   QuillmarkApp(const QuillmarkApp&) = delete;
   QuillmarkApp& operator=(const QuillmarkApp&) = delete;
 
   Setting<bool> showDockIcon;  ///< whether the program has a task bar entry
 
   ActionService& actionService() { return actionService_; }
+  PanelSettings& panelSettings() { return panelSettings_; }
+  ReviewPanelVM& reviewPanel() { return reviewPanel_; }
+  ReviewViewState& reviewViewState() { return reviewViewState_; }
   LanguageStore& languageStore() { return languageStore_; }
   ToneStore& toneStore() { return toneStore_; }
   CustomPromptStore& promptStore() { return promptStore_; }
@@ -103,7 +108,7 @@ class QuillmarkApp {
   ProviderFactory providerFactory_;
   SelectionCapture capture_;
   std::unique_ptr<FloatingLoading> loadingPanel_;
-  PendingReviewSession reviewSession_;
+  PanelSettings panelSettings_;
   PendingCommandPanel commandPanel_;
   LanguageStore languageStore_;
   ToneStore toneStore_;
@@ -113,6 +118,8 @@ class QuillmarkApp {
   ModelStore modelStore_;
   AppStatistics statistics_;
   ActiveApplicationTracker activeApplicationTracker_;
+  ReviewPanelVM reviewPanel_;
+  ReviewViewState reviewViewState_;
   ActionService actionService_;
   ServiceProvider serviceProvider_;
   LanguageManager languageManager_;

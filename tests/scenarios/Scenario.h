@@ -30,7 +30,8 @@ struct Scenario : testing::Test {
   /// Starts the system; a second call is a restart.
   QuillmarkApp& start() {
     app.reset();
-    app = std::make_unique<QuillmarkApp>(desktop.platform(), &loading, QuillmarkApp::Options{});
+    app = std::make_unique<QuillmarkApp>(
+        desktop.platform(), PanelWindows{&loading, desktop.reviewWindow, desktop.menuWindow}, QuillmarkApp::Options{});
     desktop.advance(1s);
     return *app;
   }

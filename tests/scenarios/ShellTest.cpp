@@ -160,17 +160,6 @@ TEST_F(StartUp, clearsARunThatAnEarlierProcessDidNotEnd) {
   EXPECT_EQ(desktop.defaults.get<bool>("main.isLoading"), false);
 }
 
-TEST_F(StartUp, endsAReviewRunWithALogLineAsLongAsThereIsNoPanel) {
-  start();
-  const auto editor = editorWith("teh cat");
-  run(ActionCase::fixGrammar, ActionBehavior::showReview);
-  EXPECT_FALSE(loading.visible);
-  EXPECT_FALSE(app->actionService().isLoading.get());
-  desktop.advance(1s);
-  EXPECT_THAT(logLines, Contains(testing::HasSubstr("The review panel is not part of this version yet")));
-  EXPECT_EQ(editor->text, "teh cat");
-}
-
 struct Menu : Scenario {
   static std::vector<std::string> titles(const std::vector<MenuItem>& items) {
     std::vector<std::string> result;

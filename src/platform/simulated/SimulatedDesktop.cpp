@@ -108,6 +108,7 @@ Platform SimulatedDesktop::platform() {
   return {{"quillmark-desktop", ownBundleId, "2.13.0", "7", {"de", "en", "es", "fr"}},
           {"Linux", 6, 1, 0},
           queue,
+          background,
           defaults,
           locale,
           http,

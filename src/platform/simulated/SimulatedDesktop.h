@@ -10,6 +10,7 @@
 
 #include "platform/Platform.h"
 #include "platform/SurfaceWindow.h"
+#include "platform/simulated/SimulatedBackgroundQueue.h"
 #include "platform/simulated/SimulatedDefaults.h"
 #include "platform/simulated/SimulatedHttpSession.h"
 #include "platform/simulated/SimulatedQueue.h"
@@ -230,6 +231,7 @@ class SimulatedDesktop {
   void advance(Duration by) { queue.advance(by); }
 
   SimulatedQueue queue;
+  SimulatedBackgroundQueue background;
   SimulatedDefaults defaults;
   SimulatedLocale locale;
   SimulatedHttpSession http;
