@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QDBusConnection>
 #include <QLibraryInfo>
+#include <QLocale>
 #include <QScreen>
 #include <QTranslator>
 #include <csignal>
@@ -13,9 +14,14 @@
 #include "base/Localization.h"
 #include "base/Log.h"
 #include "base/Trace.h"
+#include "panels/views/Accessibility.h"
+#include "panels/views/CommandMenuView.h"
 #include "panels/views/LoadingWindow.h"
+#include "panels/views/Look.h"
+#include "panels/views/ReviewView.h"
 #include "panels/views/Symbols.h"
 #include "platform/desktop/DBusService.h"
+#include "platform/desktop/DesktopAppearance.h"
 #include "platform/desktop/QtAlerts.h"
 #include "platform/desktop/QtMainQueue.h"
 #include "platform/desktop/QtPanelWindow.h"
@@ -120,18 +126,43 @@ int main(int argc, char** argv) {
   IcuLocaleInfo locale(language);
   CurlHttpSession http;
   QtAlerts alerts;
+  look::apply({});
+  const DesktopAppearance appearance([](const DesktopAppearance::Wishes& wishes) {
+    using enum DesktopAppearance::ColorScheme;
+    look::Wishes adopted{std::nullopt, wishes.accent};
+    if (wishes.scheme) {
+      adopted.scheme = *wishes.scheme == dark ? look::Scheme::dark : look::Scheme::light;
+    }
+    look::apply(adopted);
+  });
+  if (QLocale(QString::fromStdString(language)).textDirection() == Qt::RightToLeft) {
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+  }
   X11Desktop desktop(queue, ownBundle.identifier.value_or(""), application.devicePixelRatio());
 
   AutostartLoginItem loginItem(autostartDirectory(), executablePath());
 
+  installAccessibility();
   LoadingWindow loadingWindow;
-  QtPanelWindow reviewWindow(QtPanelWindow::Kind::surface, 12);
-  QtPanelWindow menuWindow(QtPanelWindow::Kind::surface, 12);
+  QtPanelWindow reviewWindow(QtPanelWindow::Kind::surface, look::windowRadius);
+  QtPanelWindow menuWindow(QtPanelWindow::Kind::surface, look::windowRadius);
+  const auto activeWindows = desktop.workspace.activeWindow.connect([&](xcb_window_t window) {
+    reviewWindow.activeWindowIs(window);
+    menuWindow.activeWindowIs(window);
+  });
   QuillmarkApp quillmark(
       {ownBundle, operatingSystem(), queue, background, defaults, locale, http, desktop.pasteboard, desktop.keyInjector,
        desktop.hotKeys, desktop.workspace, desktop.screens, alerts, desktop.permissions, loginItem},
       {&loadingWindow, reviewWindow, menuWindow}, {AppConfig::localPortOfEnvironment(), [] { QApplication::quit(); }});
   tellAboutStoredData(defaults, quillmark.alertHandler());
+
+  // Made now, so that the first panel comes up as fast as the others.
+  ReviewView reviewView(quillmark.reviewPanel(), quillmark.reviewViewState(), desktop.pasteboard);
+  reviewWindow.setContent(reviewView);
+  reviewWindow.setResizable(true);
+  CommandMenuView menuView(quillmark.commandPanel());
+  menuWindow.setContent(menuView);
+  menuWindow.setContentSize({double(menuView.sizeHint().width()), double(menuView.sizeHint().height())});
 
   service.activate = [](const std::vector<std::string>&) { log("A second start was handed over to this one"); };
   service.runCommand = [&quillmark](const std::string& slug) {

@@ -4,9 +4,9 @@
 
 namespace quillmark {
 
-/// The windows that the panels live in.
+/// The windows of the panels, which outlive whatever shows them.
 struct PanelWindows {
-  PanelWindow* loading;  ///< may be null: then runs show no indicator
+  PanelWindow* loading = nullptr;  ///< null: runs show no indicator
   SurfaceWindow& review;
   SurfaceWindow& commandMenu;
 };

@@ -186,7 +186,7 @@ void ReviewPanelVM::updateAvailableModels() {
 }
 
 void ReviewPanelVM::apply(ActionBehavior behavior) {
-  if (hasError.get()) {
+  if (!canApply()) {
     return;
   }
   close();

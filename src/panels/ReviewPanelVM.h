@@ -73,8 +73,11 @@ class ReviewPanelVM : public ReviewSession {
   /// Chooses a provider, with its default model; the default provider when there is none of this id. Asks nothing.
   void changeProvider(const std::optional<Uuid>& id);
   void updateAvailableModels();
-  /// Closes the panel, gives the focus back, and does with the text what the behaviour says. With an error to show it
-  /// does nothing.
+  /// Whether there is a result: neither an error nor an answer that is still under way, of which half would land in the
+  /// user's text.
+  bool canApply() const { return !hasError.get() && !loading.get(); }
+  /// Closes the panel, gives the focus back, and does with the text what the behaviour says. Without a result it does
+  /// nothing.
   void apply(ActionBehavior behavior);
   void discard();
   /// The one way into the error state. The text stays.

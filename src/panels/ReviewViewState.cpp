@@ -24,15 +24,17 @@ ReviewViewState::ReviewViewState(MainQueue& queue, BackgroundQueue& background, 
       comparisonEnabled_(settings.comparisonEnabled.get()),
       sizing_(settings.windowSizing.get()) {
   const auto refreshes = [this](const auto&) { refresh(viewMode()); };
-  changes_ = {session_.text.changed.connect(refreshes),
-              session_.loading.observe(refreshes),
-              session_.isStreaming.observe(refreshes),
-              session_.hasError.observe(refreshes),
+  changes_ = {session_.text.changed.connect(refreshes), session_.loading.observe(refreshes),
+              session_.isStreaming.observe(refreshes), session_.hasError.observe(refreshes),
               session_.initialText.observe([this](const std::string&) {
-                if (sizing_ == ReviewWindowSizing::dynamic) {
-                  setMinSize({fixedSize.width, startHeight});
-                }
+                startSizing();
                 refresh(viewMode());
+              }),
+              // The next session may well be about the same text.
+              session_.isReviewOpen.observe([this](bool open) {
+                if (!open) {
+                  startSizing();
+                }
               }),
               settings.comparisonEnabled.observe([this](bool enabled) {
                 comparisonEnabled_ = enabled;
@@ -108,6 +110,12 @@ void ReviewViewState::fit(Size sizeOfText) {
       std::abs(size.width - lastRecenterSize_.width) > recenterThreshold) {
     lastRecenterSize_ = size;
     queue_.after(recenterDelay, lifetime_.guard([this] { session_.panel().placeAgain(); }));
+  }
+}
+
+void ReviewViewState::startSizing() {
+  if (sizing_ == ReviewWindowSizing::dynamic) {
+    setMinSize({fixedSize.width, startHeight});
   }
 }
 

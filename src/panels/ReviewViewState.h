@@ -80,6 +80,7 @@ class ReviewViewState {
   void refresh(ReviewViewMode mode);
   ReviewContent contentOf(ReviewViewMode mode) const;
   void fit(Size sizeOfText);
+  void startSizing();
   void setMinSize(Size size);
 
   MainQueue& queue_;
@@ -89,7 +90,7 @@ class ReviewViewState {
   Shown shown_;
   Size minSize_{fixedSize.width, startHeight};
   Size lastRecenterSize_;
-  std::array<Connection, 7> changes_;
+  std::array<Connection, 8> changes_;
   Lifetime lifetime_;
 };
 

@@ -34,6 +34,8 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, const PanelWindows& windows
                     variablesStore_, providerStore_, providerFactory_, modelStore_, statistics_, panelSettings_,
                     windows.review, platform_.screens}),
       reviewViewState_(platform_.mainQueue, platform_.backgroundQueue, reviewPanel_, panelSettings_),
+      commandPanel_({platform_.mainQueue, windows.commandMenu, platform_.screens, panelSettings_,
+                     activeApplicationTracker_, promptStore_}),
       actionService_({platform_.mainQueue, platform_.defaults, platform_.pasteboard, platform_.permissions,
                       alertHandler_, capture_, activeApplicationTracker_, promptStore_, variablesStore_, providerStore_,
                       providerFactory_, statistics_, reviewPanel_, commandPanel_, loadingPanel_.get()}),
@@ -59,6 +61,7 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, const PanelWindows& windows
                                          "defaults' reads and changes settings.")));
                 },
                 [this] { platform_.workspace.openUrl(QUILLMARK_HELP_URL); }, std::move(options.quit)}) {
+  commandPanel_.actionService = &actionService_;
   // The subscriptions above have registered the fixed shortcuts; the commands' follow when their list arrives here.
   promptStore_.load();
   providerStore_.load();

@@ -19,6 +19,7 @@
 #include "execution/SelectionCapture.h"
 #include "execution/ServiceProvider.h"
 #include "execution/ShortcutRecorder.h"
+#include "panels/CommandPanelViewModel.h"
 #include "panels/FloatingLoading.h"
 #include "panels/PanelSettings.h"
 #include "panels/PanelWindows.h"
@@ -38,7 +39,6 @@
 #include "shell/LanguageManager.h"
 #include "shell/LaunchAtLogin.h"
 #include "shell/MenuBar.h"
-#include "shell/PendingSurfaces.h"
 #include "shell/ServiceUpdater.h"
 #include "shell/UpdateMenuButton.h"
 #include "shell/VersionInquiry.h"
@@ -64,6 +64,7 @@ class QuillmarkApp {
   PanelSettings& panelSettings() { return panelSettings_; }
   ReviewPanelVM& reviewPanel() { return reviewPanel_; }
   ReviewViewState& reviewViewState() { return reviewViewState_; }
+  CommandPanelViewModel& commandPanel() { return commandPanel_; }
   LanguageStore& languageStore() { return languageStore_; }
   ToneStore& toneStore() { return toneStore_; }
   CustomPromptStore& promptStore() { return promptStore_; }
@@ -109,7 +110,6 @@ class QuillmarkApp {
   SelectionCapture capture_;
   std::unique_ptr<FloatingLoading> loadingPanel_;
   PanelSettings panelSettings_;
-  PendingCommandPanel commandPanel_;
   LanguageStore languageStore_;
   ToneStore toneStore_;
   CustomPromptStore promptStore_;
@@ -120,6 +120,7 @@ class QuillmarkApp {
   ActiveApplicationTracker activeApplicationTracker_;
   ReviewPanelVM reviewPanel_;
   ReviewViewState reviewViewState_;
+  CommandPanelViewModel commandPanel_;
   ActionService actionService_;
   ServiceProvider serviceProvider_;
   LanguageManager languageManager_;

@@ -89,6 +89,7 @@ struct Scenario : testing::Test {
   std::vector<std::string> logLines;
   SimulatedDesktop desktop;
   SimulatedWindow& loading = desktop.loadingWindow;
+  PanelWindows windows{&loading, desktop.reviewWindow, desktop.menuWindow};
   std::unique_ptr<QuillmarkApp> app;
 };
 

@@ -1,9 +1,8 @@
 #include "panels/views/LoadingView.h"
 
 #include <QPainter>
-#include <QStyle>
-#include <cmath>
 
+#include "panels/views/Look.h"
 #include "panels/views/Symbols.h"
 
 namespace quillmark {
@@ -13,38 +12,20 @@ namespace {
 constexpr double faintest = 0.5;
 constexpr int halfPulse = 400;  // ms
 
-bool isDark(const QPalette& palette) {
-  return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
-}
-
 }  // namespace
 
-LoadingView::LoadingView(QWidget* parent) : QWidget(parent) {
-  setFixedSize(side, side);
+LoadingView::LoadingView(QWidget* parent, int length)
+    : QWidget(parent), pulse_(faintest, 1, halfPulse, [this](double opacity) {
+        opacity_ = opacity;
+        update();
+      }) {
+  setFixedSize(length, length);
   setAccessibleName(QStringLiteral("Quillmark"));
-
-  QEasingCurve easeInOut(QEasingCurve::BezierSpline);
-  easeInOut.addCubicBezierSegment({0.42, 0}, {0.58, 1}, {1, 1});
-  // There in the first half of a round, back in the second.
-  pulse_.setStartValue(0.0);
-  pulse_.setEndValue(2.0);
-  pulse_.setDuration(2 * halfPulse);
-  pulse_.setLoopCount(-1);
-  QObject::connect(&pulse_, &QVariantAnimation::valueChanged, this, [this, easeInOut](const QVariant& value) {
-    const double there = 1 - std::abs(1 - value.toDouble());
-    opacity_ = faintest + (1 - faintest) * easeInOut.valueForProgress(there);
-    update();
-  });
 }
 
 void LoadingView::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
-  // Styles answer with no duration where the desktop asks for less motion.
-  if (style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0) {
-    pulse_.start();
-  } else {
-    opacity_ = 1;
-  }
+  pulse_.start(*this);
 }
 
 void LoadingView::hideEvent(QHideEvent* event) {
@@ -58,9 +39,11 @@ void LoadingView::paintEvent(QPaintEvent*) {
   painter.setOpacity(opacity_);
   painter.setPen(Qt::NoPen);
   painter.setBrush(QColor::fromRgbF(0, 0, 0, 0.33F));
-  painter.drawRoundedRect(rect(), cornerRadius, cornerRadius);
-  const QColor colour = palette().color(isDark(palette()) ? QPalette::Highlight : QPalette::WindowText);
-  painter.drawPixmap(rect(), symbols::pixmap("brain", side, devicePixelRatioF(), colour));
+  painter.drawRoundedRect(rect(), cornerRadius * width() / double(LoadingView::side),
+                          cornerRadius * width() / double(LoadingView::side));
+  const QColor colour =
+      palette().color(look::scheme(palette()) == look::Scheme::dark ? QPalette::Highlight : QPalette::WindowText);
+  painter.drawPixmap(rect(), symbols::pixmap("brain", width(), devicePixelRatioF(), colour));
 }
 
 }  // namespace quillmark

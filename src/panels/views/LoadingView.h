@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QVariantAnimation>
 #include <QWidget>
+
+#include "panels/views/Pulse.h"
 
 namespace quillmark {
 
@@ -11,9 +12,9 @@ class LoadingView : public QWidget {
   static constexpr int side = 20;
   static constexpr int cornerRadius = 6;
 
-  explicit LoadingView(QWidget* parent = nullptr);
+  explicit LoadingView(QWidget* parent = nullptr, int length = side);
 
-  bool pulsing() const { return pulse_.state() == QAbstractAnimation::Running; }
+  bool pulsing() const { return pulse_.running(); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -21,8 +22,8 @@ class LoadingView : public QWidget {
   void hideEvent(QHideEvent* event) override;
 
  private:
-  QVariantAnimation pulse_;
   double opacity_ = 0.5;
+  Pulse pulse_;
 };
 
 }  // namespace quillmark

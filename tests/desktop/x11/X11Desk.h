@@ -20,7 +20,8 @@ struct X11Desk : testing::Test {
   X11Connection connection{session.display()};
   X11Keyboard keyboard{connection, loop};
   X11Pasteboard pasteboard{connection, loop};
-  X11KeyInjector injector{connection, keyboard};
+  X11Workspace workspace{connection, loop, "org.example.own"};
+  X11KeyInjector injector{connection, keyboard, workspace};
   X11HotKeys hotKeys{connection, keyboard};
   std::string lines;  ///< of the log
 

@@ -11,7 +11,6 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 
 struct X11WorkspaceTest : X11Desk {
-  X11Workspace workspace{connection, "org.example.own"};
   std::vector<std::string> activations;
   Connection activated = workspace.didActivateApplication.connect([this](const Application& application) {
     activations.push_back(application->bundleIdentifier().value_or("none"));
@@ -50,6 +49,25 @@ TEST_F(X11WorkspaceTest, tellsWhichApplicationComesToTheFrontAndBringsItBackByIt
   EXPECT_TRUE(loop.runUntil([&] { return session.activeWindow() == letter; })) << "the window it still has";
 }
 
+TEST_F(X11WorkspaceTest, keysWaitForTheApplicationThatIsBeingActivated) {
+  const auto editor = session.createWindow("Editor", 1001);
+  const auto panel = session.createWindow("Anything", getpid());
+  session.setProperty(panel, "_QUILLMARK_PANEL", 1);
+  const auto c = session.keyCode("c");
+  for (int run = 0; run < 5; ++run) {
+    bringToFront(editor);
+    const auto application = workspace.frontmostApplication();
+    bringToFront(panel);
+    application->activate();
+    post(KeyCode::c);
+    EXPECT_TRUE(loop.runUntil([&] { return testing::Value(session.keysPressedIn(editor), testing::Contains(c)); }));
+  }
+  bringToFront(panel);
+  post(KeyCode::c);
+  loop.runFor(30ms);
+  EXPECT_THAT(session.keysPressedIn(panel), testing::Not(testing::Contains(c))) << "a panel of ours is no application";
+}
+
 TEST_F(X11WorkspaceTest, processesOfOneProgramAreApartAndAWindowWithoutAProcessGoesByItsClass) {
   const auto first = session.createWindow("Terminal", 2001);
   const auto second = session.createWindow("Terminal", 2002);
@@ -83,7 +101,7 @@ TEST_F(X11WorkspaceTest, anApplicationOutlivesTheWorkspace) {
   bringToFront(editor);
   Application application;
   {
-    X11Workspace another(connection, "org.example.own");
+    X11Workspace another(connection, loop, "org.example.own");
     application = another.frontmostApplication();
     ASSERT_NE(application, nullptr);
   }

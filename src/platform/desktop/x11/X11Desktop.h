@@ -23,9 +23,9 @@ class X11Desktop {
   X11Desktop(MainQueue& queue, const std::string& ownIdentifier, double scale)
       : keyboard(connection, queue),
         pasteboard(connection, queue),
-        keyInjector(connection, keyboard),
+        workspace(connection, queue, ownIdentifier),
+        keyInjector(connection, keyboard, workspace),
         hotKeys(connection, keyboard),
-        workspace(connection, ownIdentifier),
         screens(connection, scale),
         permissions(connection, keyboard),
         events_(
@@ -34,9 +34,9 @@ class X11Desktop {
   X11Connection connection;
   X11Keyboard keyboard;
   X11Pasteboard pasteboard;
+  X11Workspace workspace;
   X11KeyInjector keyInjector;
   X11HotKeys hotKeys;
-  X11Workspace workspace;
   X11Screens screens;
   X11Permissions permissions;
 

@@ -24,11 +24,18 @@ chord::Dialect X11KeyInjector::dialectOfWindowInFront() const {
   if (windows.empty()) {
     return chord::Dialect::control;
   }
+  if (connection_.property(windows.front(), connection_.atoms().quillmarkPanel)) {
+    return chord::Dialect::none;  // a panel of ours holds nothing that was selected elsewhere
+  }
   const auto names = x11WindowClass(connection_, windows.front());
   return chord::dialectOf(names.instanceName, names.className);
 }
 
 void X11KeyInjector::post(std::span<const KeyboardEvent> events) {
+  workspace_.whenActivated(lifetime_.guard([this, kept = std::vector(events.begin(), events.end())] { send(kept); }));
+}
+
+void X11KeyInjector::send(std::span<const KeyboardEvent> events) {
   if (!connection_.alive() || !keyboard_.canSimulate()) {
     return;
   }

@@ -40,8 +40,8 @@ class X11Workspace::App : public RunningApplication {
   xcb_window_t lastActive_ = XCB_NONE;
 };
 
-X11Workspace::X11Workspace(X11Connection& connection, std::string ownIdentifier)
-    : connection_(connection), ownIdentifier_(std::move(ownIdentifier)) {
+X11Workspace::X11Workspace(X11Connection& connection, MainQueue& queue, std::string ownIdentifier)
+    : connection_(connection), queue_(queue), ownIdentifier_(std::move(ownIdentifier)) {
   if (!connection_.alive()) {
     return;
   }
@@ -70,13 +70,20 @@ std::optional<X11Workspace::Key> X11Workspace::keyOf(xcb_window_t window) const 
   return Key{pid, pid == getpid() ? std::string() : names.className};
 }
 
-void X11Workspace::activeWindowChanged() {
+xcb_window_t X11Workspace::activeWindowNow() const {
   const auto active = connection_.property(connection_.root(), connection_.atoms().netActiveWindow);
   const auto windows = active ? active->numbers() : std::vector<std::uint32_t>{};
-  if (windows.empty() || windows.front() == XCB_NONE) {
+  return windows.empty() ? xcb_window_t{XCB_NONE} : windows.front();
+}
+
+void X11Workspace::activeWindowChanged() {
+  const xcb_window_t window = activeWindowNow();
+  if (window == XCB_NONE) {
     return;  // on the way from one window to the next
   }
-  const xcb_window_t window = windows.front();
+  if (window == awaited_) {
+    endWait();
+  }
   activeWindow.emit(window);
   const auto key = keyOf(window);
   const bool own = key && key->first == getpid();
@@ -128,6 +135,27 @@ void X11Workspace::activate(const Key& key, xcb_window_t lastActive) {
                  XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                  reinterpret_cast<const char*>(&message));
   xcb_flush(connection_.xcb());
+  if (target != activeWindowNow()) {
+    awaited_ = target;
+    patience_.cancel();
+    patience_ = queue_.after(activationPatience, lifetime_.guard([this] { endWait(); }));
+  }
+}
+
+void X11Workspace::whenActivated(std::function<void()> callback) {
+  if (awaited_ == XCB_NONE) {
+    callback();
+  } else {
+    waiting_.push_back(std::move(callback));
+  }
+}
+
+void X11Workspace::endWait() {
+  awaited_ = XCB_NONE;
+  patience_.cancel();
+  for (const auto& callback : std::exchange(waiting_, {})) {
+    callback();
+  }
 }
 
 void X11Workspace::openUrl(const std::string& url) {

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QPushButton>
+#include <string>
+
+namespace quillmark {
+
+/// A flat button with a symbol, a title or both. Space presses it; Return is left to the panel.
+class PanelButton : public QPushButton {
+ public:
+  enum class Look {
+    plain,   ///< a ground only under the pointer
+    filled,  ///< the one that a panel is about, in the accent colour
+    raised,  ///< the chosen one of several
+  };
+
+  explicit PanelButton(Look look = Look::plain, QWidget* parent = nullptr);
+
+  /// `help` is the tooltip; a button without a title is known by it.
+  void describe(const QString& title, const std::string& symbol, const QString& help);
+  void setLook(Look look);
+  /// Drawn behind the title.
+  void setTrailingSymbol(const std::string& symbol);
+  /// The colour of symbol and title where the button is neither filled nor disabled.
+  void setTint(QPalette::ColorRole role);
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void enterEvent(QEnterEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+
+ private:
+  Look look_;
+  std::string symbol_;
+  std::string trailing_;
+  QPalette::ColorRole tint_ = QPalette::WindowText;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+#include <vector>
+
+namespace quillmark {
+
+class PanelButton;
+
+/// A row of titles of which one is chosen, by the pointer or by the arrow keys.
+class SegmentedControl : public QWidget {
+ public:
+  explicit SegmentedControl(const QStringList& titles, QWidget* parent = nullptr);
+
+  void choose(int index);
+  int chosen() const { return chosen_; }
+  std::function<void(int)> onChoice;  ///< the user chooses another one
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  std::vector<PanelButton*> segments_;
+  int chosen_ = -1;
+};
+
+}  // namespace quillmark

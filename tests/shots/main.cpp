@@ -1,0 +1,198 @@
+// Draws every state of the panels, with their real views, and saves the pictures. One run draws one scheme in one
+// language; the scale is the toolkit's (QT_SCALE_FACTOR).
+
+#include <QApplication>
+#include <QDir>
+#include <QPainter>
+#include <functional>
+#include <iostream>
+
+#include <CLI/CLI.hpp>
+
+#include "shots/SymbolSheet.h"
+#include "base/Localization.h"
+#include "base/Log.h"
+#include "panels/views/CommandMenuView.h"
+#include "panels/views/Look.h"
+#include "panels/views/ReviewView.h"
+#include "platform/desktop/QtPanelWindow.h"
+#include "platform/simulated/SimulatedDesktop.h"
+#include "shell/QuillmarkApp.h"
+
+namespace quillmark {
+namespace {
+
+using namespace std::chrono_literals;
+
+const std::string original =
+    "The quick brown fox jump over the lazy dog. It was a bright cold day in april, and the clocks was striking "
+    "thirteen.\nNobody have noticed the fox, exept for the dog.\nThe colour of the evening sky were grey.";
+const std::string improved =
+    "The quick brown fox jumps over the lazy dog. It was a bright, cold day in April, and the clocks were striking "
+    "thirteen.\nNobody noticed the fox, except for the dog.\nAnd so the story ends.";
+const std::string arabicOriginal = "السماء زرقاء جدا اليوم.\nذهب الولد الى المدرسه مبكرا.";
+const std::string arabicImproved = "السماء زرقاء جدًا اليوم.\nذهب الولد إلى المدرسة مبكرًا.";
+const std::string markdown =
+    "# A day in April\n\nIt was a **bright**, *cold* day, and the clocks were striking `13`.\n\n## What happened\n\n"
+    "- The fox jumped over the [lazy dog](https://example.org)\n- Nobody noticed, *except for the dog*\n\n"
+    "1. The clocks struck\n2. The sky turned grey, and it stayed so for the rest of an evening that nobody would "
+    "remember\n\n> The story ends here.\n\n---\n\n### Afterword\nPlain text with **bold words** in it.";
+
+class Shots {
+ public:
+  Shots(const QString& directory, const QString& name) : directory_(directory), name_(name) {
+    QDir().mkpath(directory_);
+    reviewWindow_.setContent(review_);
+    reviewWindow_.setResizable(true);
+    menuWindow_.setContent(menu_);
+    menuWindow_.setContentSize({double(menu_.sizeHint().width()), double(menu_.sizeHint().height())});
+    app_.actionService().defaultBehavior.set(ActionBehavior::showReview);
+    for (std::size_t i = 0; i < 3; ++i) {
+      app_.providerStore().configs.mutate([&](auto& configs) { configs[i].enabled = true; });
+    }
+    settle();
+  }
+
+  void review(bool arabic) {
+    const std::string& from = arabic ? arabicOriginal : original;
+    const std::string& to = arabic ? arabicImproved : improved;
+    auto& session = app_.reviewPanel();
+    const auto open = [&](const std::string& initial) {
+      Command command = *app_.promptStore().commandFor(ActionCase::fixGrammar);
+      session.setCommand(command);
+      session.open("", initial);
+      session.loading.set(true);
+      session.isStreaming.set(true);
+    };
+    const auto show = [&](const std::string& text) {
+      session.text.set(text);
+      session.loading.set(false);
+      session.isStreaming.set(false);
+      settle();
+    };
+    open(from);
+    shoot("review-waiting", reviewWindow_);
+    session.text.set(to.substr(0, to.find('\n')));
+    shoot("review-streaming", reviewWindow_);
+    show(to);
+    using enum ReviewViewMode;
+    for (const auto& [mode, name] :
+         {std::pair{ReviewViewMode::text, "text"}, {lineByLine, "lines"}, {wordByWord, "words"}}) {
+      app_.reviewViewState().setViewMode(mode);
+      shoot(std::string("review-") + name, reviewWindow_);
+    }
+    app_.reviewViewState().setViewMode(styled);
+    show(markdown);
+    shoot("review-styled", reviewWindow_);
+    show(markdown + "\n" + markdown + "\n" + markdown);
+    shoot("review-long", reviewWindow_);
+    session.discard();
+    open(from);
+    app_.reviewViewState().setViewMode(text);
+    show(to);
+    review_.modelMenu().open();
+    shoot("review-models", reviewWindow_);
+    review_.modelMenu().dismiss();
+    review_.applyButton().setFocus();
+    shoot("review-focus", reviewWindow_);
+    session.handleError(
+        quillmark::tr("Failed to complete the request. The AI provider returned an empty response. Please try again."));
+    shoot("review-error", reviewWindow_);
+    session.discard();
+    open("");
+    show(to);
+    shoot("review-without-comparison", reviewWindow_);
+    session.discard();
+  }
+
+  void commandMenu() {
+    auto& panel = app_.commandPanel();
+    panel.togglePanel();
+    shoot("menu", menuWindow_);
+    panel.view().keyDown(KeyPressModifier::downArrow);
+    panel.view().keyDown(KeyPressModifier::downArrow);
+    shoot("menu-third", menuWindow_);
+    panel.searchText.set("tr");
+    shoot("menu-search", menuWindow_);
+    panel.view().hover(1);
+    shoot("menu-hover", menuWindow_);
+    panel.searchText.set("xyzzy");
+    shoot("menu-nothing", menuWindow_);
+    panel.toggleMode();
+    shoot("menu-freestyle", menuWindow_);
+    panel.searchText.set(
+        "Write this as a limerick about a fox, with a dog in the last line, and keep the clocks in it.");
+    shoot("menu-task", menuWindow_);
+    panel.cancel();
+  }
+
+  void symbols() { symbolSheet(QApplication::palette(), qApp->devicePixelRatio()).save(file("symbols")); }
+
+ private:
+  QString file(const std::string& state) const {
+    return directory_ + "/" + QString::fromStdString(state) + "-" + name_ + ".png";
+  }
+
+  void settle() {
+    for (int i = 0; i < 4; ++i) {
+      desktop_.background.run();
+      desktop_.advance(200ms);
+      QCoreApplication::sendPostedEvents();
+      QCoreApplication::processEvents();
+    }
+  }
+
+  /// The window on a ground that stands for what lies behind it.
+  void shoot(const std::string& state, QWidget& window) {
+    settle();
+    const QPixmap picture = window.grab();
+    const double scale = picture.devicePixelRatio();
+    constexpr int margin = 24;
+    QImage image(picture.size() + QSize(2 * margin, 2 * margin) * scale, QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    image.fill(look::scheme(QApplication::palette()) == look::Scheme::dark ? QColor(0x3A4250) : QColor(0xB8C4D6));
+    QPainter painter(&image);
+    painter.drawPixmap(margin, margin, picture);
+    painter.end();
+    image.save(file(state));
+  }
+
+  QString directory_;
+  QString name_;
+  SimulatedDesktop desktop_;
+  QtPanelWindow reviewWindow_{QtPanelWindow::Kind::surface, look::windowRadius};
+  QtPanelWindow menuWindow_{QtPanelWindow::Kind::surface, look::windowRadius};
+  QuillmarkApp app_{desktop_.platform(), {nullptr, reviewWindow_, menuWindow_}, {}};
+  ReviewView review_{app_.reviewPanel(), app_.reviewViewState(), desktop_.pasteboard};
+  CommandMenuView menu_{app_.commandPanel()};
+};
+
+}  // namespace
+}  // namespace quillmark
+
+int main(int argc, char** argv) {
+  using namespace quillmark;
+  std::string out = "build/shots";
+  std::string scheme = "light";
+  std::string language = "en";
+  std::string catalogues;
+  CLI::App options{"Pictures of every state of the panels"};
+  options.add_option("--out", out, "directory of the pictures");
+  options.add_option("--scheme", scheme, "light or dark")->check(CLI::IsMember({"light", "dark"}));
+  options.add_option("--language", language, "of the interface; ar mirrors the layout and shows Arabic texts");
+  options.add_option("--catalogues", catalogues, "directory of the translations");
+  CLI11_PARSE(options, argc, argv);
+
+  setLogSink([](std::string_view) {});
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  localization::useLanguage(language, catalogues);
+  QApplication::setLayoutDirection(language == "ar" ? Qt::RightToLeft : Qt::LeftToRight);
+  look::apply({scheme == "dark" ? look::Scheme::dark : look::Scheme::light, std::nullopt});
+  const QString name =
+      QString::fromStdString(scheme + "-" + language) + "-" + QString::number(qApp->devicePixelRatio());
+  Shots shots(QString::fromStdString(out), name);
+  shots.review(language == "ar");
+  shots.commandMenu();
+  shots.symbols();
+}
