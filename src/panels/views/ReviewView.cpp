@@ -24,6 +24,10 @@ constexpr int textAllowance = 10;
 
 QString qt(const std::string& string) { return QString::fromStdString(string); }
 
+/// For the trace.
+constexpr std::array shownMarks{"review shows text",  "review shows styled", "review shows lines",
+                                "review shows words", "review shows error",  "review shows loading"};
+
 QStringList modeTitles() {
   using enum ReviewViewMode;
   QStringList titles;
@@ -177,6 +181,7 @@ void ReviewView::showContent() {
   if (hadKeyboard) {
     page->setFocus();
   }
+  trace::mark(shownMarks[static_cast<std::size_t>(state_.content())]);
   fit();
 }
 

@@ -150,7 +150,10 @@ void QtPanelWindow::paintEvent(QPaintEvent*) {
   if (translucent_) {
     drawShadow(painter, content, cornerRadius_);
   }
-  painter.setPen(QPen(palette().color(QPalette::Mid), hairline));
+  // Without a shadow the edge alone tells the panel from a window of the same colour behind it.
+  QColor edge = palette().color(translucent_ ? QPalette::Mid : QPalette::PlaceholderText);
+  edge.setAlphaF(translucent_ ? 1.0F : 0.6F);
+  painter.setPen(QPen(edge, hairline));
   painter.setBrush(palette().color(QPalette::Window));
   const double radius = translucent_ ? cornerRadius_ : 0;
   painter.drawRoundedRect(content.adjusted(hairline / 2, hairline / 2, -hairline / 2, -hairline / 2), radius, radius);

@@ -15,6 +15,8 @@ namespace {
 
 constexpr std::uint32_t fromPager = 2;  // EWMH: an action of the user, not of an application that wants attention
 
+constexpr auto passing = std::chrono::milliseconds(150);
+
 std::optional<std::string> unlessEmpty(std::string text) {
   return text.empty() ? std::nullopt : std::optional(std::move(text));
 }
@@ -78,8 +80,11 @@ xcb_window_t X11Workspace::activeWindowNow() const {
 
 void X11Workspace::activeWindowChanged() {
   const xcb_window_t window = activeWindowNow();
+  noneForLong_.cancel();
   if (window == XCB_NONE) {
-    return;  // on the way from one window to the next
+    // On the way from one window to the next, most of the time; a click on the bare root window leaves it so.
+    noneForLong_ = queue_.after(passing, lifetime_.guard([this] { activeWindow.emit(XCB_NONE); }));
+    return;
   }
   if (window == awaited_) {
     endWait();

@@ -33,7 +33,7 @@ class X11Workspace : public Workspace {
   /// posted before that would go to the window which it takes the place of.
   void whenActivated(std::function<void()> callback);
 
-  /// The desktop has another active window, which may also be a panel of ours.
+  /// The desktop has another active window, which may also be a panel of ours, or has had none for a while.
   Signal<xcb_window_t> activeWindow;
 
  private:
@@ -54,6 +54,7 @@ class X11Workspace : public Workspace {
   xcb_window_t awaited_ = XCB_NONE;  ///< asked to come to the front and not there yet
   std::vector<std::function<void()>> waiting_;
   TimerHandle patience_;
+  TimerHandle noneForLong_;
   Connection propertyEvents_;
   Lifetime lifetime_;
 };
