@@ -149,6 +149,7 @@ void ReviewPanelVM::finish(const Run& run, std::optional<std::string> answer) {
     hasError.set(false);
     errorMessage.set("");
   }
+  trace::mark("review answered");
 }
 
 void ReviewPanelVM::handleError(const std::string& message) {
@@ -156,6 +157,7 @@ void ReviewPanelVM::handleError(const std::string& message) {
   errorMessage.set(message);
   loading.set(false);
   isStreaming.set(false);
+  trace::mark("review failed");
 }
 
 void ReviewPanelVM::reload() {

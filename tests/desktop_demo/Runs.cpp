@@ -22,18 +22,6 @@ using namespace std::chrono_literals;
 constexpr auto answerDeadline = 15s;
 constexpr int runsPerCase = 10;
 
-Outcome failed(Desk& desk, const std::string& reason) {
-  return {false, desk.quillmarkRuns() ? reason : reason + "; Quillmark has ended: " + desk.quillmarkLog()};
-}
-
-std::string marksOf(const Trace& trace) {
-  std::string events;
-  for (const auto& mark : trace.later()) {
-    events += (events.empty() ? "" : ", ") + mark.event;
-  }
-  return events.empty() ? "no trace" : "trace: " + events;
-}
-
 /// Waits for the corrected text after the hot key.
 Outcome awaitCorrection(Desk& desk, Editor& editor, const std::string& expected, std::chrono::milliseconds deadline,
                         Latencies* latencies = nullptr) {
@@ -383,6 +371,18 @@ Outcome shortcuts(const Programs& programs, const std::string& editorKind) {
 
 }  // namespace
 
+Outcome failed(Desk& desk, const std::string& reason) {
+  return {false, desk.quillmarkRuns() ? reason : reason + "; Quillmark has ended: " + desk.quillmarkLog()};
+}
+
+std::string marksOf(const Trace& trace) {
+  std::string events;
+  for (const auto& mark : trace.later()) {
+    events += (events.empty() ? "" : ", ") + mark.event;
+  }
+  return events.empty() ? "no trace" : "trace: " + events;
+}
+
 Outcome runOnce(Desk& desk, Editor& editor, int number, const Trigger& trigger, Latencies* latencies) {
   const auto sample = sampleText(number);
   editor.write(sample.typed);
@@ -424,6 +424,9 @@ const std::vector<Case>& cases() {
       {"large", "a selection of 300 kB", large},
       {"trigger", "runs asked for on the command line", trigger},
       {"shortcuts", "a command of the user's own, the default language and the default tone", shortcuts},
+      {"review", "30 reviews in a row, through all views, applied by Return", reviewRuns},
+      {"review-endings", "copy, discard, another provider and model, a provider that fails", reviewEndings},
+      {"menu", "the command menu by keyboard and mouse, freestyle, closed by a click elsewhere", commandMenu},
   };
   return all;
 }

@@ -23,11 +23,21 @@ Outcome runOnce(Desk& desk, Editor& editor, int number, const Trigger& trigger =
 /// One run with a slow service, pictured before, while the answer is awaited, and after.
 Outcome takePictures(const Programs& programs, const std::string& editorKind, const std::filesystem::path& directory);
 
+/// A failure, with what the program said if it has ended.
+Outcome failed(Desk& desk, const std::string& reason);
+/// The names of the marks so far, for a failure.
+std::string marksOf(const Trace& trace);
+
 struct Case {
   std::string_view name;
   std::string_view about;
   Outcome (*run)(const Programs&, const std::string& editorKind);
 };
+
+/// The review panel and the command menu, from their keys to the changed text.
+Outcome reviewRuns(const Programs& programs, const std::string& editorKind);
+Outcome reviewEndings(const Programs& programs, const std::string& editorKind);
+Outcome commandMenu(const Programs& programs, const std::string& editorKind);
 
 /// What goes on beside the ordinary run on real desktops.
 const std::vector<Case>& cases();

@@ -335,6 +335,28 @@ XSession::Window XSession::waitForWindow(std::string_view windowClass) {
 
 xcb_window_t XSession::activeWindow() { return numberProperty(root_, "_NET_ACTIVE_WINDOW").value_or(0); }
 
+XSession::Area XSession::areaOf(xcb_window_t window) {
+  auto* const size = xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr);
+  auto* const place = xcb_translate_coordinates_reply(
+      connection_, xcb_translate_coordinates(connection_, window, root_, 0, 0), nullptr);
+  if (size == nullptr || place == nullptr) {
+    std::free(size);
+    std::free(place);
+    fail("the window is gone");
+  }
+  const Area area{place->dst_x, place->dst_y, size->width, size->height};
+  std::free(size);
+  std::free(place);
+  return area;
+}
+
+void XSession::click(int x, int y) {
+  const auto at = [](int value) { return std::to_string(value); };
+  if (run({"xdotool", "mousemove", at(x - 3), at(y - 3), "mousemove", at(x), at(y), "click", "1"}) != 0) {
+    fail("the pointer does not move");
+  }
+}
+
 void XSession::activate(xcb_window_t window) {
   xcb_client_message_event_t message{};
   message.response_type = XCB_CLIENT_MESSAGE;

@@ -74,6 +74,16 @@ class XSession {
   /// Brings it to the front as a task bar would, and waits until it is there.
   void activate(xcb_window_t window);
   void close(xcb_window_t window);
+  struct Area {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+  };
+  /// Where its content lies on the screen.
+  Area areaOf(xcb_window_t window);
+  /// Moves the pointer there as a hand does, a little way at least, and presses its first button.
+  void click(int x, int y);
 
   /// Another client's window, mapped, with a class and a process id.
   xcb_window_t createWindow(const std::string& windowClass, pid_t pid, const std::string& title = "window");

@@ -103,6 +103,13 @@ ReviewView::ReviewView(ReviewPanelVM& session, ReviewViewState& state, Pasteboar
   column->addLayout(middle, 1);
   column->addWidget(&bar_);
 
+  QWidget* before = &picker_;
+  for (QWidget* control : std::initializer_list<QWidget*>{&result_, &lines_, &words_, &error_, &provider_, &model_,
+                                                          &reload_, &discard_, &apply_, &copy_}) {
+    setTabOrder(before, control);
+    before = control;
+  }
+
   changes_[0] = state_.contentChanged.connect([this] { showContent(); });
   changes_[1] = state_.sizeChanged.connect([this] { fit(); });
   changes_[2] = session_.menusChanged.connect([this] { showMenus(); });

@@ -1,0 +1,338 @@
+#include <algorithm>
+#include <thread>
+
+#include "base/Json.h"
+#include "desktop_demo/Runs.h"
+#include "platform/posix/SqliteUserDefaults.h"
+#include "providers/ModelStore.h"
+#include "providers/ProviderStore.h"
+#include "support/TestHttpServer.h"
+
+namespace quillmark::demo {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto deadline = 10s;
+constexpr int reviews = 30;
+
+/// Steps of a case: each throws with what went wrong.
+class Steps {
+ public:
+  Steps(Desk& desk, Editor& editor) : desk_(desk), editor_(editor), session_(desk.session()) {}
+
+  void select(const std::string& text) {
+    editor_.write(text);
+    editor_.selectAll();
+    editorWindow_ = session_.activeWindow();
+    desk_.trace().startAnew();
+  }
+
+  /// Waits for a mark since the last step that looked for one.
+  void await(std::string_view mark) {
+    if (!waitUntil([&] { return desk_.trace().momentOf(mark).has_value(); }, deadline)) {
+      fail(std::string("no \"").append(mark).append("\"; ") + marksOf(desk_.trace()));
+    }
+  }
+  /// The panel has the keyboard.
+  void awaitKeyboard() {
+    if (!waitUntil([&] { return isPanel(session_.activeWindow()); }, deadline)) {
+      fail("the panel did not get the keyboard");
+    }
+  }
+  void tap(const std::vector<std::string_view>& keys, std::string_view mark = {}) {
+    desk_.trace().startAnew();
+    session_.tap(keys);
+    if (!mark.empty()) {
+      await(mark);
+    }
+  }
+  void review(const std::string& text) {
+    select(text);
+    desk_.triggerHotKey();
+    await("review answered");
+    awaitKeyboard();
+  }
+  void openMenu() {
+    desk_.trace().startAnew();
+    session_.tap({"Control_L", "Alt_L", "k"});
+    await("command menu shown");
+    awaitKeyboard();
+  }
+
+  void expectSaved(const std::string& text) {
+    if (!editor_.savesAs(text, deadline)) {
+      fail("expected " + shown(text) + ", saved " + shown(editor_.fileContents()));
+    }
+  }
+  void expectEditorInFront() {
+    if (!waitUntil([&] { return session_.activeWindow() == editorWindow_; }, deadline)) {
+      fail("the editor is not in front");
+    }
+  }
+  void expectNoPanel() {
+    if (!waitUntil([&] { return panel() == 0; }, deadline)) {
+      fail("a panel is still there");
+    }
+  }
+  void expectClipboard(const std::string& text) {
+    const auto file = desk_.home() / "clipboard";
+    const auto holds = [&] {
+      session_.run({"xclip", "-selection", "clipboard", "-out"}, file);
+      return readFile(file) == text;
+    };
+    if (!waitUntil(holds, deadline)) {
+      fail("the clipboard holds " + shown(readFile(file)));
+    }
+  }
+  /// Nothing that would change the editor's text happens.
+  void expectNothingPasted(std::chrono::milliseconds during = 500ms) {
+    if (waitUntil([&] { return desk_.trace().momentOf("paste key posted").has_value(); }, during)) {
+      fail("something was pasted");
+    }
+  }
+
+  /// The panel that is open, 0 when there is none.
+  xcb_window_t panel() {
+    const auto all = session_.windows();
+    const auto own = std::ranges::find(all, desk_.quillmarkPid(), &XSession::Window::pid);
+    return own == all.end() ? 0 : own->id;
+  }
+  Editor& editor() { return editor_; }
+  XSession& session() { return session_; }
+
+  [[noreturn]] void fail(const std::string& reason) { throw std::runtime_error(failed(desk_, reason).reason); }
+
+ private:
+  bool isPanel(xcb_window_t window) { return window != 0 && window == panel(); }
+
+  Desk& desk_;
+  Editor& editor_;
+  XSession& session_;
+  xcb_window_t editorWindow_ = 0;
+};
+
+void store(Desk& desk, const std::vector<std::pair<std::string, DefaultsValue>>& settings) {
+  SqliteUserDefaults defaults(desk.data() / "defaults.sqlite");
+  for (const auto& [key, value] : settings) {
+    defaults.set(key, value);
+  }
+}
+
+const std::pair<std::string, DefaultsValue> withReview{"defaultBehavior", std::string("showReview")};
+
+std::string content(const ReceivedRequest& request) {
+  return parseJson(request.body).at("messages").back().at("content").get<std::string>();
+}
+
+/// The hosted service answers with a word before the text, in two pieces; with the second provider another word and the
+/// model; counts are taken.
+Answer answerTo(const ReceivedRequest& request) {
+  if (request.target.ends_with("/api/app/completion")) {
+    const Json body = parseJson(request.body);
+    const std::string system = body.at("messages").front().at("content");
+    const std::string word = system.find("rhyme") != std::string::npos ? "Rhymed " : "Corrected ";
+    if (body.value("stream", false)) {
+      return Answer::eventStream().chunk(word).chunk(content(request)).end();
+    }
+    const Json message = {{"role", "assistant"}, {"content", word + content(request)}};
+    return Answer::json(200, toText({{"model", "m"},
+                                     {"object", "chat.completion"},
+                                     {"created", 1},
+                                     {"choices", Json::array({{{"index", 0}, {"message", message}}})}}));
+  }
+  if (request.target.ends_with("/second/chat/completions")) {
+    const Json body = parseJson(request.body);
+    const Json choice = {{"index", 0},
+                         {"delta", {{"content", body.at("model").get<std::string>() + " " + content(request)}}}};
+    const Json chunk = {
+        {"id", "1"}, {"object", "chat.completion.chunk"}, {"created", 1}, {"model", "m"}, {"choices", {choice}}};
+    return Answer::eventStream().chunk("data: " + toText(chunk) + "\n\n").chunk("data: [DONE]\n\n").end();
+  }
+  if (request.target.ends_with("/broken/chat/completions")) {
+    return Answer::eventStream().end();
+  }
+  return Answer::json(200, R"({"success":true})");
+}
+
+/// Two more providers: one that answers, with two models, and one that never says anything.
+void addProviders(Desk& desk, const TestHttpServer& backend) {
+  SqliteUserDefaults defaults(desk.data() / "defaults.sqlite");
+  ProviderStore providers(defaults);
+  providers.load();
+  const auto add = [&](ProviderType type, const std::string& name) {
+    providers.addConfig(ProviderConfig::make({.providerType = type,
+                                              .name = name,
+                                              .apiKey = "s3cret",
+                                              .baseURL = backend.url("/" + name),
+                                              .defaultModel = name + "-large"}));
+  };
+  add(ProviderType::openAICompatible, "second");
+  add(ProviderType::openAICompatible, "broken");
+  ModelStore(defaults).updateModels(
+      {{Uuid::random(), "second-large", ProviderType::openAICompatible, "second-large", true, {}},
+       {Uuid::random(), "second-small", ProviderType::openAICompatible, "second-small", true, {}}});
+}
+
+Outcome guarded(const std::function<std::string()>& run) {
+  try {
+    return {true, run()};
+  } catch (const std::exception& error) {
+    return {false, error.what()};
+  }
+}
+
+}  // namespace
+
+Outcome reviewRuns(const Programs& programs, const std::string& editorKind) {
+  Desk desk(programs);
+  store(desk, {withReview});
+  Editor editor(desk, editorKind);
+  Steps steps(desk, editor);
+  for (int number = 0; number < reviews; ++number) {
+    const auto outcome = guarded([&] {
+      const auto sample = sampleText(number);
+      steps.review(sample.typed);
+      for (const auto* mark :
+           {"review shows styled", "review shows lines", "review shows words", "review shows text"}) {
+        steps.tap({"Tab"}, mark);
+      }
+      steps.tap({"Return"}, "paste key posted");
+      steps.expectSaved(sample.corrected);
+      steps.expectEditorInFront();
+      steps.expectNoPanel();
+      return "";
+    });
+    if (!outcome.passed) {
+      return {false, "review " + std::to_string(number + 1) + ": " + outcome.reason};
+    }
+  }
+  return {true, std::to_string(reviews) + " reviews"};
+}
+
+Outcome reviewEndings(const Programs& programs, const std::string& editorKind) {
+  TestHttpServer backend;
+  backend.answerOthers(answerTo);
+  Desk desk(programs.quillmark, backend.port());
+  desk.endQuillmark();
+  store(desk, {withReview});
+  addProviders(desk, backend);
+  desk.startQuillmark();
+  Editor editor(desk, editorKind);
+  Steps steps(desk, editor);
+  return guarded([&] {
+    steps.review("to copy");
+    steps.tap({"Control_L", "c"}, "pasteboard written");
+    steps.expectEditorInFront();
+    steps.expectClipboard("Corrected to copy");
+    steps.expectNothingPasted();
+    steps.expectNoPanel();
+
+    steps.review("to discard");
+    steps.tap({"Escape"});
+    steps.expectNoPanel();
+    steps.expectNothingPasted();
+    steps.expectEditorInFront();
+    if (editor.fileContents() != "to discard") {
+      steps.fail("a discarded review has changed the text");
+    }
+
+    // From the text back to the modes, and round the corner to the last control of the bar.
+    steps.review("again");
+    const auto choose = [&](int row) {
+      steps.tap({"space"});
+      for (int i = 0; i < row; ++i) {
+        steps.tap({"Down"});
+      }
+      steps.tap({"Return"});
+    };
+    steps.tap({"Shift_L", "Tab"});
+    steps.tap({"Shift_L", "Tab"});
+    for (int i = 0; i < 5; ++i) {
+      steps.tap({"Left"});
+    }
+    choose(1);
+    steps.tap({"Right"});
+    choose(1);
+    steps.tap({"Control_L", "r"}, "review answered");
+    steps.tap({"Return"}, "paste key posted");
+    steps.expectSaved("second-small again");
+    steps.expectEditorInFront();
+
+    steps.review("that fails");
+    steps.tap({"Shift_L", "Tab"});
+    steps.tap({"Shift_L", "Tab"});
+    for (int i = 0; i < 5; ++i) {
+      steps.tap({"Left"});
+    }
+    choose(2);
+    steps.tap({"Control_L", "r"}, "review failed");
+    steps.await("review shows error");
+    steps.tap({"Return"});
+    steps.expectNothingPasted();
+    steps.tap({"Control_L", "c"});
+    steps.expectNothingPasted();
+    if (steps.panel() == 0) {
+      steps.fail("an error was applied");
+    }
+    steps.tap({"Escape"});
+    steps.expectNoPanel();
+    return "copied, discarded, asked a second provider, and met a broken one";
+  });
+}
+
+Outcome commandMenu(const Programs& programs, const std::string& editorKind) {
+  TestHttpServer backend;
+  backend.answerOthers(answerTo);
+  Desk desk(programs.quillmark, backend.port());
+  store(desk, {{"KeyboardShortcuts_commandMenu", std::string(R"({"carbonKeyCode":40,"carbonModifiers":6144})")}});
+  Editor editor(desk, editorKind);
+  Steps steps(desk, editor);
+  return guarded([&] {
+    steps.select("by keys");
+    steps.openMenu();
+    steps.session().type("improve text");
+    steps.tap({"Return"}, "paste key posted");
+    steps.expectSaved("Corrected by keys");
+    steps.expectEditorInFront();
+
+    steps.select("by mouse");
+    steps.openMenu();
+    const auto menu = steps.session().areaOf(steps.panel());
+    constexpr int secondRow = 45 + 8 + 36 + 18;
+    desk.trace().startAnew();
+    steps.session().click(menu.x + menu.width / 2, menu.y + secondRow);
+    steps.await("paste key posted");
+    steps.expectSaved("Corrected by mouse");
+    steps.expectEditorInFront();
+
+    steps.select("a task");
+    steps.openMenu();
+    steps.tap({"Tab"});
+    steps.session().type("make it rhyme");
+    steps.tap({"Return"}, "review answered");
+    steps.awaitKeyboard();
+    steps.tap({"Return"}, "paste key posted");
+    steps.expectSaved("Rhymed a task");
+
+    steps.select("left alone");
+    for (const bool byClick : {true, false}) {
+      steps.openMenu();
+      if (byClick) {
+        const auto window = steps.session().areaOf(steps.session().waitForWindow(editor.pid()).id);
+        steps.session().click(window.x + 30, window.y + window.height - 60);
+      } else {
+        steps.tap({"Escape"});
+      }
+      steps.expectNoPanel();
+      steps.expectEditorInFront();
+      steps.expectNothingPasted(200ms);
+    }
+    if (editor.fileContents() != "left alone") {
+      steps.fail("a closed menu has changed the text");
+    }
+    return "by keys, by mouse, a task, closed by a click and by Escape";
+  });
+}
+
+}  // namespace quillmark::demo
