@@ -9,15 +9,16 @@
 
 #include <CLI/CLI.hpp>
 
-#include "shots/SymbolSheet.h"
 #include "base/Localization.h"
 #include "base/Log.h"
 #include "panels/views/CommandMenuView.h"
 #include "panels/views/Look.h"
 #include "panels/views/ReviewView.h"
 #include "platform/desktop/QtPanelWindow.h"
+#include "platform/posix/IcuLocaleInfo.h"
 #include "platform/simulated/SimulatedDesktop.h"
 #include "shell/QuillmarkApp.h"
+#include "shots/SymbolSheet.h"
 
 namespace quillmark {
 namespace {
@@ -38,9 +39,24 @@ const std::string markdown =
     "1. The clocks struck\n2. The sky turned grey, and it stayed so for the rest of an evening that nobody would "
     "remember\n\n> The story ends here.\n\n---\n\n### Afterword\nPlain text with **bold words** in it.";
 
+/// The simulated desktop, with the real names of languages.
+Platform platformWith(const Platform& platform, LocaleInfo& locale) {
+  return {platform.bundle,      platform.operatingSystem,
+          platform.mainQueue,   platform.backgroundQueue,
+          platform.defaults,    locale,
+          platform.http,        platform.pasteboard,
+          platform.keyInjector, platform.hotKeys,
+          platform.workspace,   platform.screens,
+          platform.alerts,      platform.permissions,
+          platform.loginItem};
+}
+
 class Shots {
  public:
-  Shots(const QString& directory, const QString& name) : directory_(directory), name_(name) {
+  Shots(const QString& directory, const std::string& scheme, const std::string& language)
+      : directory_(directory),
+        name_(QString::fromStdString(scheme + "-" + language) + "-" + QString::number(qApp->devicePixelRatio())),
+        locale_(language) {
     QDir().mkpath(directory_);
     reviewWindow_.setContent(review_);
     reviewWindow_.setResizable(true);
@@ -144,6 +160,7 @@ class Shots {
 
   /// The window on a ground that stands for what lies behind it.
   void shoot(const std::string& state, QWidget& window) {
+    QApplication::setActiveWindow(&window);
     settle();
     const QPixmap picture = window.grab();
     const double scale = picture.devicePixelRatio();
@@ -162,7 +179,8 @@ class Shots {
   SimulatedDesktop desktop_;
   QtPanelWindow reviewWindow_{QtPanelWindow::Kind::surface, look::windowRadius};
   QtPanelWindow menuWindow_{QtPanelWindow::Kind::surface, look::windowRadius};
-  QuillmarkApp app_{desktop_.platform(), {nullptr, reviewWindow_, menuWindow_}, {}};
+  IcuLocaleInfo locale_;
+  QuillmarkApp app_{platformWith(desktop_.platform(), locale_), {nullptr, reviewWindow_, menuWindow_}, {}};
   ReviewView review_{app_.reviewPanel(), app_.reviewViewState(), desktop_.pasteboard};
   CommandMenuView menu_{app_.commandPanel()};
 };
@@ -189,9 +207,7 @@ int main(int argc, char** argv) {
   localization::useLanguage(language, catalogues);
   QApplication::setLayoutDirection(language == "ar" ? Qt::RightToLeft : Qt::LeftToRight);
   look::apply({scheme == "dark" ? look::Scheme::dark : look::Scheme::light, std::nullopt});
-  const QString name =
-      QString::fromStdString(scheme + "-" + language) + "-" + QString::number(qApp->devicePixelRatio());
-  Shots shots(QString::fromStdString(out), name);
+  Shots shots(QString::fromStdString(out), scheme, language);
   shots.review(language == "ar");
   shots.commandMenu();
   shots.symbols();

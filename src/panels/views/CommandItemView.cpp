@@ -43,7 +43,7 @@ void CommandItemView::paint(QPainter* painter, const QStyleOptionViewItem& optio
                       Qt::AlignVCenter, hint);
     inside.setRight(inside.right() - width - gap);
   }
-  painter->drawText(mirrored(inside), int(Qt::AlignVCenter | QStyle::visualAlignment(option.direction, Qt::AlignLeft)),
+  painter->drawText(mirrored(inside), look::leading(option.direction),
                     option.fontMetrics.elidedText(index.data().toString(), Qt::ElideRight, inside.width()));
   painter->restore();
 }

@@ -164,8 +164,7 @@ class CommandMenuView::Task : public QWidget {
     painter.setFont(look::font(13, QFont::Medium));
     painter.setPen(look::secondary(palette()));
     const QRect title(sign.right() + 9, sign.top(), card.right() - sign.right() - 20, sign.height());
-    painter.drawText(QStyle::visualRect(layoutDirection(), rect(), title),
-                     int(Qt::AlignVCenter | QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft)),
+    painter.drawText(QStyle::visualRect(layoutDirection(), rect(), title), look::leading(layoutDirection()),
                      accessibleName());
   }
 
@@ -212,9 +211,12 @@ CommandMenuView::CommandMenuView(CommandPanelViewModel& viewModel, QWidget* pare
   modeButton_.setTint(QPalette::PlaceholderText);
   head_.setFixedHeight(fieldHeight);
   auto* const row = new QHBoxLayout(&head_);
-  row->setContentsMargins(look::panelPadding + 2 + iconSide + 8, 0, 10, 0);
+  row->setContentsMargins({});
+  row->setSpacing(0);
+  row->addSpacing(look::panelPadding + iconSide + 8);
   row->addWidget(field_);
   row->addWidget(&modeButton_);
+  row->addSpacing(10 - PanelButton::ringRoom);
 
   list_.setAccessibleName(qt(quillmark::tr("Commands")));
   list_.setFrameShape(QFrame::NoFrame);

@@ -128,8 +128,7 @@ void WordLevelDiffView::paintEvent(QPaintEvent* event) {
   if (comparison_.rows.get().empty()) {
     painter.setPen(look::secondary(palette()));
     const QRectF area = QRectF(viewport()->rect()).adjusted(margin, margin, -margin, 0);
-    painter.drawText(area, int(Qt::AlignTop | QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft)),
-                     calculating());
+    painter.drawText(area, look::leading(layoutDirection(), Qt::AlignTop), calculating());
     return;
   }
   painter.translate(origin());

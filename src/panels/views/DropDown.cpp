@@ -49,8 +49,7 @@ class Row : public QStyledItemDelegate {
     const QRect title = inside.adjusted(markSide + 6, 0, 0, 0);
     painter->setPen(ink);
     painter->setFont(option.font);
-    painter->drawText(QStyle::visualRect(option.direction, option.rect, title),
-                      int(Qt::AlignVCenter | QStyle::visualAlignment(option.direction, Qt::AlignLeft)),
+    painter->drawText(QStyle::visualRect(option.direction, option.rect, title), look::leading(option.direction),
                       option.fontMetrics.elidedText(index.data().toString(), Qt::ElideMiddle, title.width()));
     painter->restore();
   }

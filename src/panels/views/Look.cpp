@@ -125,6 +125,10 @@ bool animates(const QWidget& widget) {
   return widget.style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &widget) > 0;
 }
 
+int leading(Qt::LayoutDirection direction, Qt::Alignment vertical) {
+  return int(Qt::AlignAbsolute | vertical | (direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft));
+}
+
 void drawHairline(QPainter& painter, const QRectF& rect, const QPalette& palette) {
   const double thickness = 1 / painter.device()->devicePixelRatioF();
   painter.fillRect(QRectF(rect.left(), rect.top(), rect.width(), thickness), hairline(palette));

@@ -52,6 +52,9 @@ QFont monospaced(double size);
 /// False where the desktop asks for less motion.
 bool animates(const QWidget& widget);
 
+/// For QPainter::drawText(): against the edge where reading begins, whatever the script of the text itself.
+int leading(Qt::LayoutDirection direction, Qt::Alignment vertical = Qt::AlignVCenter);
+
 /// A line of one device pixel along the top edge of the rectangle.
 void drawHairline(QPainter& painter, const QRectF& rect, const QPalette& palette);
 /// A ring around a control that has the keyboard, 2 wide and 2 away from the rectangle.

@@ -56,15 +56,20 @@ QSize PanelButton::sizeHint() const {
     width += symbolSide;
   }
   if (!text().isEmpty()) {
-    width += fontMetrics().horizontalAdvance(text()) + (symbol_.empty() ? 0 : gap);
+    width += fontMetrics().horizontalAdvance(text()) + 1 + (symbol_.empty() ? 0 : gap);
   }
   if (!trailing_.empty()) {
     width += trailingSide + gap;
   }
-  return {width, std::max(look::targetHeight, fontMetrics().height() + padding)};
+  const int room = isSegment() ? 0 : 2 * ringRoom;
+  return {width + room, std::max(look::targetHeight, fontMetrics().height() + padding) + room};
 }
 
 QSize PanelButton::minimumSizeHint() const { return {look::targetHeight, sizeHint().height()}; }
+
+QRect PanelButton::body() const {
+  return isSegment() ? rect() : rect().adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom);
+}
 
 void PanelButton::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
@@ -114,20 +119,22 @@ void PanelButton::paintEvent(QPaintEvent*) {
   } else if (hovered) {
     ground = look::card(palette());
   }
+  const QRect box = body();
   if (ground.isValid()) {
     painter.setPen(look_ == Look::raised ? QPen(look::hairline(palette()), 1 / devicePixelRatioF()) : QPen(Qt::NoPen));
     painter.setBrush(ground);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), look::chipRadius, look::chipRadius);
+    painter.drawRoundedRect(QRectF(box).adjusted(0.5, 0.5, -0.5, -0.5), look::chipRadius, look::chipRadius);
   }
   if (hasFocus()) {
-    // Inside the edges: nothing may be drawn outside of a widget.
-    look::drawFocusRing(painter, QRectF(rect()).adjusted(3, 3, -3, -3), look::chipRadius - 3, palette());
+    const int inset = isSegment() ? ringRoom : 0;
+    look::drawFocusRing(painter, QRectF(box).adjusted(inset, inset, -inset, -inset), look::chipRadius - inset,
+                        palette());
   }
 
   const double scale = devicePixelRatioF();
   const auto drawSymbol = [&](const std::string& name, int x, int side) {
-    const QRect box = QStyle::visualRect(layoutDirection(), rect(), QRect(x, (height() - side) / 2, side, side));
-    painter.drawPixmap(box, symbols::pixmap(name, side, scale, ink));
+    const QRect place = QStyle::visualRect(layoutDirection(), rect(), QRect(x, (height() - side) / 2, side, side));
+    painter.drawPixmap(place, symbols::pixmap(name, side, scale, ink));
   };
   const int trailing = trailing_.empty() ? 0 : trailingSide + gap;
   if (text().isEmpty() && symbol_.empty()) {
@@ -138,18 +145,18 @@ void PanelButton::paintEvent(QPaintEvent*) {
     return;
   }
   const int lead = symbol_.empty() ? 0 : symbolSide + gap;
-  const int room = width() - 2 * padding - lead - trailing;
+  const int room = box.width() - 2 * padding - lead - trailing;
   const QString title = fontMetrics().elidedText(text(), Qt::ElideRight, room);
-  const int titleWidth = fontMetrics().horizontalAdvance(title);
+  const int titleWidth = fontMetrics().horizontalAdvance(title) + 1;
   // The title stands in the middle; behind a menu's title the rest is the chevron's.
-  int x = trailing_.empty() ? (width() - lead - titleWidth) / 2 : padding;
+  int x = trailing_.empty() ? (width() - lead - titleWidth) / 2 : box.left() + padding;
   if (!symbol_.empty()) {
     drawSymbol(symbol_, x, symbolSide);
     x += lead;
   }
   painter.setPen(ink);
-  const QRect box = QStyle::visualRect(layoutDirection(), rect(), QRect(x, 0, titleWidth + 1, height()));
-  painter.drawText(box, Qt::AlignVCenter | Qt::TextSingleLine, title);
+  const QRect place = QStyle::visualRect(layoutDirection(), rect(), QRect(x, 0, titleWidth, height()));
+  painter.drawText(place, Qt::AlignVCenter | Qt::TextSingleLine, title);
   if (!trailing_.empty()) {
     drawSymbol(trailing_, x + titleWidth + gap, trailingSide);
   }

@@ -9,10 +9,14 @@ namespace quillmark {
 class PanelButton : public QPushButton {
  public:
   enum class Look {
-    plain,   ///< a ground only under the pointer
-    filled,  ///< the one that a panel is about, in the accent colour
-    raised,  ///< the chosen one of several
+    plain,    ///< a ground only under the pointer
+    filled,   ///< the one that a panel is about, in the accent colour
+    segment,  ///< one of several in a row
+    raised,   ///< the chosen one of them
   };
+
+  /// Room that a button keeps around its body for the ring that shows the keyboard; segments have theirs inside.
+  static constexpr int ringRoom = 4;
 
   explicit PanelButton(Look look = Look::plain, QWidget* parent = nullptr);
 
@@ -34,6 +38,9 @@ class PanelButton : public QPushButton {
   void leaveEvent(QEvent* event) override;
 
  private:
+  bool isSegment() const { return look_ == Look::segment || look_ == Look::raised; }
+  QRect body() const;
+
   Look look_;
   std::string symbol_;
   std::string trailing_;

@@ -131,10 +131,12 @@ ReviewView::ReviewView(ReviewPanelVM& session, ReviewViewState& state, Pasteboar
 void ReviewView::makeBar(QWidget& bar) {
   bar.setFixedHeight(barHeight);
   auto* const row = new QHBoxLayout(&bar);
-  row->setContentsMargins(look::panelPadding - 4, 0, look::panelPadding - 4, 0);
-  row->setSpacing(8);
-  provider_.setMaximumWidth(widestProvider);
-  model_.setMaximumWidth(widestModel);
+  // The titles of the menus stand under the text.
+  constexpr int side = look::panelPadding - PanelButton::ringRoom - 4;
+  row->setContentsMargins(side, 0, side, 0);
+  row->setSpacing(0);
+  provider_.setMaximumWidth(widestProvider + 2 * PanelButton::ringRoom);
+  model_.setMaximumWidth(widestModel + 2 * PanelButton::ringRoom);
   for (DropDown* menu : {&provider_, &model_}) {
     menu->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     menu->setTint(QPalette::PlaceholderText);
@@ -213,6 +215,9 @@ void ReviewView::showState() {
 }
 
 void ReviewView::measure() {
+  if (!session_.isReviewOpen.get()) {
+    return;  // the next session begins with its own size
+  }
   const QSizeF size = result_.textSize();
   state_.measured({size.width(), size.height()});
 }

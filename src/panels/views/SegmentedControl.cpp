@@ -14,7 +14,7 @@ SegmentedControl::SegmentedControl(const QStringList& titles, QWidget* parent) :
   row->setContentsMargins(2, 2, 2, 2);
   row->setSpacing(2);
   for (int i = 0; i < titles.size(); ++i) {
-    auto* const segment = new PanelButton(PanelButton::Look::plain, this);
+    auto* const segment = new PanelButton(PanelButton::Look::segment, this);
     segment->describe(titles[i], "", {});
     segment->setCheckable(true);
     segment->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -36,7 +36,7 @@ void SegmentedControl::choose(int index) {
   for (int i = 0; i < int(segments_.size()); ++i) {
     auto& segment = *segments_[std::size_t(i)];
     segment.setChecked(i == index);
-    segment.setLook(i == index ? PanelButton::Look::raised : PanelButton::Look::plain);
+    segment.setLook(i == index ? PanelButton::Look::raised : PanelButton::Look::segment);
     segment.setFocusPolicy(i == index ? Qt::StrongFocus : Qt::ClickFocus);
   }
 }

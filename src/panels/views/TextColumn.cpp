@@ -89,7 +89,8 @@ void TextColumn::layOut(Laid& laid, double width) const {
   laid.laidWidth = width;
   laid.rightToLeft = block.text.isEmpty() ? layoutDirection() == Qt::RightToLeft : block.text.isRightToLeft();
   laid.layout = std::make_unique<QTextLayout>(block.text, block.font);
-  QTextOption option(block.alignment);
+  const bool leads = block.alignment == Qt::AlignLeading;
+  QTextOption option(leads && laid.rightToLeft ? Qt::AlignRight : block.alignment);
   option.setTextDirection(laid.rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   option.setTabStopDistance(4 * QFontMetricsF(block.font).horizontalAdvance(QLatin1Char(' ')));
@@ -204,11 +205,12 @@ void TextColumn::paintBlock(QPainter& painter, const Laid& laid, std::size_t ind
     painter.drawPixmap(box.topLeft(), symbols::pixmap(block.symbol, symbolSide, devicePixelRatioF(), block.colour));
   }
   if (!block.marker.isEmpty()) {
+    painter.setLayoutDirection(laid.rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
     painter.setFont(block.markerFont);
     painter.setPen(block.markerColour);
     const double room = block.lead - block.markerAt;
     painter.drawText(boxAt(block.markerAt, room, block.above, firstLine),
-                     int(Qt::AlignVCenter | (laid.rightToLeft ? Qt::AlignRight : Qt::AlignLeft)), block.marker);
+                     look::leading(laid.rightToLeft ? Qt::RightToLeft : Qt::LeftToRight), block.marker);
   }
   painter.setPen(block.colour);
   const auto [from, to] = selection();

@@ -47,8 +47,8 @@ void LoadingText::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setOpacity(opacity_);
   painter.setPen(look::secondary(palette()));
-  painter.drawText(QRectF(rect()).adjusted(margin, 0, -margin, 0),
-                   int(Qt::AlignTop | QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft)), accessibleName());
+  painter.drawText(QRectF(rect()).adjusted(margin, 0, -margin, 0), look::leading(layoutDirection(), Qt::AlignTop),
+                   accessibleName());
 }
 
 TypewriterText::TypewriterText(ReviewPanelVM& session, QWidget* parent)
@@ -75,7 +75,9 @@ void TypewriterText::setStyled(bool styled) {
 
 void TypewriterText::textChanged(std::size_t kept) {
   drawn_ = std::min(drawn_, kept);
-  if (!drawPosted_) {
+  if (session_.text.empty()) {
+    draw();  // at once: the panel opens before the next round of events, and should not measure the text before
+  } else if (!drawPosted_) {
     drawPosted_ = true;
     QCoreApplication::postEvent(this, new QEvent(drawEvent));
   }
@@ -87,7 +89,6 @@ void TypewriterText::drawAll() {
 }
 
 void TypewriterText::draw() {
-  drawPosted_ = false;
   const std::string_view whole = session_.text.get();
   const std::string_view added = whole.substr(drawn_);
   const bool grows = drawn_ > 0;
@@ -119,6 +120,7 @@ void TypewriterText::draw() {
 
 bool TypewriterText::event(QEvent* event) {
   if (event->type() == drawEvent) {
+    drawPosted_ = false;
     draw();
     return true;
   }
