@@ -25,6 +25,7 @@ class ReviewView : public QWidget {
   PanelButton& applyButton() { return apply_; }
   DropDown& providerMenu() { return provider_; }
   DropDown& modelMenu() { return model_; }
+  TypewriterText& result() { return result_; }
 
  protected:
   bool event(QEvent* event) override;

@@ -2,8 +2,10 @@
 
 #include <QBitmap>
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -22,6 +24,20 @@ Qt::WindowFlags flagsFor(QtPanelWindow::Kind kind) {
   return kind == QtPanelWindow::Kind::indicator
              ? common | Qt::ToolTip | Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus
              : common | Qt::Tool;
+}
+
+/// Our points are pixels over the scale, on the whole desktop. The toolkit's are so only within a screen, whose own corner
+/// it leaves in pixels.
+QPoint toolkitPoint(Point point) {
+  for (const QScreen* screen : QGuiApplication::screens()) {
+    const qreal scale = screen->devicePixelRatio();
+    const QPoint corner = screen->geometry().topLeft();
+    const QPointF inside = QPointF(point.x, point.y) - QPointF(corner) / scale;
+    if (QRectF({}, screen->geometry().size()).contains(inside)) {
+      return corner + inside.toPoint();
+    }
+  }
+  return {qRound(point.x), qRound(point.y)};
 }
 
 void drawShadow(QPainter& painter, const QRectF& content, double radius) {
@@ -61,7 +77,7 @@ void QtPanelWindow::setContent(QWidget& content) {
 
 void QtPanelWindow::moveTopLeft(Point corner) {
   dragged_ = false;
-  move(qRound(corner.x) - shadow_, qRound(corner.y) - shadow_);
+  move(toolkitPoint(corner) - QPoint(shadow_, shadow_));
 }
 
 Size QtPanelWindow::contentSize() const {
@@ -83,11 +99,11 @@ void QtPanelWindow::prepare() {
     shapeIndicator();
   } else if (const int shadow = translucent_ ? shadowWidth : 0; shadow != shadow_) {
     const Size content = contentSize();
-    const QPoint corner = pos() + QPoint(shadow_, shadow_);
+    const QPoint corner = pos() + QPoint(shadow_, shadow_) - QPoint(shadow, shadow);
     shadow_ = shadow;
     layout()->setContentsMargins(shadow_, shadow_, shadow_, shadow_);
     setContentSize(content);
-    moveTopLeft({double(corner.x()), double(corner.y())});
+    move(corner);
   }
   x11::markAsPanel(*this);
   x11::setShadow(*this, shadow_);
