@@ -45,10 +45,12 @@ CommandMenuState::CommandMenuState(CommandPanelViewModel& viewModel)
     : viewModel_(viewModel),
       keys_(
           {KeyPressModifier::returnKey, KeyPressModifier::tabKey}, [this](int keyCode) { handleKey(keyCode); },
-          [this] { return itemCount(); }, &selectedIndex) {
+          [this] { return itemCount(); }, &selectedIndex),
+      search_([this](const Search&) { searchChanged(); }) {
   selections_ = selectedIndex.observe([this](const Index&) { selectionChanged(); });
-  searches_ = viewModel.searchText.observe([this](const std::string&) { searchChanged(); });
-  modes_ = viewModel.currentMode.observe([this](CommandMenuMode) { searchChanged(); });
+  const auto look = [this](const auto&) { search_.update({viewModel_.currentMode, viewModel_.searchText}); };
+  searches_ = viewModel.searchText.observe(look);
+  modes_ = viewModel.currentMode.observe(look);
   listChanges_ = viewModel.promptStore().searchableCommands.bind([this](const auto&) { listChanged(); });
 }
 

@@ -3,15 +3,20 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/Signal.h"
 #include "commands/Command.h"
+#include "panels/ChangeModifier.h"
 #include "panels/KeyPressModifier.h"
 
 namespace quillmark {
 
 class CommandPanelViewModel;
+
+/// What the text in the menu's field is: a search among the commands, or a task of its own.
+enum class CommandMenuMode { filter, freestyle };
 
 /// The rows of the command menu and which of them is selected. A view draws them and says what keys and mouse do.
 /// Keys, mouse and selection mean nothing while the menu is closed. Main thread only.
@@ -49,6 +54,8 @@ class CommandMenuState {
   void resetView(bool clearSearch);
 
  private:
+  using Search = std::pair<CommandMenuMode, std::string>;
+
   void listChanged();
   void searchChanged();
   void selectionChanged();
@@ -61,6 +68,7 @@ class CommandMenuState {
   std::vector<const Command*> visible_;
   std::optional<Command> selectedItem_;
   KeyPressModifier keys_;
+  ChangeModifier<Search> search_;
   Connection listChanges_;
   Connection searches_;
   Connection modes_;

@@ -21,9 +21,6 @@
 
 namespace quillmark {
 
-/// What the text in the menu's field is: a search among the commands, or a task of its own.
-enum class CommandMenuMode { filter, freestyle };
-
 /// The command menu: its panel, its mode, and the run of what the user chooses. However the panel closes, the menu is
 /// then as it was before it opened and the trigger is forgotten. Main thread only.
 class CommandPanelViewModel : public CommandPanel {

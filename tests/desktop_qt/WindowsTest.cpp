@@ -10,6 +10,7 @@
 #include "desktop_qt/WaitFor.h"
 #include "panels/views/LoadingWindow.h"
 #include "platform/desktop/QtAlerts.h"
+#include "platform/desktop/WindowPanel.h"
 
 namespace quillmark {
 namespace {
@@ -122,6 +123,21 @@ TEST(LoadingWindow, movesOnlyWhileItIsShown) {
     EXPECT_EQ(window.size(), QSize(20, 20));
     window.close();
     EXPECT_FALSE(window.view().pulsing());
+  }
+}
+
+TEST(WindowPanel, tellsWhenTheUserClosesItAndCanBeShownAgain) {
+  auto* const content = new QPushButton("Go on");
+  WindowPanel window("Welcome", *content);
+  int closings = 0;
+  window.closed = [&] { ++closings; };
+  for (int round = 1; round <= 2; ++round) {
+    window.makeKeyAndOrderFront();
+    EXPECT_TRUE(content->isVisible());
+    EXPECT_FALSE(window.windowFlags() & (Qt::WindowMinimizeButtonHint | Qt::WindowMaximizeButtonHint));
+    window.close();
+    EXPECT_EQ(closings, round);
+    EXPECT_FALSE(content->isVisible());
   }
 }
 

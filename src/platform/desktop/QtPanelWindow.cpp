@@ -26,8 +26,8 @@ Qt::WindowFlags flagsFor(QtPanelWindow::Kind kind) {
              : common | Qt::Tool;
 }
 
-/// Our points are pixels over the scale, on the whole desktop. The toolkit's are so only within a screen, whose own corner
-/// it leaves in pixels.
+/// Our points are pixels over the scale, on the whole desktop. The toolkit's are so only within a screen, whose own
+/// corner it leaves in pixels.
 QPoint toolkitPoint(Point point) {
   for (const QScreen* screen : QGuiApplication::screens()) {
     const qreal scale = screen->devicePixelRatio();

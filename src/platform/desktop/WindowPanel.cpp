@@ -1,0 +1,40 @@
+#include "platform/desktop/WindowPanel.h"
+
+#include <QCloseEvent>
+#include <QMouseEvent>
+#include <QVBoxLayout>
+#include <QWindow>
+
+#include "platform/desktop/X11Hints.h"
+
+namespace quillmark {
+
+WindowPanel::WindowPanel(const QString& title, QWidget& content)
+    : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint) {
+  setAttribute(Qt::WA_QuitOnClose, false);
+  setWindowTitle(title);
+  auto* const layout = new QVBoxLayout(this);
+  layout->setContentsMargins({});
+  layout->addWidget(&content);
+  setFocusProxy(&content);
+}
+
+void WindowPanel::makeKeyAndOrderFront() {
+  show();
+  x11::bringToFront(*this);
+}
+
+void WindowPanel::closeEvent(QCloseEvent* event) {
+  QWidget::closeEvent(event);
+  if (closed) {
+    closed();
+  }
+}
+
+void WindowPanel::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) {
+    windowHandle()->startSystemMove();
+  }
+}
+
+}  // namespace quillmark

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QWidget>
+#include <functional>
+
+namespace quillmark {
+
+/// An ordinary window of this program with a title bar that can only be closed, such as the one that greets a new user.
+/// Unlike a floating panel it counts as an activation of the program. It can be dragged by its background and stays
+/// alive when it is closed.
+class WindowPanel : public QWidget {
+ public:
+  /// The content becomes a child of the window and gives it its size.
+  WindowPanel(const QString& title, QWidget& content);
+
+  void makeKeyAndOrderFront();
+  std::function<void()> closed;  ///< by the user
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+};
+
+}  // namespace quillmark
