@@ -127,7 +127,7 @@ int main(int argc, char** argv) {
   CurlHttpSession http;
   QtAlerts alerts;
   look::apply({});
-  const DesktopAppearance appearance([](const DesktopAppearance::Wishes& wishes) {
+  const DesktopAppearance appearance(QDBusConnection::sessionBus(), [](const DesktopAppearance::Wishes& wishes) {
     using enum DesktopAppearance::ColorScheme;
     look::Wishes adopted{std::nullopt, wishes.accent};
     if (wishes.scheme) {

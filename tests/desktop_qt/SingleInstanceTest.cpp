@@ -1,7 +1,5 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QThread>
 #include <optional>
 #include <thread>
@@ -9,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include "base/Log.h"
+#include "desktop_qt/SessionBus.h"
 #include "desktop_qt/WaitFor.h"
 #include "platform/desktop/DBusService.h"
 #include "platform/desktop/SingleInstance.h"
@@ -19,28 +18,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// A session bus of the test's own.
-struct SessionBus : testing::Test {
-  void SetUp() override {
-    daemon.start(QStringLiteral("dbus-daemon"),
-                 {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address"),
-                  QStringLiteral("--address=unix:dir=") + folder.path()});
-    ASSERT_TRUE(daemon.waitForReadyRead(20000)) << "this test needs dbus-daemon";
-    address = QString::fromLatin1(daemon.readLine()).trimmed();
-  }
-  void TearDown() override {
-    for (const QString& name : connections) {
-      QDBusConnection::disconnectFromBus(name);
-    }
-    daemon.kill();
-    daemon.waitForFinished();
-  }
-
-  QDBusConnection connect() {
-    connections << QStringLiteral("test %1").arg(connections.size());
-    return QDBusConnection::connectToBus(address, connections.last());
-  }
-
+struct SingleInstanceTest : SessionBus {
   /// Runs what blocks beside the main thread, which has to answer meanwhile.
   template <class Function>
   auto beside(Function function) {
@@ -62,14 +40,10 @@ struct SessionBus : testing::Test {
     return beside([&] { return bus.call(message, QDBus::Block, 15000); });
   }
 
-  QTemporaryDir folder;
-  QProcess daemon;
-  QString address;
-  QStringList connections;
   DBusService service;
 };
 
-TEST_F(SessionBus, aSecondStartHandsItsArgumentsToTheFirst) {
+TEST_F(SingleInstanceTest, aSecondStartHandsItsArgumentsToTheFirst) {
   std::vector<std::string> received;
   service.activate = [&](const std::vector<std::string>& arguments) { received = arguments; };
   ASSERT_EQ(SingleInstance::claim(connect(), service, {}), SingleInstance::Start::first);
@@ -83,14 +57,14 @@ TEST_F(SessionBus, aSecondStartHandsItsArgumentsToTheFirst) {
   EXPECT_THAT(received, ElementsAre("quillmark://run?a=b&c", "größer 🪶"));
 }
 
-TEST_F(SessionBus, aStartAfterTheFirstHasLeftIsTheFirst) {
+TEST_F(SingleInstanceTest, aStartAfterTheFirstHasLeftIsTheFirst) {
   ASSERT_EQ(SingleInstance::claim(connect(), service, {}), SingleInstance::Start::first);
   QDBusConnection::disconnectFromBus(connections.last());
   DBusService next;
   EXPECT_EQ(beside([&] { return SingleInstance::claim(connect(), next, {}); }), SingleInstance::Start::first);
 }
 
-TEST_F(SessionBus, withoutABusEveryStartIsTheFirst) {
+TEST_F(SingleInstanceTest, withoutABusEveryStartIsTheFirst) {
   std::string lines;
   setLogSink([&](std::string_view line) { lines += line; });
   const auto start = SingleInstance::claim(QDBusConnection(QStringLiteral("no such connection")), service, {});
@@ -99,7 +73,7 @@ TEST_F(SessionBus, withoutABusEveryStartIsTheFirst) {
   EXPECT_THAT(lines, HasSubstr("No session bus"));
 }
 
-TEST_F(SessionBus, otherProgramsRunCommandsOpenTheMenuAndSendTexts) {
+TEST_F(SingleInstanceTest, otherProgramsRunCommandsOpenTheMenuAndSendTexts) {
   std::string ran;
   std::string received;
   int opened = 0;
@@ -120,7 +94,7 @@ TEST_F(SessionBus, otherProgramsRunCommandsOpenTheMenuAndSendTexts) {
   EXPECT_EQ(call(DBusService::name, "RunCommand", {"no-such"}).errorName(), DBusService::name + ".Error.NoSuchCommand");
 }
 
-TEST_F(SessionBus, wrongCallsGetTheErrorsOfTheBus) {
+TEST_F(SingleInstanceTest, wrongCallsGetTheErrorsOfTheBus) {
   service.runCommand = [](const std::string&) { return true; };
   ASSERT_EQ(SingleInstance::claim(connect(), service, {}), SingleInstance::Start::first);
   const QString invalid = "org.freedesktop.DBus.Error.InvalidArgs";
@@ -134,7 +108,7 @@ TEST_F(SessionBus, wrongCallsGetTheErrorsOfTheBus) {
   EXPECT_EQ(call("org.example.Other", "Activate").type(), QDBusMessage::ErrorMessage);
 }
 
-TEST_F(SessionBus, theServiceDescribesItself) {
+TEST_F(SingleInstanceTest, theServiceDescribesItself) {
   ASSERT_EQ(SingleInstance::claim(connect(), service, {}), SingleInstance::Start::first);
   const QDBusMessage reply = call("org.freedesktop.DBus.Introspectable", "Introspect");
   ASSERT_EQ(reply.type(), QDBusMessage::ReplyMessage) << reply.errorMessage().toStdString();

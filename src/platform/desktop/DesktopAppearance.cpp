@@ -1,7 +1,6 @@
 #include "platform/desktop/DesktopAppearance.h"
 
 #include <QDBusArgument>
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -48,13 +47,13 @@ std::optional<QColor> colourOf(const QVariant& value) {
 
 }  // namespace
 
-DesktopAppearance::DesktopAppearance(std::function<void(const Wishes&)> changed) : changed_(std::move(changed)) {
+DesktopAppearance::DesktopAppearance(QDBusConnection bus, std::function<void(const Wishes&)> changed)
+    : bus_(std::move(bus)), changed_(std::move(changed)) {
   askSoon_.setSingleShot(true);
   askSoon_.setInterval(0);
   QObject::connect(&askSoon_, &QTimer::timeout, &askSoon_, [this] { ask(); });
   // Several settings often change at once; the timer gathers them.
-  QDBusConnection::sessionBus().connect(portal, path, interface, QStringLiteral("SettingChanged"), &askSoon_,
-                                        SLOT(start()));
+  bus_.connect(portal, path, interface, QStringLiteral("SettingChanged"), &askSoon_, SLOT(start()));
   ask();
 }
 
@@ -81,7 +80,7 @@ void DesktopAppearance::ask() {
 void DesktopAppearance::ask(const QString& key, std::function<void(const QVariant&)> answered) {
   auto message = QDBusMessage::createMethodCall(portal, path, interface, QStringLiteral("Read"));
   message << group << key;
-  auto* const watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), &askSoon_);
+  auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(message), &askSoon_);
   QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &askSoon_,
                    [answered = std::move(answered)](QDBusPendingCallWatcher* call) {
                      const QDBusPendingReply<QDBusVariant> reply = *call;

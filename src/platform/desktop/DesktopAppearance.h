@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QDBusConnection>
 #include <QTimer>
 #include <functional>
 #include <optional>
@@ -19,13 +20,14 @@ class DesktopAppearance {
   };
 
   /// `changed` gets all wishes each time that one becomes known or another one.
-  explicit DesktopAppearance(std::function<void(const Wishes&)> changed);
+  DesktopAppearance(QDBusConnection bus, std::function<void(const Wishes&)> changed);
 
  private:
   void ask();
   void ask(const QString& key, std::function<void(const QVariant&)> answered);
   void adopt(const Wishes& wishes);
 
+  QDBusConnection bus_;
   std::function<void(const Wishes&)> changed_;
   Wishes wishes_;
   QTimer askSoon_;
