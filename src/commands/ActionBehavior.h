@@ -29,6 +29,11 @@ struct RawValues<ActionBehavior> {
   }};
 };
 
+/// Whether the answer goes into the other application's text.
+constexpr bool pastes(ActionBehavior behavior) {
+  return behavior != ActionBehavior::showReview && behavior != ActionBehavior::copyToClipboard;
+}
+
 /// In the interface language.
 std::string title(ActionBehavior behavior);
 

@@ -2,7 +2,6 @@
 
 #include "base/Localization.h"
 #include "base/Log.h"
-#include "base/Trace.h"
 #include "commands/PromptGenerator.h"
 
 namespace quillmark {
@@ -136,9 +135,13 @@ void ActionService::handleDirectAction(const std::string& text, const Command& c
                        name = provider->name()](const std::optional<std::string>& result) {
     with_.statistics.recordProvider(name);
     hideLoading();
-    if (result) {
-      applyResult(*result, selection, behavior);
+    if (!result) {
+      return;
     }
+    if (pastes(behavior)) {
+      with_.tracker.restoreFocus();
+    }
+    with_.capture.apply(behavior, *result, selection);
   };
   // Some providers answer on a thread of their own.
   provider->chat(text, systemPrompt, command.model,
@@ -158,31 +161,6 @@ void ActionService::handleReviewAction(const std::string& text, const Command& c
     with_.reviewSession.open("", text);
     with_.reviewSession.execute(command, text);
   }));
-}
-
-void ActionService::applyResult(const std::string& result, const std::string& selection, ActionBehavior behavior) {
-  const auto paste = [this](const std::string& text) {
-    with_.tracker.restoreFocus();
-    with_.capture.pasteText(text);
-  };
-  switch (behavior) {
-    case ActionBehavior::replaceSelection:
-      paste(result);
-      break;
-    case ActionBehavior::insertAfterSelection:
-      paste(selection + "\n\n" + result);
-      break;
-    case ActionBehavior::insertBeforeSelection:
-      paste(result + "\n\n" + selection);
-      break;
-    case ActionBehavior::copyToClipboard:
-      with_.pasteboard.clearContents();
-      with_.pasteboard.setString(result);
-      trace::mark("pasteboard written");
-      break;
-    case ActionBehavior::showReview:
-      break;  // never comes here: a review applies its own result
-  }
 }
 
 void ActionService::hideLoading() {

@@ -30,7 +30,6 @@ class ActionService {
   struct Collaborators {
     MainQueue& queue;
     UserDefaults& defaults;
-    Pasteboard& pasteboard;
     Permissions& permissions;
     AlertHandler& alerts;
     SelectionCapture& capture;
@@ -65,7 +64,6 @@ class ActionService {
  private:
   void handleDirectAction(const std::string& text, const Command& command, ActionBehavior behavior);
   void handleReviewAction(const std::string& text, const Command& command);
-  void applyResult(const std::string& result, const std::string& selection, ActionBehavior behavior);
   void hideLoading();
 
   Collaborators with_;

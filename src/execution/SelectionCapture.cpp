@@ -19,14 +19,37 @@ void SelectionCapture::getSelectedText(bool shouldCopy, std::function<void(const
   }));
 }
 
+void SelectionCapture::apply(ActionBehavior behavior, const std::string& answer, const std::string& selection) {
+  switch (behavior) {
+    case ActionBehavior::replaceSelection:
+      pasteText(answer);
+      break;
+    case ActionBehavior::insertAfterSelection:
+      pasteText(selection + "\n\n" + answer);
+      break;
+    case ActionBehavior::insertBeforeSelection:
+      pasteText(answer + "\n\n" + selection);
+      break;
+    case ActionBehavior::copyToClipboard:
+      writePasteboard(answer);
+      break;
+    case ActionBehavior::showReview:
+      break;
+  }
+}
+
 void SelectionCapture::pasteText(std::string text) {
-  pasteboard_.clearContents();
-  pasteboard_.setString(std::move(text));
-  trace::mark("pasteboard written");
+  writePasteboard(std::move(text));
   queue_.after(reactionTime, lifetime_.guard([this] {
     keyboard_.pressPaste();
     trace::mark("paste key posted");
   }));
+}
+
+void SelectionCapture::writePasteboard(std::string text) {
+  pasteboard_.clearContents();
+  pasteboard_.setString(std::move(text));
+  trace::mark("pasteboard written");
 }
 
 }  // namespace quillmark

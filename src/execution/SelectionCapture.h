@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/Lifetime.h"
+#include "commands/ActionBehavior.h"
 #include "execution/KeyboardHelper.h"
 #include "platform/MainQueue.h"
 #include "platform/Pasteboard.h"
@@ -24,10 +25,16 @@ class SelectionCapture {
   /// there. The completion gets the text, empty when there is none, no sooner than after the reaction time.
   void getSelectedText(bool shouldCopy, std::function<void(const std::string&)> completion);
 
+  /// Does with an answer what the behaviour says: pastes it, with the selection before or after it, or leaves it on the
+  /// pasteboard. A review is no way of applying: it does nothing.
+  void apply(ActionBehavior behavior, const std::string& answer, const std::string& selection);
+
   /// Puts the text on the pasteboard and presses the paste key after the reaction time.
   void pasteText(std::string text);
 
  private:
+  void writePasteboard(std::string text);
+
   MainQueue& queue_;
   Pasteboard& pasteboard_;
   KeyboardHelper keyboard_;

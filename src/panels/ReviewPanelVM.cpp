@@ -193,26 +193,7 @@ void ReviewPanelVM::apply(ActionBehavior behavior) {
   }
   close();
   with_.tracker.restoreFocus();
-  const std::string& result = text.get();
-  const std::string& selection = initialText.get();
-  switch (behavior) {
-    case ActionBehavior::replaceSelection:
-      with_.capture.pasteText(result);
-      break;
-    case ActionBehavior::insertAfterSelection:
-      with_.capture.pasteText(selection + "\n\n" + result);
-      break;
-    case ActionBehavior::insertBeforeSelection:
-      with_.capture.pasteText(result + "\n\n" + selection);
-      break;
-    case ActionBehavior::copyToClipboard:
-      with_.pasteboard.clearContents();
-      with_.pasteboard.setString(result);
-      trace::mark("pasteboard written");
-      break;
-    case ActionBehavior::showReview:
-      break;
-  }
+  with_.capture.apply(behavior, text.get(), initialText.get());
 }
 
 void ReviewPanelVM::discard() {

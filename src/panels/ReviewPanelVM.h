@@ -30,7 +30,6 @@ class ReviewPanelVM : public ReviewSession {
  public:
   struct Collaborators {
     MainQueue& queue;
-    Pasteboard& pasteboard;
     SelectionCapture& capture;
     ActiveApplicationTracker& tracker;
     CustomPromptStore& promptStore;
