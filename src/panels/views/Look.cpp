@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QPen>
 #include <QStyle>
+#include <QWidget>
 #include <algorithm>
 #include <cmath>
 

@@ -2,6 +2,7 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QStyle>
 
 #include "panels/views/Look.h"
 #include "panels/views/Symbols.h"

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QProxyStyle>
+#include <QStyleOption>
 #include <algorithm>
 
 #include "panels/views/Look.h"
