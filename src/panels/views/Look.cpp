@@ -64,6 +64,7 @@ QPalette palette(Scheme scheme, const std::optional<QColor>& accent) {
     faint.setAlphaF(0.4F);
     result.setColor(QPalette::Disabled, role, faint);
   }
+  result.setColor(QPalette::Disabled, QPalette::PlaceholderText, withOpacity(colours.secondary, 0.5));
   return result;
 }
 

@@ -18,7 +18,11 @@ namespace {
 constexpr int widestPicker = 400;
 constexpr int widestProvider = 100;
 constexpr int widestModel = 130;
-constexpr int barHeight = 52;
+// Together with the start height of a text these make up the panel's start height.
+constexpr int topPadding = 12;
+constexpr int pickerGap = 8;
+constexpr int textGap = 6;  ///< below the text
+constexpr int barHeight = 50;
 constexpr int textInset = 20;  ///< how much narrower than the panel the text may be
 constexpr int textAllowance = 10;
 
@@ -89,16 +93,17 @@ ReviewView::ReviewView(ReviewPanelVM& session, ReviewViewState& state, Pasteboar
   makeBar(bar_);
 
   auto* const column = new QVBoxLayout(this);
-  column->setContentsMargins(0, look::panelPadding, 0, 0);
-  column->setSpacing(12);
-  auto* const top = new QHBoxLayout;
+  column->setContentsMargins(0, topPadding, 0, 0);
+  column->setSpacing(0);
+  auto* const top = new QHBoxLayout(&head_);
+  top->setContentsMargins(0, 0, 0, pickerGap);
   top->addStretch();
   top->addWidget(&picker_, 1);
   top->addStretch();
-  column->addLayout(top);
+  column->addWidget(&head_);
   auto* const middle = new QHBoxLayout;
   // The edges of the panel stay free, so that they can be dragged.
-  middle->setContentsMargins(8, 0, 8, 0);
+  middle->setContentsMargins(8, 0, 8, textGap);
   middle->addWidget(&content_);
   column->addLayout(middle, 1);
   column->addWidget(&bar_);
@@ -163,7 +168,7 @@ void ReviewView::makeBar(QWidget& bar) {
 }
 
 void ReviewView::showContent() {
-  picker_.setVisible(state_.offersComparison());
+  head_.setVisible(state_.offersComparison());
   picker_.choose(static_cast<int>(state_.viewMode()));
   QWidget* page = nullptr;
   switch (state_.content()) {
@@ -227,7 +232,7 @@ void ReviewView::fit() {
   const bool showsText = state_.content() == ReviewContent::text || state_.content() == ReviewContent::styled;
   // What the text asks for comes on top of what stands above and below it.
   const double around =
-      look::panelPadding + 12 + barHeight + (picker_.isVisibleTo(this) ? picker_.sizeHint().height() + 12 : 0);
+      topPadding + textGap + barHeight + (state_.offersComparison() ? picker_.sizeHint().height() + pickerGap : 0);
   double height = least.height;
   if (showsText && least != ReviewViewState::fixedSize) {
     height = std::max(height, least.height - textAllowance + around);
@@ -239,6 +244,9 @@ void ReviewView::fit() {
   const Size present = panel.contentSize();
   const Size wanted{std::max(present.width, least.width), std::max(present.height, height)};
   setMinimumSize(std::min(int(least.width), int(wanted.width)), std::min(int(least.height), int(wanted.height)));
+  if (QWidget* const frame = window(); frame != this) {
+    frame->setMinimumSize(minimumSize() + (frame->size() - size()));  // what the user can shrink it to
+  }
   if (wanted != present) {
     panel.setContentSize(wanted);
   }

@@ -45,6 +45,7 @@ class ReviewView : public QWidget {
 
   ReviewPanelVM& session_;
   ReviewViewState& state_;
+  QWidget head_;
   SegmentedControl picker_;
   QWidget content_;
   QStackedLayout pages_;

@@ -86,7 +86,8 @@ TextBlock markdownLine(const MarkdownLine& line, const QPalette& palette) {
       block.above = block.below = 4;
       break;
     case blank:
-      block.font = look::font(5);  // of the height of a gap
+      block.font = look::font(5);  // 7 high, and 1 more
+      block.below = 1;
       break;
     case paragraph:
       break;
