@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPixmap>
+#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
@@ -17,6 +18,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "platform/desktop/QtPanelWindow.h"
 #include "platform/desktop/X11Hints.h"
 
 namespace quillmark {
@@ -167,13 +169,18 @@ QtAlerts::~QtAlerts() = default;
 
 void QtAlerts::present(const Alert& alert, Closed closed) {
   Window* const window = windows_.insert(std::make_unique<Window>(alert)).first->get();
-  QObject::connect(window, &QDialog::finished, window, [this, window, closed = std::move(closed)](int button) {
+  // A panel of ours that had the keyboard gets it back. Another application's window is the window manager's affair.
+  const QPointer<QtPanelWindow> before(QtPanelWindow::withKeyboard());
+  QObject::connect(window, &QDialog::finished, window, [this, window, before, closed = std::move(closed)](int button) {
     const auto found =
         std::find_if(windows_.begin(), windows_.end(), [&](const auto& one) { return one.get() == window; });
     if (found == windows_.end()) {
       return;
     }
     windows_.extract(found).value().release()->deleteLater();
+    if (before && before->isVisible()) {
+      before->makeKeyAndOrderFront();
+    }
     if (const auto call = closed) {  // a copy: the call may end this object, and the window with it
       call(static_cast<std::size_t>(button));
     }

@@ -1,8 +1,8 @@
 #include "platform/desktop/QtPanelWindow.h"
 
+#include <QApplication>
 #include <QBitmap>
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
@@ -115,9 +115,20 @@ void QtPanelWindow::orderFront() {
   raise();
 }
 
+QtPanelWindow* QtPanelWindow::withKeyboard() {
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    auto* const panel = dynamic_cast<QtPanelWindow*>(window);
+    if (panel && panel->isVisible() && panel->wantsKeyboard_) {
+      return panel;
+    }
+  }
+  return nullptr;
+}
+
 void QtPanelWindow::makeKeyAndOrderFront() {
   prepare();
   show();
+  wantsKeyboard_ = true;
   x11::bringToFront(*this);
 }
 
@@ -131,9 +142,9 @@ void QtPanelWindow::activeWindowIs(WId window) {
     return;
   }
   if (window == winId()) {
-    main_ = true;
+    main_ = wantsKeyboard_ = true;
   } else if (main_) {
-    main_ = false;
+    main_ = wantsKeyboard_ = false;
     resignedMain.emit();
   }
 }

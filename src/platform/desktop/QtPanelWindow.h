@@ -30,6 +30,9 @@ class QtPanelWindow : public QWidget, public SurfaceWindow {
   Size contentSize() const override;
   void setContentSize(Size size) override;
 
+  /// The visible panel that has the keyboard, or has been given it a moment ago; null when there is none.
+  static QtPanelWindow* withKeyboard();
+
   /// To be told of each window that becomes the active one of the desktop.
   void activeWindowIs(WId window);
 
@@ -57,8 +60,9 @@ class QtPanelWindow : public QWidget, public SurfaceWindow {
   int shadow_ = 0;  ///< width of the margin around the content
   bool translucent_ = false;
   bool resizable_ = false;
-  bool dragged_ = false;  ///< since it was last told where to be
-  bool main_ = false;     ///< is or was the desktop's active window since it was shown
+  bool dragged_ = false;        ///< since it was last told where to be
+  bool wantsKeyboard_ = false;  ///< has been given it, and no other window has taken it since
+  bool main_ = false;           ///< is or was the desktop's active window since it was shown
 };
 
 }  // namespace quillmark
