@@ -152,6 +152,18 @@ TEST_F(PanelViews, aTextThatGrowsFollowsItsEndOnlyWhileTheUserIsThere) {
   EXPECT_EQ(bar.value(), 40);
 }
 
+TEST(TextColumn, saysMarkersAndSignsAndFindsTheCharactersBehindThem) {
+  TextColumn column;
+  column.resize(300, 200);
+  TextBlock numbered{.text = "first", .marker = "1"};
+  TextBlock both{.text = "second", .lead = 50, .marker = "2", .sign = "Added:"};
+  column.replaceFrom(0, {numbered, both});
+  EXPECT_EQ(column.allText(), "1 first\n2 Added: second");
+  for (const int offset : {2, 4, 17, 20}) {
+    EXPECT_EQ(column.offsetAt(column.rectOfCharacter(offset).center() - QPointF(1, 0)), offset);
+  }
+}
+
 TEST_F(PanelViews, theReviewIsWorkedByKeys) {
   const auto editor = desktop.openEditor("Editor", "teh cat");
   desktop.advance(1min);

@@ -1,17 +1,73 @@
 #include "panels/views/Accessibility.h"
 
-#include <QAccessible>
 #include <QAccessibleWidget>
 #include <QScrollBar>
 #include <memory>
 #include <vector>
 
 #include "panels/views/DiffViews.h"
+#include "panels/views/DropDown.h"
+#include "panels/views/SegmentedControl.h"
 #include "panels/views/TextColumn.h"
 
 namespace quillmark {
 
 namespace {
+
+constexpr const char* roleProperty = "accessibleRole";
+
+/// A widget of no special kind.
+class PlainInterface : public QAccessibleWidget {
+ public:
+  using QAccessibleWidget::QAccessibleWidget;
+
+  QAccessible::State state() const override {
+    auto state = QAccessibleWidget::state();
+    if (widget()->focusProxy() != nullptr) {
+      state.focusable = state.focused = false;  // that one tells so itself
+    }
+    return state;
+  }
+};
+
+/// A button, one of several of which one is chosen, or one that opens a list.
+class ButtonInterface : public QAccessibleWidget {
+ public:
+  explicit ButtonInterface(PanelButton& button)
+      : QAccessibleWidget(&button, roleOf(button)), button_(button), menu_(dynamic_cast<DropDown*>(&button)) {}
+
+  QAccessible::State state() const override {
+    auto state = QAccessibleWidget::state();
+    state.checkable = button_.isCheckable();
+    state.checked = button_.isChecked();
+    state.pressed = button_.isDown();
+    state.hasPopup = state.expandable = menu_ != nullptr;
+    state.expanded = menu_ != nullptr && menu_->isOpen();
+    return state;
+  }
+  // What lies on a button is a drawing.
+  int childCount() const override { return 0; }
+  QAccessibleInterface* child(int) const override { return nullptr; }
+  int indexOfChild(const QAccessibleInterface*) const override { return -1; }
+
+  QStringList actionNames() const override {
+    return button_.isEnabled() ? QStringList(pressAction()) + QAccessibleWidget::actionNames() : QStringList();
+  }
+  void doAction(const QString& action) override {
+    action == pressAction() ? button_.click() : QAccessibleWidget::doAction(action);
+  }
+
+ private:
+  static QAccessible::Role roleOf(const PanelButton& button) {
+    if (dynamic_cast<const DropDown*>(&button) != nullptr) {
+      return QAccessible::ButtonMenu;
+    }
+    return dynamic_cast<SegmentedControl*>(button.parent()) != nullptr ? QAccessible::RadioButton : QAccessible::Button;
+  }
+
+  PanelButton& button_;
+  DropDown* menu_;
+};
 
 /// A column of paragraphs as one read-only text.
 class ColumnInterface : public QAccessibleWidget, public QAccessibleTextInterface {
@@ -148,12 +204,22 @@ class WordsInterface : public QAccessibleWidget {
   mutable std::vector<QAccessible::Id> ids_;  ///< made when they are asked for
 };
 
-QAccessibleInterface* make(const QString&, QObject* object) {
+QAccessibleInterface* make(const QString& className, QObject* object) {
   if (auto* const column = dynamic_cast<TextColumn*>(object)) {
     return new ColumnInterface(*column);
   }
   if (auto* const words = dynamic_cast<WordLevelDiffView*>(object)) {
     return new WordsInterface(*words);
+  }
+  if (auto* const button = dynamic_cast<PanelButton*>(object)) {
+    return new ButtonInterface(*button);
+  }
+  auto* const widget = dynamic_cast<QWidget*>(object);
+  if (const QVariant role = object->property(roleProperty); widget && role.isValid()) {
+    return new PlainInterface(widget, role.value<QAccessible::Role>());
+  }
+  if (widget && className == QLatin1String("QWidget")) {
+    return new PlainInterface(widget, widget->isWindow() ? QAccessible::Window : QAccessible::Client);
   }
   return nullptr;
 }
@@ -161,5 +227,7 @@ QAccessibleInterface* make(const QString&, QObject* object) {
 }  // namespace
 
 void installAccessibility() { QAccessible::installFactory(make); }
+
+void setRole(QWidget& widget, QAccessible::Role role) { widget.setProperty(roleProperty, QVariant::fromValue(role)); }
 
 }  // namespace quillmark

@@ -12,6 +12,7 @@
 
 #include "base/Localization.h"
 #include "base/Trace.h"
+#include "panels/views/Accessibility.h"
 #include "panels/views/CommandItemView.h"
 #include "panels/views/Look.h"
 #include "panels/views/Symbols.h"
@@ -65,7 +66,7 @@ class Field : public QLineEdit {
 /// Says in the middle that there is nothing.
 class Nothing : public QWidget {
  public:
-  using QWidget::QWidget;
+  explicit Nothing(QWidget* parent) : QWidget(parent) { setRole(*this, QAccessible::StaticText); }
 
  protected:
   void paintEvent(QPaintEvent*) override {
@@ -122,6 +123,7 @@ class CommandMenuView::Rows : public QAbstractListModel {
 class CommandMenuView::Task : public QWidget {
  public:
   explicit Task(QWidget* parent) : QWidget(parent) {
+    setRole(*this, QAccessible::StaticText);
     column_.measured = [this] { place(); };
     setTask({});
   }
@@ -199,7 +201,7 @@ CommandMenuView::CommandMenuView(CommandPanelViewModel& viewModel, QWidget* pare
       nothing_(new Nothing(&content_)),
       task_(new Task(&content_)) {
   setFixedWidth(CommandMenuView::sizeHint().width());
-  setAccessibleName(qt(quillmark::tr("Command Menu")));
+  setWindowTitle(qt(quillmark::tr("Command Menu")));
   setFocusProxy(field_);
 
   field_->setFrame(false);
@@ -310,11 +312,10 @@ void CommandMenuView::showRows() {
 }
 
 void CommandMenuView::showSelection() {
-  if (const auto selected = state_.selectedIndex.get()) {
-    const QModelIndex index = rows_->index(int(*selected), 0);
-    list_.setCurrentIndex(index);
-    list_.scrollTo(index);
-  }
+  const auto selected = state_.selectedIndex.get();
+  const QModelIndex index = selected ? rows_->index(int(*selected), 0) : QModelIndex();
+  list_.selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect);
+  list_.scrollTo(index);
   list_.viewport()->update();
 }
 

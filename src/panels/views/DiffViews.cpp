@@ -78,6 +78,7 @@ QString WordLevelDiffView::help(const DiffElement& element) {
 }
 
 void WordLevelDiffView::fill() {
+  setAccessibleDescription(comparison_.rows.get().empty() ? calculating() : QString());
   lines_ = groupIntoLines(comparison_.rows.get());
   layOut();
 }

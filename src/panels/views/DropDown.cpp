@@ -41,7 +41,7 @@ class Row : public QStyledItemDelegate {
                        : enabled ? option.palette.color(QPalette::WindowText)
                                  : look::secondary(option.palette);
     const QRect inside = option.rect.adjusted(rowPadding, 0, -rowPadding, 0);
-    if (index.data(Qt::UserRole).toBool()) {
+    if (index.data(Qt::CheckStateRole) == Qt::Checked) {
       const QRect mark(inside.left(), inside.center().y() - markSide / 2, markSide, markSide);
       painter->drawPixmap(QStyle::visualRect(option.direction, option.rect, mark),
                           symbols::pixmap("checkmark", markSide, painter->device()->devicePixelRatioF(), ink));
@@ -115,10 +115,8 @@ void DropDown::open() {
   int width = this->width();
   for (const Item& item : shown_) {
     auto* const row = new QListWidgetItem(item.title, list_);
-    row->setData(Qt::UserRole, item.chosen);
-    if (!item.choose) {
-      row->setFlags(Qt::NoItemFlags);
-    }
+    row->setCheckState(item.chosen ? Qt::Checked : Qt::Unchecked);
+    row->setFlags(item.choose ? Qt::ItemIsSelectable | Qt::ItemIsEnabled : Qt::NoItemFlags);
     if (item.chosen) {
       list_->setCurrentItem(row);
     }

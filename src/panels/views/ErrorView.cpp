@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "base/Localization.h"
+#include "panels/views/Accessibility.h"
 #include "panels/views/Look.h"
 #include "panels/views/Symbols.h"
 #include "panels/views/TextBlocks.h"
@@ -25,6 +26,7 @@ QString title() { return QString::fromStdString(quillmark::tr("Unable to Complet
 }  // namespace
 
 ErrorView::ErrorView(QWidget* parent) : QWidget(parent) {
+  setRole(*this, QAccessible::AlertMessage);
   setAccessibleName(title());
   message_.setAccessibleName(title());
   setFocusProxy(&message_);

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 
+#include "panels/views/Accessibility.h"
 #include "panels/views/Look.h"
 #include "panels/views/Symbols.h"
 
@@ -20,6 +21,7 @@ LoadingView::LoadingView(QWidget* parent, int length)
         update();
       }) {
   setFixedSize(length, length);
+  setRole(*this, QAccessible::Animation);
   setAccessibleName(QStringLiteral("Quillmark"));
 }
 

@@ -8,7 +8,10 @@ namespace quillmark {
 /// The loading indicator's window; made once, shown and closed again and again.
 class LoadingWindow : public QtPanelWindow {
  public:
-  LoadingWindow() : QtPanelWindow(Kind::indicator, LoadingView::cornerRadius) { setFixedSize(view_.size()); }
+  LoadingWindow() : QtPanelWindow(Kind::indicator, LoadingView::cornerRadius) {
+    setWindowTitle(QStringLiteral("Quillmark"));
+    setFixedSize(view_.size());
+  }
 
   const LoadingView& view() const { return view_; }
 

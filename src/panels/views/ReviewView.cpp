@@ -74,7 +74,7 @@ ReviewView::ReviewView(ReviewPanelVM& session, ReviewViewState& state, Pasteboar
             return items;
           }),
       reloading_(nullptr, look::targetHeight / 2) {
-  setAccessibleName(qt(quillmark::tr("Review")));
+  setWindowTitle(qt(quillmark::tr("Review")));
   picker_.setAccessibleName(qt(quillmark::tr("View")));
   picker_.setMaximumWidth(widestPicker);
   picker_.onChoice = [this](int index) { state_.setViewMode(static_cast<ReviewViewMode>(index)); };

@@ -4,12 +4,14 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include "panels/views/Accessibility.h"
 #include "panels/views/Look.h"
 #include "panels/views/PanelButton.h"
 
 namespace quillmark {
 
 SegmentedControl::SegmentedControl(const QStringList& titles, QWidget* parent) : QWidget(parent) {
+  setRole(*this, QAccessible::Grouping);
   auto* const row = new QHBoxLayout(this);
   row->setContentsMargins(2, 2, 2, 2);
   row->setSpacing(2);

@@ -1,5 +1,6 @@
 #include "panels/views/TextBlocks.h"
 
+#include "base/Localization.h"
 #include "base/Text.h"
 #include "panels/views/Look.h"
 
@@ -134,24 +135,27 @@ std::vector<TextBlock> rows(const std::vector<LineDiff>& rows, const QPalette& p
     result.push_back(std::move(block));
     return result.back();
   };
-  const auto tint = [](TextBlock& block, const char* symbol, const QColor& colour) {
+  const auto tint = [](TextBlock& block, const char* symbol, const QString& sign, const QColor& colour) {
     block.symbol = symbol;
+    block.sign = sign;
     block.symbolAt = numberColumn + 4;
     block.colour = colour;
     block.ground = look::withOpacity(colour, 0.05);
     block.groundAt = numberColumn;
   };
+  const QString deleted = toQString(quillmark::tr("Deleted: {}", "")).trimmed();
+  const QString added = toQString(quillmark::tr("Added: {}", "")).trimmed();
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const LineDiff& row = rows[i];
     const QString number = QString::number(i + 1);
     const bool isOld = row.type == LineDiffType::removed || row.type == LineDiffType::modified;
     if (isOld) {
-      tint(add(row.originalLine.value_or(""), number), "minus", look::removed(palette));
+      tint(add(row.originalLine.value_or(""), number), "minus", deleted, look::removed(palette));
     }
     if (row.type != LineDiffType::removed) {
       TextBlock& block = add(row.improvedLine.value_or(""), isOld ? QString() : number);
       if (row.type != LineDiffType::unchanged) {
-        tint(block, "plus", look::added(palette));
+        tint(block, "plus", added, look::added(palette));
       }
     }
   }

@@ -23,6 +23,15 @@ constexpr double barWidth = 4;
 constexpr double groundRadius = 4;
 constexpr double groundInset = 4;  ///< how far the background reaches before the text
 
+/// What stands before a block's text in that of the whole column.
+QString prefixOf(const TextBlock& block) {
+  QString prefix;
+  for (const QString& part : {block.marker, block.sign}) {
+    prefix += part.isEmpty() ? QString() : part + u' ';
+  }
+  return prefix;
+}
+
 double lineHeightOf(const QFont& font) { return std::round(QFontInfo(font).pixelSize() * lineSpacing); }
 
 }  // namespace
@@ -270,7 +279,7 @@ const QString& TextColumn::allText() const {
   if (!allText_) {
     QStringList lines;
     for (const auto& laid : blocks_) {
-      lines += laid->block.marker.isEmpty() ? laid->block.text : laid->block.marker + u' ' + laid->block.text;
+      lines += prefixOf(laid->block) + laid->block.text;
     }
     allText_ = lines.join(QLatin1Char('\n'));
   }
@@ -345,7 +354,7 @@ void TextColumn::scrollContentsBy(int, int dy) { viewport()->scroll(0, dy); }
 
 QRectF TextColumn::rectOfCharacter(int offset) const {
   for (const auto& laid : blocks_) {
-    const int before = laid->block.marker.isEmpty() ? 0 : int(laid->block.marker.size()) + 1;
+    const int before = int(prefixOf(laid->block).size());
     const int length = before + int(laid->block.text.size());
     if (offset <= length) {
       const int position = std::max(0, offset - before);
@@ -368,8 +377,7 @@ int TextColumn::offsetAt(QPointF point) const {
   int offset = 0;
   for (std::size_t i = 0; i <= place.block && i < blocks_.size(); ++i) {
     const TextBlock& block = blocks_[i]->block;
-    const int before = block.marker.isEmpty() ? 0 : int(block.marker.size()) + 1;
-    offset += before + (i == place.block ? place.position : int(block.text.size()) + 1);
+    offset += int(prefixOf(block).size()) + (i == place.block ? place.position : int(block.text.size()) + 1);
   }
   return offset;
 }

@@ -28,6 +28,7 @@ struct TextBlock {
   QColor markerColour;
   double markerAt = 0;
   std::string symbol;  ///< name of a drawing of 12 by 12 points, in the text's colour
+  QString sign;        ///< what the symbol says, for those who don't see it
   double symbolAt = 0;
   QColor ground;  ///< a rounded background from `groundAt` to the other edge
   double groundAt = 0;
@@ -56,7 +57,7 @@ class TextColumn : public QAbstractScrollArea {
 
   void setOpacity(double opacity);
   QString selectedText() const;
-  /// Markers and texts, a line for each block.
+  /// Markers, signs and texts, a line for each block.
   const QString& allText() const;
   void selectAll();
   /// Whether there was something to copy.

@@ -9,6 +9,7 @@
 #include "base/Localization.h"
 #include "base/Text.h"
 #include "base/Trace.h"
+#include "panels/views/Accessibility.h"
 #include "panels/views/Look.h"
 #include "panels/views/TextBlocks.h"
 
@@ -28,6 +29,7 @@ LoadingText::LoadingText(QWidget* parent)
         update();
       }) {
   setFont(look::font(14));
+  setRole(*this, QAccessible::StaticText);
   setAccessibleName(QString::fromStdString(quillmark::tr("Loading...")));
 }
 

@@ -73,6 +73,7 @@ void QtPanelWindow::setContent(QWidget& content) {
   layout()->addWidget(&content);
   content.setMouseTracking(true);  // so that its edges tell of the pointer
   setFocusProxy(&content);
+  setWindowTitle(content.windowTitle());
 }
 
 void QtPanelWindow::moveTopLeft(Point corner) {

@@ -17,7 +17,8 @@ class QtPanelWindow : public QWidget, public SurfaceWindow {
 
   QtPanelWindow(Kind kind, int cornerRadius);
 
-  /// The widget that fills a surface inside its shadow; it becomes a child of the window.
+  /// The widget that fills a surface inside its shadow; it becomes a child of the window and gives it its
+  /// title.
   void setContent(QWidget& content);
   /// Lets the user drag the edges of a surface.
   void setResizable(bool resizable) { resizable_ = resizable; }
