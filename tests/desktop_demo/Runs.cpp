@@ -427,6 +427,7 @@ const std::vector<Case>& cases() {
       {"review", "30 reviews in a row, through all views, applied by Return", reviewRuns},
       {"review-endings", "copy, discard, another provider and model, a provider that fails", reviewEndings},
       {"menu", "the command menu by keyboard and mouse, freestyle, closed by a click elsewhere", commandMenu},
+      {"accessibility", "what a screen reader finds in the panels, and their focus", accessibility},
   };
   return all;
 }
