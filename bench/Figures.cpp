@@ -21,6 +21,19 @@ std::vector<double> timesOf(int runs, const std::function<void()>& work) {
   return times;
 }
 
+Json toJson(const Figure& figure) {
+  return {{"figure", figure.name},
+          {"unit", figure.unit},
+          {"values", figure.values},
+          {"goal", figure.goal ? Json(*figure.goal) : Json()}};
+}
+
+Figure figureOf(const Json& json) {
+  const Json& goal = json.at("goal");
+  return {json.at("figure"), json.at("unit"), json.at("values"),
+          goal.is_null() ? std::nullopt : std::optional(goal.get<double>())};
+}
+
 void Figures::print() const {
   std::printf("%-52s %9s %9s %9s %6s\n", "figure", "median", "p95", "goal", "runs");
   for (const auto& figure : figures_) {

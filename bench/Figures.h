@@ -20,6 +20,10 @@ struct Figure {
   std::optional<double> goal;  ///< the median must not be above it
 };
 
+/// All of it, for another program to read.
+Json toJson(const Figure& figure);
+Figure figureOf(const Json& json);
+
 /// The figures of this program, in the order in which they were measured.
 class Figures {
  public:

@@ -11,6 +11,7 @@ struct BuildTree {
   std::filesystem::path root;
   std::filesystem::path desktop() const { return root / "src/app/quillmark-desktop"; }
   std::filesystem::path commandLine() const { return root / "src/cli/quillmark"; }
+  std::filesystem::path panels() const { return root / "bench/quillmark-bench-panels"; }
 };
 
 /// Runs a command in a real editor again and again, with a backend that answers at once: the stages of a run, and the
@@ -30,6 +31,10 @@ void measureStreams(int runs, Figures& figures);
 
 /// Compares long texts of several scripts, beside two programs that compare words.
 void measureComparison(int runs, Figures& figures);
+
+/// Opens the command menu of the desktop program, then draws both panels in a program of their own: keys typed in the
+/// menu, and answers that stream into the review panel.
+void measurePanels(const BuildTree& tree, int runs, Figures& figures);
 
 /// Starts the command-line program again and again, until its request arrives.
 void measureCommandLine(const BuildTree& tree, int runs, Figures& figures);

@@ -16,11 +16,13 @@ int main(int argc, char** argv) {
   BuildTree tree;
   int runs = 30;
   std::filesystem::path out = "build/bench";
-  std::vector<std::string> parts{"runs", "start", "command-line", "stores", "streams", "comparison"};
+  std::vector<std::string> parts{"runs", "start", "command-line", "stores", "streams", "comparison", "panels"};
   app.add_option("--build", tree.root, "The build tree")->required()->check(CLI::ExistingDirectory);
   app.add_option("--runs", runs, "Runs for each figure")->check(CLI::PositiveNumber)->capture_default_str();
   app.add_option("--out", out, "Directory for report.json")->capture_default_str();
-  app.add_option("--only", parts, "Some of the measurements: runs, start, command-line, stores, streams, comparison")
+  app.add_option("--only", parts,
+                 "Some of the measurements: runs, start, command-line, stores, streams, comparison, "
+                 "panels")
       ->check(CLI::IsMember(parts));
   CLI11_PARSE(app, argc, argv);
   tree.root = std::filesystem::absolute(tree.root);
@@ -42,6 +44,9 @@ int main(int argc, char** argv) {
     }
     if (wanted("start")) {
       measureStartAndRest(tree, runs, figures);
+    }
+    if (wanted("panels")) {
+      measurePanels(tree, runs, figures);
     }
     if (wanted("runs")) {
       measureRuns(tree, runs, figures);

@@ -8,7 +8,9 @@
 #include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
+#include <utility>
 
+#include "base/Trace.h"
 #include "platform/desktop/X11Hints.h"
 
 namespace quillmark {
@@ -95,6 +97,7 @@ void QtPanelWindow::prepare() {
     return;
   }
   main_ = false;
+  drawn_ = false;
   translucent_ = x11::compositorRunning();
   if (kind_ == Kind::indicator) {
     shapeIndicator();
@@ -143,7 +146,10 @@ void QtPanelWindow::activeWindowIs(WId window) {
     return;
   }
   if (window == winId()) {
-    main_ = wantsKeyboard_ = true;
+    wantsKeyboard_ = true;
+    if (!std::exchange(main_, true)) {
+      trace::mark("panel has the keyboard");
+    }
   } else if (main_) {
     main_ = wantsKeyboard_ = false;
     resignedMain.emit();
@@ -165,6 +171,11 @@ void QtPanelWindow::resizeEvent(QResizeEvent* event) {
 }
 
 void QtPanelWindow::paintEvent(QPaintEvent*) {
+  if (!std::exchange(drawn_, true)) {
+    // What lies on this ground is drawn with it, but after it.
+    QMetaObject::invokeMethod(
+        this, [] { trace::mark("panel drawn"); }, Qt::QueuedConnection);
+  }
   QPainter painter(this);
   if (kind_ == Kind::indicator) {
     if (!translucent_) {

@@ -64,6 +64,7 @@ class QtPanelWindow : public QWidget, public SurfaceWindow {
   bool dragged_ = false;        ///< since it was last told where to be
   bool wantsKeyboard_ = false;  ///< has been given it, and no other window has taken it since
   bool main_ = false;           ///< is or was the desktop's active window since it was shown
+  bool drawn_ = false;          ///< since it was shown
 };
 
 }  // namespace quillmark

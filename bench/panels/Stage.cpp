@@ -1,0 +1,146 @@
+#include "bench/panels/Stage.h"
+
+#include <QAbstractEventDispatcher>
+#include <QDeadlineTimer>
+#include <QScreen>
+#include <QThread>
+#include <QWindow>
+#include <cstdlib>
+#include <stdexcept>
+
+#include <xcb/xcb.h>
+
+namespace quillmark::bench {
+namespace {
+
+Platform platformOn(MainQueue& queue, SimulatedDesktop& desktop) {
+  const Platform all = desktop.platform();
+  return {all.bundle, all.operatingSystem, queue,           all.backgroundQueue, all.defaults,  all.locale,
+          all.http,   all.pasteboard,      all.keyInjector, all.hotKeys,         all.workspace, all.screens,
+          all.alerts, all.permissions,     all.loginItem};
+}
+
+/// Waits until the X server has done all that it was asked for; without one there is nothing to wait for.
+void waitForServer() {
+  const auto* const native = qApp->nativeInterface<QNativeInterface::QX11Application>();
+  if (native && native->connection()) {
+    std::free(xcb_get_input_focus_reply(native->connection(), xcb_get_input_focus(native->connection()), nullptr));
+  }
+}
+
+}  // namespace
+
+bool DrawingApplication::notify(QObject* receiver, QEvent* event) {
+  const auto type = event->type();
+  ++events;
+  paintings += type == QEvent::Paint ? 1 : 0;
+  const bool result = QApplication::notify(receiver, event);
+  if (type == QEvent::UpdateRequest && frameIsDrawn) {
+    frameIsDrawn();
+  }
+  return result;
+}
+
+Stage::Stage(DrawingApplication& application)
+    : application_(application), app_(platformOn(queue_, desktop_), {nullptr, reviewWindow_, menuWindow_}, {}) {
+  const QRect screen = QGuiApplication::primaryScreen()->geometry();
+  const Rect area{{0, 0}, {double(screen.width()), double(screen.height())}};
+  desktop_.screens.all = {{area, area}};
+  reviewWindow_.setContent(review_);
+  reviewWindow_.setResizable(true);
+  menuWindow_.setContent(menu_);
+  menuWindow_.setContentSize({double(menu_.sizeHint().width()), double(menu_.sizeHint().height())});
+  for (const QWidget* widget : review_.findChildren<QWidget*>()) {
+    if (const auto* const found = dynamic_cast<const TypewriterText*>(widget)) {
+      answer_ = found;
+    }
+  }
+  settle();
+}
+
+void Stage::openMenu() {
+  app_.commandPanel().togglePanel();
+  waitUntilShown(menuWindow_);
+}
+
+void Stage::closeMenu() {
+  app_.commandPanel().cancel();
+  waitUntilNothingIsShown();
+}
+
+void Stage::openReview(ReviewViewMode mode) {
+  auto& session = app_.reviewPanel();
+  session.open("", "What the user had selected.");
+  app_.reviewViewState().setViewMode(mode);
+  session.loading.set(true);
+  session.isStreaming.set(true);
+  waitUntilShown(reviewWindow_);
+}
+
+void Stage::closeReview() {
+  auto& session = app_.reviewPanel();
+  session.isStreaming.set(false);
+  session.loading.set(false);
+  session.discard();
+  waitUntilNothingIsShown();
+}
+
+void Stage::pulse() {
+  auto& session = app_.reviewPanel();
+  session.isStreaming.set(false);
+  session.isStreaming.set(true);
+  const QDeadlineTimer end(400);
+  waitUntil([&] { return end.hasExpired(); });
+}
+
+double Stage::drawingTimeOf(const std::function<void()>& work) {
+  const auto paintings = application_.paintings;
+  const auto before = now();
+  work();
+  sendAllPostedEvents();
+  waitForServer();
+  const auto after = now();
+  if (application_.paintings == paintings) {
+    throw std::runtime_error("nothing was drawn");
+  }
+  return millisecondsBetween(before, after);
+}
+
+void Stage::sendAllPostedEvents() {
+  // What is posted meanwhile waits for the next round.
+  std::size_t before = 0;
+  do {
+    before = application_.events;
+    QCoreApplication::sendPostedEvents();
+  } while (application_.events != before);
+}
+
+void Stage::settle() {
+  do {
+    sendAllPostedEvents();
+    waitForServer();
+  } while (QGuiApplication::eventDispatcher()->processEvents(QEventLoop::AllEvents));
+}
+
+void Stage::waitUntil(const std::function<bool()>& condition) {
+  const QDeadlineTimer deadline(20'000);
+  while (!condition()) {
+    if (deadline.hasExpired()) {
+      throw std::runtime_error("a panel does not open, or does not close");
+    }
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    QThread::msleep(1);
+  }
+  settle();
+}
+
+void Stage::waitUntilShown(const QWidget& window) {
+  waitUntil([&] { return window.windowHandle()->isExposed() && window.isActiveWindow(); });
+}
+
+// The toolkit needs some time to see that the keyboard is gone; what opens meanwhile does not become active.
+void Stage::waitUntilNothingIsShown() {
+  waitUntil([] { return QGuiApplication::focusWindow() == nullptr; });
+}
+
+}  // namespace quillmark::bench

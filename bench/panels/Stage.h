@@ -1,0 +1,73 @@
+#pragma once
+
+#include <QApplication>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "panels/views/CommandMenuView.h"
+#include "panels/views/Look.h"
+#include "panels/views/ReviewView.h"
+#include "platform/desktop/QtMainQueue.h"
+#include "platform/desktop/QtPanelWindow.h"
+#include "platform/simulated/SimulatedDesktop.h"
+#include "shell/QuillmarkApp.h"
+#include "support/Trace.h"
+
+namespace quillmark::bench {
+
+/// Tells when something was drawn.
+class DrawingApplication : public QApplication {
+ public:
+  using QApplication::QApplication;
+
+  std::size_t events = 0;              ///< so far
+  std::size_t paintings = 0;           ///< of widgets
+  std::function<void()> frameIsDrawn;  ///< a window has drawn all that it was asked to
+
+  bool notify(QObject* receiver, QEvent* event) override;
+};
+
+/// Both panels as the program has them, on the toolkit's main queue; the rest of the desktop is simulated.
+class Stage {
+ public:
+  explicit Stage(DrawingApplication& application);
+
+  QtMainQueue& queue() { return queue_; }
+  QuillmarkApp& app() { return app_; }
+  CommandMenuView& menu() { return menu_; }
+
+  void openMenu();
+  void closeMenu();
+  /// A review of an answer that is on its way.
+  void openReview(ReviewViewMode mode);
+  void closeReview();
+  /// Starts the pulse of the answer anew and gets into it, for what is half transparent takes longer to draw.
+  void pulse();
+  /// How many lines of the answer are laid out.
+  std::size_t linesOfAnswer() const { return answer_->blockCount(); }
+
+  /// Milliseconds from the beginning of `work` until the X server has drawn what it changes. Throws
+  /// std::runtime_error when that is nothing.
+  double drawingTimeOf(const std::function<void()>& work);
+  /// Runs the event loop until there is nothing left to do.
+  void settle();
+
+ private:
+  void sendAllPostedEvents();
+  void waitUntil(const std::function<bool()>& condition);
+  void waitUntilShown(const QWidget& window);
+  void waitUntilNothingIsShown();
+
+  DrawingApplication& application_;
+  SimulatedDesktop desktop_;
+  QtMainQueue queue_;
+  QtPanelWindow reviewWindow_{QtPanelWindow::Kind::surface, look::windowRadius};
+  QtPanelWindow menuWindow_{QtPanelWindow::Kind::surface, look::windowRadius};
+  QuillmarkApp app_;
+  ReviewView review_{app_.reviewPanel(), app_.reviewViewState(), desktop_.pasteboard};
+  CommandMenuView menu_{app_.commandPanel()};
+  const TextColumn* answer_ = nullptr;
+};
+
+}  // namespace quillmark::bench
