@@ -18,8 +18,22 @@ namespace quillmark {
 namespace {
 
 constexpr double margin = 10;
+constexpr std::size_t mostAtOnce = 16 * 1024;  ///< bytes for which one frame has time
 
 const auto drawEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+/// What one frame draws of what has come. It ends with a line, however long, so that no line is laid out again for the
+/// sake of its next part.
+std::string_view nextPart(std::string_view added) {
+  if (added.size() <= mostAtOnce) {
+    return added;
+  }
+  auto end = added.rfind('\n', mostAtOnce - 1);
+  if (end == std::string_view::npos) {
+    end = added.find('\n', mostAtOnce);
+  }
+  return end == std::string_view::npos ? added : added.substr(0, end + 1);
+}
 
 }  // namespace
 
@@ -76,10 +90,18 @@ void TypewriterText::setStyled(bool styled) {
 }
 
 void TypewriterText::textChanged(std::size_t kept) {
-  drawn_ = std::min(drawn_, kept);
+  if (kept < drawn_) {
+    drawn_ = 0;
+  }
   if (session_.text.empty()) {
-    draw();  // at once: the panel opens before the next round of events, and should not measure the text before
-  } else if (!drawPosted_) {
+    drawAll();  // at once: the panel opens before the next round of events, and should not measure the text before
+  } else {
+    postDraw();
+  }
+}
+
+void TypewriterText::postDraw() {
+  if (!drawPosted_) {
     drawPosted_ = true;
     QCoreApplication::postEvent(this, new QEvent(drawEvent));
   }
@@ -87,14 +109,21 @@ void TypewriterText::textChanged(std::size_t kept) {
 
 void TypewriterText::drawAll() {
   drawn_ = 0;
-  draw();
+  draw(session_.text.get());
 }
 
-void TypewriterText::draw() {
-  const std::string_view whole = session_.text.get();
-  const std::string_view added = whole.substr(drawn_);
+void TypewriterText::drawNext() {
+  drawPosted_ = false;
+  draw(nextPart(std::string_view(session_.text.get()).substr(drawn_)));
+  if (drawn_ < session_.text.get().size()) {
+    postDraw();
+  }
+}
+
+void TypewriterText::draw(std::string_view added) {
   const bool grows = drawn_ > 0;
-  drawn_ = whole.size();
+  drawn_ += added.size();
+  const std::string_view whole = std::string_view(session_.text.get()).substr(0, drawn_);
   std::size_t first = 0;
   const bool wasMarkdown = asMarkdown_;
   asMarkdown_ = false;
@@ -122,8 +151,7 @@ void TypewriterText::draw() {
 
 bool TypewriterText::event(QEvent* event) {
   if (event->type() == drawEvent) {
-    drawPosted_ = false;
-    draw();
+    drawNext();
     return true;
   }
   if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange) {

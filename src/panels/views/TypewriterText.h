@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QWidget>
+#include <string_view>
 
 #include "panels/MarkdownSigns.h"
 #include "panels/MarkdownText.h"
@@ -38,10 +39,13 @@ class TypewriterText : public TextColumn {
   bool event(QEvent* event) override;
 
  private:
-  /// Chunks that come faster than they can be drawn are drawn together.
+  /// Chunks that come faster than they can be drawn are drawn together, but not more of them than a frame has time for.
   void textChanged(std::size_t kept);
-  void draw();
+  void postDraw();
+  void drawNext();
   void drawAll();
+  /// What is drawn goes on with this part of the text.
+  void draw(std::string_view added);
 
   ReviewPanelVM& session_;
   bool styled_ = false;
