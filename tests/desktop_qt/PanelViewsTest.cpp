@@ -124,6 +124,11 @@ TEST_F(PanelViews, aStreamIsDrawnAsItWouldBeAtOnce) {
           QCoreApplication::sendPostedEvents();
         }
       }
+      if (round % 2 == 0) {  // the final answer is another one than the stream
+        std::string answer = session.text.get();
+        answer.replace(answer.rfind(' ') + 1, std::string::npos, "\n- the end");
+        session.text.set(answer);
+      }
       QCoreApplication::sendPostedEvents();
       TypewriterText whole(session);
       whole.setStyled(styled);

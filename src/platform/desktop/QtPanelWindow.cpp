@@ -40,6 +40,9 @@ QPoint toolkitPoint(Point point) {
     }
   }
   return {qRound(point.x), qRound(point.y)};
+/// What of the shadow shows: the margin around the content, and what its round corners leave free.
+QRegion shadowedPart(const QRect& window, const QRect& content, int radius) {
+  return QRegion(window) - content.adjusted(1, radius, -1, -radius) - content.adjusted(radius, 1, -radius, -1);
 }
 
 void drawShadow(QPainter& painter, const QRectF& content, double radius) {
@@ -170,7 +173,7 @@ void QtPanelWindow::resizeEvent(QResizeEvent* event) {
   }
 }
 
-void QtPanelWindow::paintEvent(QPaintEvent*) {
+void QtPanelWindow::paintEvent(QPaintEvent* event) {
   if (!std::exchange(drawn_, true)) {
     // What lies on this ground is drawn with it, but after it.
     QMetaObject::invokeMethod(
@@ -186,8 +189,12 @@ void QtPanelWindow::paintEvent(QPaintEvent*) {
   const double hairline = 1 / devicePixelRatioF();
   const QRectF content = contentRect();
   painter.setRenderHint(QPainter::Antialiasing, translucent_);
-  if (translucent_) {
+  // Not under the content, where so many layers would take longer to draw than all that lies on them.
+  if (const auto part = shadowedPart(rect(), contentRect(), cornerRadius_) & event->region();
+      translucent_ && !part.isEmpty()) {
+    painter.setClipRegion(part);
     drawShadow(painter, content, cornerRadius_);
+    painter.setClipping(false);
   }
   // Without a shadow the edge alone tells the panel from a window of the same colour behind it.
   QColor edge = palette().color(translucent_ ? QPalette::Mid : QPalette::PlaceholderText);
