@@ -135,7 +135,7 @@ void TypewriterText::draw(std::string_view added) {
     first = grows ? markdown_.append(added) : markdown_.setText(whole);
     asMarkdown_ = signs_.found();
   }
-  const bool follow = session_.isStreaming.get();
+  const bool follow = grows;
   if (asMarkdown_) {
     first = grows && wasMarkdown ? first : 0;
     replaceFrom(first, blocks::markdown(markdown_.lines(), first, palette()), follow);

@@ -40,6 +40,8 @@ QPoint toolkitPoint(Point point) {
     }
   }
   return {qRound(point.x), qRound(point.y)};
+}
+
 /// What of the shadow shows: the margin around the content, and what its round corners leave free.
 QRegion shadowedPart(const QRect& window, const QRect& content, int radius) {
   return QRegion(window) - content.adjusted(1, radius, -1, -radius) - content.adjusted(radius, 1, -radius, -1);
