@@ -215,10 +215,13 @@ QAccessibleInterface* make(const QString& className, QObject* object) {
     return new ButtonInterface(*button);
   }
   auto* const widget = dynamic_cast<QWidget*>(object);
-  if (const QVariant role = object->property(roleProperty); widget && role.isValid()) {
+  if (!widget) {
+    return nullptr;
+  }
+  if (const QVariant role = widget->property(roleProperty); role.isValid()) {
     return new PlainInterface(widget, role.value<QAccessible::Role>());
   }
-  if (widget && className == QLatin1String("QWidget")) {
+  if (className == QLatin1String("QWidget")) {
     return new PlainInterface(widget, widget->isWindow() ? QAccessible::Window : QAccessible::Client);
   }
   return nullptr;

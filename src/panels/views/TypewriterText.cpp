@@ -18,7 +18,7 @@ namespace quillmark {
 namespace {
 
 constexpr double margin = 10;
-constexpr std::size_t mostAtOnce = 16 * 1024;  ///< bytes for which one frame has time
+constexpr std::size_t mostAtOnce = 16'384;  ///< bytes for which one frame has time
 
 const auto drawEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
@@ -135,7 +135,7 @@ void TypewriterText::draw(std::string_view added) {
     first = grows ? markdown_.append(added) : markdown_.setText(whole);
     asMarkdown_ = signs_.found();
   }
-  const bool follow = grows;
+  const bool follow = grows || session_.isStreaming.get();
   if (asMarkdown_) {
     first = grows && wasMarkdown ? first : 0;
     replaceFrom(first, blocks::markdown(markdown_.lines(), first, palette()), follow);
