@@ -30,12 +30,35 @@ bool isPlain(UChar32 c) {
   if (c < 0x300) {
     return c >= 0;
   }
+  if (c > 0x64A && c < 0x2010) {
+    return false;
+  }
   for (const auto& [first, last] : ranges) {
     if (c <= last) {
       return c >= first;
     }
   }
   return false;
+}
+
+/// Whether the word's characters are the same between blanks as by themselves: none joins what stands before or behind.
+bool standsAlone(std::string_view word) {
+  std::size_t position = 0;
+  const auto breaking = [](UChar32 c) { return u_getIntPropertyValue(c, UCHAR_GRAPHEME_CLUSTER_BREAK); };
+  switch (breaking(nextCharacter(word, position))) {
+    case U_GCB_EXTEND:
+    case U_GCB_SPACING_MARK:
+    case U_GCB_ZWJ:
+      return false;
+    default:
+      break;
+  }
+  position = word.size();
+  while (position > 0 && (static_cast<unsigned char>(word[position - 1]) & 0xC0U) == 0x80U) {
+    --position;
+  }
+  position -= position > 0 ? 1 : 0;
+  return breaking(nextCharacter(word, position)) != U_GCB_PREPEND;
 }
 
 }  // namespace
@@ -74,6 +97,64 @@ Graphemes GraphemeTable::encode(std::string_view text) {
 }
 
 void GraphemeTable::encodeRun(std::string_view text, std::uint32_t offset, Graphemes& result) {
+  const auto words = split(text, ' ');
+  std::vector<Place*> places;
+  std::vector<std::pair<std::string_view, Place*>> unknown;
+  places.reserve(words.size());
+  for (const auto word : words) {
+    auto known = words_.find(word);
+    if (known == words_.end()) {
+      if (!word.empty() && !standsAlone(word)) {
+        for (const auto& [other, place] : unknown) {
+          words_.erase(words_.find(other));
+        }
+        findClusters(text, offset, result);
+        return;
+      }
+      known = words_.emplace(word, Place()).first;
+      unknown.emplace_back(word, &known->second);
+    }
+    places.push_back(&known->second);  // stays where it is when the table grows
+  }
+  learn(unknown);
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    if (i > 0) {
+      result.codes.push_back(U' ');
+      result.starts.push_back(offset++);
+    }
+    const auto [first, count] = *places[i];
+    result.codes.append(known_.codes, first, count);
+    for (std::size_t at = first; at < first + count; ++at) {
+      result.starts.push_back(offset + known_.starts[at]);
+    }
+    offset += static_cast<std::uint32_t>(words[i].size());
+  }
+}
+
+void GraphemeTable::learn(const std::vector<std::pair<std::string_view, Place*>>& words) {
+  // All of them at once: finding the characters of one costs as much as of many.
+  std::string all;
+  for (const auto& [word, place] : words) {
+    all.append(word).push_back(' ');
+  }
+  Graphemes found;
+  findClusters(all, 0, found);
+  std::uint32_t wordStart = 0;
+  std::size_t at = 0;
+  for (const auto& [word, place] : words) {
+    const auto wordEnd = wordStart + static_cast<std::uint32_t>(word.size());
+    place->first = known_.codes.size();
+    for (; at < found.codes.size() && found.starts[at] < wordEnd; ++at) {
+      known_.codes.push_back(found.codes[at]);
+      known_.starts.push_back(found.starts[at] - wordStart);
+    }
+    place->count = known_.codes.size() - place->first;
+    ++at;  // the blank
+    wordStart = wordEnd + 1;
+  }
+}
+
+void GraphemeTable::findClusters(std::string_view text, std::uint32_t offset, Graphemes& result) {
   UErrorCode status = U_ZERO_ERROR;
   thread_local const std::unique_ptr<icu::BreakIterator> clusters(
       icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));

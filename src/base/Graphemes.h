@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace quillmark::text {
@@ -29,9 +30,24 @@ class GraphemeTable {
     std::size_t operator()(std::u16string_view cluster) const { return std::hash<std::u16string_view>()(cluster); }
   };
 
+  struct WordHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view word) const { return std::hash<std::string_view>()(word); }
+  };
+  /// Where a word's characters stand in `known_`, whose starts count from the word's beginning.
+  struct Place {
+    std::size_t first = 0;
+    std::size_t count = 0;
+  };
+
   void encodeRun(std::string_view text, std::uint32_t offset, Graphemes& result);
+  void learn(const std::vector<std::pair<std::string_view, Place*>>& words);
+  void findClusters(std::string_view text, std::uint32_t offset, Graphemes& result);
   char32_t codeOf(std::u16string_view cluster);
 
+  // Texts that are compared have most of their words in common, and finding clusters takes much longer than a look-up.
+  std::unordered_map<std::string, Place, WordHash, std::equal_to<>> words_;
+  Graphemes known_;
   std::unordered_map<std::u16string, char32_t, Hash, std::equal_to<>> clusters_;  ///< by their composed form
 };
 

@@ -182,6 +182,9 @@ struct Tokens {
       wordStart = end + 1;
     };
     for (std::size_t i = 0; i < codes.size(); ++i) {
+      if (codes[i] > U' ' && codes[i] < 0x7F) {
+        continue;  // most of them, told without a closer look
+      }
       const auto first = text.substr(graphemes.starts[i]);
       if (text::startsWithWhitespace(first)) {
         endWord(i);
