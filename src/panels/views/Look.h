@@ -16,7 +16,6 @@ constexpr int fieldRadius = 8;
 constexpr int chipRadius = 6;
 constexpr int panelPadding = 16;
 constexpr int targetHeight = 28;  ///< the least height of what a pointer can hit
-constexpr int animation = 120;    ///< ms
 
 enum class Scheme { light, dark };
 

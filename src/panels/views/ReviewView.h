@@ -23,7 +23,6 @@ class ReviewView : public QWidget {
   ReviewView(ReviewPanelVM& session, ReviewViewState& state, Pasteboard& pasteboard, QWidget* parent = nullptr);
 
   PanelButton& applyButton() { return apply_; }
-  DropDown& providerMenu() { return provider_; }
   DropDown& modelMenu() { return model_; }
   TypewriterText& result() { return result_; }
 

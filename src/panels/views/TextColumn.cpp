@@ -21,7 +21,6 @@ constexpr double lineSpacing = 1.45;
 constexpr int symbolSide = 12;
 constexpr double barWidth = 4;
 constexpr double groundRadius = 4;
-constexpr double groundInset = 4;  ///< how far the background reaches before the text
 
 /// What stands before a block's text in that of the whole column.
 QString prefixOf(const TextBlock& block) {
