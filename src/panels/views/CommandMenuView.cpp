@@ -281,7 +281,12 @@ CommandMenuView::CommandMenuView(CommandPanelViewModel& viewModel, QWidget* pare
   showMode();
 }
 
-CommandMenuView::~CommandMenuView() { list_.setModel(nullptr); }
+CommandMenuView::~CommandMenuView() {
+  // On their way out they would still tell of themselves.
+  list_.viewport()->removeEventFilter(this);
+  field_->removeEventFilter(this);
+  list_.setModel(nullptr);
+}
 
 QSize CommandMenuView::sizeHint() const { return {menuWidth, fieldHeight + 1 + listHeight}; }
 
