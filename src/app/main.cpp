@@ -127,14 +127,7 @@ int main(int argc, char** argv) {
   CurlHttpSession http;
   QtAlerts alerts;
   look::apply({});
-  const DesktopAppearance appearance(QDBusConnection::sessionBus(), [](const DesktopAppearance::Wishes& wishes) {
-    using enum DesktopAppearance::ColorScheme;
-    look::Wishes adopted{std::nullopt, wishes.accent};
-    if (wishes.scheme) {
-      adopted.scheme = *wishes.scheme == dark ? look::Scheme::dark : look::Scheme::light;
-    }
-    look::apply(adopted);
-  });
+  const DesktopAppearance appearance(QDBusConnection::sessionBus(), look::apply);
   if (QLocale(QString::fromStdString(language)).textDirection() == Qt::RightToLeft) {
     QApplication::setLayoutDirection(Qt::RightToLeft);
   }

@@ -227,6 +227,8 @@ TEST_F(PanelViews, aListOfChoicesLiesInsideThePanelAndKeepsItsKeys) {
   press(Qt::Key_Return);
   EXPECT_EQ(session.selectedModel.get(), wanted);
   EXPECT_TRUE(session.isReviewOpen.get());
+  session.availableModels.set({});
+  EXPECT_FALSE(review.modelMenu().isEnabled()) << "nothing to choose, whatever is selected";
 }
 
 TEST_F(PanelViews, theMenuTakesTypingKeysAndThePointer) {

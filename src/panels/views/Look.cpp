@@ -68,7 +68,7 @@ QPalette palette(Scheme scheme, const std::optional<QColor>& accent) {
   return result;
 }
 
-void apply(const Wishes& wishes) {
+void apply(const DesktopAppearance::Wishes& wishes) {
   const QPalette& desktop = desktopPalette();
   const Scheme wanted = wishes.scheme.value_or(desktopHasPalette() ? scheme(desktop) : Scheme::light);
   auto accent = wishes.accent;

@@ -5,6 +5,8 @@
 #include <QPalette>
 #include <optional>
 
+#include "platform/desktop/DesktopAppearance.h"
+
 class QPainter;
 class QWidget;
 
@@ -17,13 +19,7 @@ constexpr int chipRadius = 6;
 constexpr int panelPadding = 16;
 constexpr int targetHeight = 28;  ///< the least height of what a pointer can hit
 
-enum class Scheme { light, dark };
-
-/// What the desktop asks for; what it does not tell is absent.
-struct Wishes {
-  std::optional<Scheme> scheme;
-  std::optional<QColor> accent;
-};
+using Scheme = DesktopAppearance::ColorScheme;
 
 /// The palette behind all of it: Window is the panel, AlternateBase a card or field, Mid a hairline, PlaceholderText
 /// secondary text, Highlight the accent.
@@ -31,7 +27,7 @@ QPalette palette(Scheme scheme, const std::optional<QColor>& accent = std::nullo
 
 /// Gives the application its style and palette; what the desktop does not wish for comes from the palette that the
 /// toolkit found.
-void apply(const Wishes& wishes);
+void apply(const DesktopAppearance::Wishes& wishes);
 
 Scheme scheme(const QPalette& palette);
 QColor secondary(const QPalette& palette);

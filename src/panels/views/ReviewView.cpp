@@ -202,7 +202,7 @@ void ReviewView::showContent() {
 void ReviewView::showMenus() {
   provider_.setLabel(qt(session_.providerLabel()));
   model_.setLabel(qt(session_.modelLabel()));
-  model_.setEnabled(!session_.availableModels.get().empty() || session_.selectedModel.get().has_value());
+  model_.setEnabled(!session_.availableModels.get().empty());
 }
 
 void ReviewView::showState() {
@@ -244,8 +244,13 @@ void ReviewView::fit() {
   const Size present = panel.contentSize();
   const Size wanted{std::max(present.width, least.width), std::max(present.height, height)};
   setMinimumSize(std::min(int(least.width), int(wanted.width)), std::min(int(least.height), int(wanted.height)));
-  if (QWidget* const frame = window(); frame != this) {
-    frame->setMinimumSize(minimumSize() + (frame->size() - size()));  // what the user can shrink it to
+  if (QWidget* const frame = window(); frame != this && frame->layout()) {
+    // What the user can make of it by hand. The frame's margins are its shadow.
+    const QMargins shadow = frame->layout()->contentsMargins();
+    frame->setMinimumSize(minimumSize().grownBy(shadow));
+    if (const auto most = state_.maxHeight()) {
+      frame->setMaximumHeight(QSize(0, std::max(int(*most), minimumHeight())).grownBy(shadow).height());
+    }
   }
   if (wanted != present) {
     panel.setContentSize(wanted);
