@@ -3,7 +3,7 @@
 #include <stdexcept>
 
 #include "bench/Measurements.h"
-#include "panels/TextComparison.h"
+#include "panels/review/TextComparison.h"
 #include "support/Process.h"
 #include "support/TemporaryDirectory.h"
 #include "support/Trace.h"

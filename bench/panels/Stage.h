@@ -5,14 +5,14 @@
 #include <string>
 #include <vector>
 
-#include "panels/views/CommandMenuView.h"
-#include "panels/views/Look.h"
-#include "panels/views/ReviewView.h"
+#include "panels/menu/views/CommandMenuView.h"
+#include "panels/review/views/ReviewView.h"
 #include "platform/desktop/QtMainQueue.h"
 #include "platform/desktop/QtPanelWindow.h"
 #include "platform/simulated/SimulatedDesktop.h"
 #include "shell/QuillmarkApp.h"
 #include "support/Trace.h"
+#include "widgets/Look.h"
 
 namespace quillmark::bench {
 

@@ -14,12 +14,9 @@
 #include "base/Localization.h"
 #include "base/Log.h"
 #include "base/Trace.h"
-#include "panels/views/Accessibility.h"
-#include "panels/views/CommandMenuView.h"
+#include "panels/menu/views/CommandMenuView.h"
+#include "panels/review/views/ReviewView.h"
 #include "panels/views/LoadingWindow.h"
-#include "panels/views/Look.h"
-#include "panels/views/ReviewView.h"
-#include "panels/views/Symbols.h"
 #include "platform/desktop/DBusService.h"
 #include "platform/desktop/DesktopAppearance.h"
 #include "platform/desktop/QtAlerts.h"
@@ -38,6 +35,9 @@
 #include "platform/posix/ThreadQueue.h"
 #include "shell/QuillmarkApp.h"
 #include "shell/views/TrayMenu.h"
+#include "widgets/Accessibility.h"
+#include "widgets/Look.h"
+#include "widgets/Symbols.h"
 
 namespace {
 

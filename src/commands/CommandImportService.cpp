@@ -41,21 +41,22 @@ AlertKind installationSuccessful(const std::string& name) {
 }  // namespace
 
 void CommandImportService::install(const std::string& slug) {
-  if (with_.promptStore.commandForSlug(slug)) {
-    with_.alerts.show(installationFailed(tr("Command '{}' is already installed", slug)));
+  if (collaborators_.promptStore.commandForSlug(slug)) {
+    collaborators_.alerts.show(installationFailed(tr("Command '{}' is already installed", slug)));
     return;
   }
   if (!underWay_.insert(slug).second) {
     log("Command '" + slug + "' is being installed already");
     return;
   }
-  with_.transport.send<CommandTemplate>(
-      {"GET", with_.appConfig.serviceRoot() + "/api/prompts/" + slug, {}, std::nullopt}, "CommandTemplate",
+  collaborators_.transport.send<CommandTemplate>(
+      {"GET", collaborators_.appConfig.serviceRoot() + "/api/prompts/" + slug, {}, std::nullopt}, "CommandTemplate",
       [](const Json& json) { return commandTemplateFromJson(json); },
       lifetime_.guard([this, slug](const Expected<CommandTemplate, TransportError>& answer) {
         if (!answer) {
           underWay_.erase(slug);
-          with_.alerts.show(installationFailed(tr("Failed to install command: {}", answer.error().description)));
+          collaborators_.alerts.show(
+              installationFailed(tr("Failed to install command: {}", answer.error().description)));
           return;
         }
         translateTitle(answer->title, [this, slug, command = answer->toCommand()](const Title& translated) {
@@ -69,22 +70,23 @@ void CommandImportService::add(Command command, const Title& translated) {
   if (translated) {
     command.name = *translated;
   }
-  with_.promptStore.add(command);
-  with_.alerts.show(installationSuccessful(command.name));
+  collaborators_.promptStore.add(command);
+  collaborators_.alerts.show(installationSuccessful(command.name));
 }
 
 void CommandImportService::translateTitle(const std::string& title, std::function<void(const Title&)> completion) {
-  const auto config = with_.providerStore.defaultConfig();
+  const auto config = collaborators_.providerStore.defaultConfig();
   if (!config || !config->enabled) {
     completion(std::nullopt);
     return;
   }
-  std::string locale = with_.interfaceLanguage;
+  std::string locale = collaborators_.interfaceLanguage;
   if (locale.empty()) {
     locale = "en";
   }
   std::string text = translationPrompt;
-  text = text::replacingAll(std::move(text), "{L}", with_.locale.displayName(locale, locale).value_or("English"));
+  text =
+      text::replacingAll(std::move(text), "{L}", collaborators_.locale.displayName(locale, locale).value_or("English"));
   text = text::replacingAll(std::move(text), "{T}", title);
 
   const auto finish = [completion = std::move(completion)](const std::optional<std::string>& answer) {
@@ -92,9 +94,9 @@ void CommandImportService::translateTitle(const std::string& title, std::functio
     completion(translated.empty() ? std::nullopt : Title(translated));
   };
   // Some providers answer on a thread of their own.
-  with_.providerFactory.makeProvider(*config)->chat(
+  collaborators_.providerFactory.makeProvider(*config)->chat(
       text, translationSystemPrompt, std::nullopt,
-      [&queue = with_.queue, finish = lifetime_.guard(finish)](std::optional<std::string> answer) {
+      [&queue = collaborators_.queue, finish = lifetime_.guard(finish)](std::optional<std::string> answer) {
         queue.async([finish, answer = std::move(answer)]() mutable { finish(answer); });
       });
 }

@@ -34,7 +34,7 @@ class CommandImportService {
     const ProviderFactory& providerFactory;
   };
 
-  explicit CommandImportService(const Collaborators& collaborators) : with_(collaborators) {}
+  explicit CommandImportService(const Collaborators& collaborators) : collaborators_(collaborators) {}
 
   /// Fetches the template, has the default provider put its title into the interface language, and adds it; an alert
   /// tells how it went. While a slug is being installed, asking for it again does nothing.
@@ -47,7 +47,7 @@ class CommandImportService {
   void translateTitle(const std::string& title, std::function<void(const Title&)> completion);
   void add(Command command, const Title& translated);
 
-  Collaborators with_;
+  Collaborators collaborators_;
   std::set<std::string> underWay_;  // slugs
   Lifetime lifetime_;
 };

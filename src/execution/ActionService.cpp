@@ -46,65 +46,66 @@ AlertKind providerDisabled(const std::string& name) {
 ActionService::ActionService(const Collaborators& collaborators)
     : defaultBehavior(collaborators.defaults, keys::defaultBehavior),
       isLoading(collaborators.defaults, keys::isLoading, Durability::endOfProcess),
-      with_(collaborators) {
+      collaborators_(collaborators) {
   isLoading.set(false);
 }
 
 void ActionService::runCommand(const Command& command, bool shouldCopy) {
-  if (with_.permissions.keyInjection() != Permission::granted) {
+  if (collaborators_.permissions.keyInjection() != Permission::granted) {
     log("No accessibility access");
-    with_.alerts.show(accessRequired());
+    collaborators_.alerts.show(accessRequired());
     return;
   }
   if (isLoading.get()) {
     return;
   }
-  with_.tracker.markCommandTriggered(false);
+  collaborators_.tracker.markCommandTriggered(false);
   // Fixed here: a change of the setting does not reach a run under way.
   const ActionBehavior behavior = command.behavior.value_or(defaultBehavior.get());
   if (behavior == ActionBehavior::showReview) {
-    with_.capture.getSelectedText(
+    collaborators_.capture.getSelectedText(
         shouldCopy, lifetime_.guard([this, command](const std::string& text) { handleReviewAction(text, command); }));
     return;
   }
-  if (with_.loadingPanel != nullptr) {
-    with_.loadingPanel->show();
+  if (collaborators_.loadingPanel != nullptr) {
+    collaborators_.loadingPanel->show();
   }
   isLoading.set(true);
-  with_.capture.getSelectedText(shouldCopy, lifetime_.guard([this, command, behavior](const std::string& text) {
-    handleDirectAction(text, command, behavior);
-  }));
+  collaborators_.capture.getSelectedText(shouldCopy,
+                                         lifetime_.guard([this, command, behavior](const std::string& text) {
+                                           handleDirectAction(text, command, behavior);
+                                         }));
 }
 
 void ActionService::runCommandById(const std::optional<Uuid>& id, bool shouldCopy) {
-  if (const auto command = with_.promptStore.command(id)) {
+  if (const auto command = collaborators_.promptStore.command(id)) {
     runCommand(*command, shouldCopy);
   } else {
-    with_.alerts.show(commandNotFound());
+    collaborators_.alerts.show(commandNotFound());
   }
 }
 
 void ActionService::runAction(const UserAction& action, bool shouldCopy) {
-  if (auto command = with_.promptStore.commandFor(action)) {
+  if (auto command = collaborators_.promptStore.commandFor(action)) {
     command->type = action;
     runCommand(*command, shouldCopy);
   } else {
-    with_.alerts.show(commandNotFound(action));
+    collaborators_.alerts.show(commandNotFound(action));
   }
 }
 
 void ActionService::runCommandBySlug(const std::string& slug, bool shouldCopy) {
-  if (const auto command = with_.promptStore.commandForSlug(slug)) {
+  if (const auto command = collaborators_.promptStore.commandForSlug(slug)) {
     runCommand(*command, shouldCopy);
   } else {
-    with_.alerts.show(commandNotFound(slug));
+    collaborators_.alerts.show(commandNotFound(slug));
   }
 }
 
 void ActionService::openCommandMenu(InvocationSource source) {
   log("Open command menu from source " + std::string(rawValue(source)));
-  with_.commandPanel.setSource(source);
-  with_.commandPanel.togglePanel();
+  collaborators_.commandPanel.setSource(source);
+  collaborators_.commandPanel.togglePanel();
 }
 
 void ActionService::handleDirectAction(const std::string& text, const Command& command, ActionBehavior behavior) {
@@ -114,38 +115,38 @@ void ActionService::handleDirectAction(const std::string& text, const Command& c
     return;
   }
   log("handle action " + command.name + " with selected text: \n " + text);
-  const std::string systemPrompt = promptFor(command, with_.variablesStore.allVariables());
+  const std::string systemPrompt = promptFor(command, collaborators_.variablesStore.allVariables());
   lastRunCommand_ = command;
-  with_.promptStore.incrementUsage(command.id);
-  with_.statistics.recordCommand(command.name);
+  collaborators_.promptStore.incrementUsage(command.id);
+  collaborators_.statistics.recordCommand(command.name);
 
-  const auto config = with_.providerStore.config(command.provider);
+  const auto config = collaborators_.providerStore.config(command.provider);
   if (!config) {
-    with_.alerts.show(providerNotFound());
+    collaborators_.alerts.show(providerNotFound());
     hideLoading();
     return;
   }
-  const auto provider = with_.providerFactory.makeProvider(*config);
+  const auto provider = collaborators_.providerFactory.makeProvider(*config);
   if (!config->enabled) {
-    with_.alerts.show(providerDisabled(provider->name()));
+    collaborators_.alerts.show(providerDisabled(provider->name()));
     hideLoading();
     return;
   }
   const auto finish = [this, selection = text, behavior,
                        name = provider->name()](const std::optional<std::string>& result) {
-    with_.statistics.recordProvider(name);
+    collaborators_.statistics.recordProvider(name);
     hideLoading();
     if (!result) {
       return;
     }
     if (pastes(behavior)) {
-      with_.tracker.restoreFocus();
+      collaborators_.tracker.restoreFocus();
     }
-    with_.capture.apply(behavior, *result, selection);
+    collaborators_.capture.apply(behavior, *result, selection);
   };
   // Some providers answer on a thread of their own.
   provider->chat(text, systemPrompt, command.model,
-                 [&queue = with_.queue, finish = lifetime_.guard(finish)](std::optional<std::string> result) {
+                 [&queue = collaborators_.queue, finish = lifetime_.guard(finish)](std::optional<std::string> result) {
                    queue.async([finish, result = std::move(result)]() mutable { finish(result); });
                  });
 }
@@ -156,18 +157,18 @@ void ActionService::handleReviewAction(const std::string& text, const Command& c
     return;
   }
   log("handle action " + command.name + " with selected text for review: \n " + text);
-  with_.queue.async(lifetime_.guard([this, text, command] {
-    with_.reviewSession.setCommand(command);
-    with_.reviewSession.open("", text);
-    with_.reviewSession.execute(command, text);
+  collaborators_.queue.async(lifetime_.guard([this, text, command] {
+    collaborators_.reviewSession.setCommand(command);
+    collaborators_.reviewSession.open("", text);
+    collaborators_.reviewSession.execute(command, text);
   }));
 }
 
 void ActionService::hideLoading() {
-  with_.queue.async(lifetime_.guard([this] {
+  collaborators_.queue.async(lifetime_.guard([this] {
     isLoading.set(false);
-    if (with_.loadingPanel != nullptr) {
-      with_.loadingPanel->hide();
+    if (collaborators_.loadingPanel != nullptr) {
+      collaborators_.loadingPanel->hide();
     }
   }));
 }

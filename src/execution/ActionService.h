@@ -66,7 +66,7 @@ class ActionService {
   void handleReviewAction(const std::string& text, const Command& command);
   void hideLoading();
 
-  Collaborators with_;
+  Collaborators collaborators_;
   std::optional<Command> lastRunCommand_;
   Lifetime lifetime_;
 };

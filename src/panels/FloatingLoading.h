@@ -2,8 +2,8 @@
 
 #include "base/Lifetime.h"
 #include "execution/LoadingPanel.h"
+#include "platform/FloatingWindow.h"
 #include "platform/MainQueue.h"
-#include "platform/PanelWindow.h"
 #include "platform/Screens.h"
 
 namespace quillmark {
@@ -15,7 +15,7 @@ class FloatingLoading : public LoadingPanel {
   static constexpr double side = 20;
   static constexpr double distance = 25;
 
-  FloatingLoading(MainQueue& queue, const Screens& screens, PanelWindow& window)
+  FloatingLoading(MainQueue& queue, const Screens& screens, FloatingWindow& window)
       : queue_(queue), screens_(screens), window_(window) {}
 
   void show() override;
@@ -26,7 +26,7 @@ class FloatingLoading : public LoadingPanel {
 
   MainQueue& queue_;
   const Screens& screens_;
-  PanelWindow& window_;
+  FloatingWindow& window_;
   TimerHandle positionUpdateTimer_;  // of the first appearance, then of each step
   Lifetime lifetime_;
 };

@@ -35,7 +35,7 @@ Point placement(ReviewWindowPosition position, Point mouse, const Rect& visible,
   return corner;
 }
 
-FloatingPanel::FloatingPanel(SurfaceWindow& window, const Screens& screens, Observable<bool>& isPresented, bool canHide)
+FloatingPanel::FloatingPanel(PanelWindow& window, const Screens& screens, Observable<bool>& isPresented, bool canHide)
     : window_(window), screens_(screens), isPresented_(isPresented) {
   if (canHide) {
     resignations_ = window_.resignedMain.connect([this] { close(); });

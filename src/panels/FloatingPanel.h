@@ -4,8 +4,8 @@
 
 #include "base/Signal.h"
 #include "panels/PanelSettings.h"
+#include "platform/PanelWindow.h"
 #include "platform/Screens.h"
-#include "platform/SurfaceWindow.h"
 
 namespace quillmark {
 
@@ -20,7 +20,7 @@ Point placement(ReviewWindowPosition position, Point mouse, const Rect& visible,
 class FloatingPanel {
  public:
   /// `canHide`: closes by itself as soon as another window takes the keyboard.
-  FloatingPanel(SurfaceWindow& window, const Screens& screens, Observable<bool>& isPresented, bool canHide);
+  FloatingPanel(PanelWindow& window, const Screens& screens, Observable<bool>& isPresented, bool canHide);
 
   ReviewWindowPosition windowPosition = ReviewWindowPosition::center;
 
@@ -39,7 +39,7 @@ class FloatingPanel {
   std::optional<Rect> mainVisibleFrame() const;
 
  private:
-  SurfaceWindow& window_;
+  PanelWindow& window_;
   const Screens& screens_;
   Observable<bool>& isPresented_;
   bool moved_ = false;

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "platform/SurfaceWindow.h"
+#include "platform/PanelWindow.h"
 
 namespace quillmark {
 
 /// The windows of the panels, which outlive whatever shows them.
 struct PanelWindows {
-  PanelWindow* loading = nullptr;  ///< null: runs show no indicator
-  SurfaceWindow& review;
-  SurfaceWindow& commandMenu;
+  FloatingWindow* loading = nullptr;  ///< null: runs show no indicator
+  PanelWindow& review;
+  PanelWindow& commandMenu;
 };
 
 }  // namespace quillmark

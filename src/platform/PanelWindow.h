@@ -1,23 +1,24 @@
 #pragma once
 
-#include "base/Signal.h"
-#include "platform/Geometry.h"
+#include "platform/FloatingWindow.h"
 
 namespace quillmark {
 
-/// A window above others, on every desktop, in no task bar. The window system may ignore a position, so nothing reads
-/// one back, and it may close the window by itself. Main thread only.
-class PanelWindow {
+/// A panel that takes the keyboard, without making this the active application. It is made once, shown and closed again
+/// and again, and keeps its content. Main thread only.
+class PanelWindow : public FloatingWindow {
  public:
-  PanelWindow() = default;
-  PanelWindow(const PanelWindow&) = delete;
-  PanelWindow& operator=(const PanelWindow&) = delete;
-  virtual ~PanelWindow() = default;
+  virtual Size contentSize() const = 0;
+  virtual void setContentSize(Size size) = 0;
+  /// Shows the window and gives it the keyboard.
+  virtual void makeKeyAndOrderFront() = 0;
 
-  virtual void moveTopLeft(Point corner) = 0;
-  /// Shows the window without giving it the keyboard.
-  virtual void orderFront() = 0;
-  virtual void close() = 0;
+  /// Another window has taken the keyboard from this one while it was shown.
+  Signal<> resignedMain;
+  /// The window system has closed the window.
+  Signal<> closedBySystem;
+  /// The user has dragged the window to another place.
+  Signal<> movedByUser;
 };
 
 }  // namespace quillmark

@@ -8,13 +8,13 @@
 #include <gtest/gtest.h>
 
 #include "base/Log.h"
-#include "panels/views/CommandMenuView.h"
-#include "panels/views/Look.h"
-#include "panels/views/ReviewView.h"
-#include "panels/views/TextBlocks.h"
+#include "panels/menu/views/CommandMenuView.h"
+#include "panels/review/views/ReviewView.h"
 #include "platform/desktop/QtPanelWindow.h"
 #include "platform/simulated/SimulatedDesktop.h"
 #include "shell/QuillmarkApp.h"
+#include "widgets/Look.h"
+#include "widgets/TextBlocks.h"
 
 namespace quillmark {
 namespace {

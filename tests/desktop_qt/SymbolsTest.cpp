@@ -10,7 +10,7 @@
 #include <gmock/gmock.h>
 
 #include "commands/UserAction.h"
-#include "panels/views/Symbols.h"
+#include "widgets/Symbols.h"
 
 namespace quillmark {
 namespace {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/Log.h"
-#include "panels/views/TypewriterText.h"
+#include "panels/review/views/TypewriterText.h"
 #include "platform/simulated/SimulatedDesktop.h"
 #include "shell/QuillmarkApp.h"
 

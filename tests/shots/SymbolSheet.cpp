@@ -3,7 +3,7 @@
 #include <QDir>
 #include <QPainter>
 
-#include "panels/views/Symbols.h"
+#include "widgets/Symbols.h"
 
 namespace quillmark {
 

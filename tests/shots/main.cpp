@@ -11,14 +11,14 @@
 
 #include "base/Localization.h"
 #include "base/Log.h"
-#include "panels/views/CommandMenuView.h"
-#include "panels/views/Look.h"
-#include "panels/views/ReviewView.h"
+#include "panels/menu/views/CommandMenuView.h"
+#include "panels/review/views/ReviewView.h"
 #include "platform/desktop/QtPanelWindow.h"
 #include "platform/posix/IcuLocaleInfo.h"
 #include "platform/simulated/SimulatedDesktop.h"
 #include "shell/QuillmarkApp.h"
 #include "shots/SymbolSheet.h"
+#include "widgets/Look.h"
 
 namespace quillmark {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <QPainter>
 
-#include "panels/views/Accessibility.h"
-#include "panels/views/Look.h"
-#include "panels/views/Symbols.h"
+#include "widgets/Accessibility.h"
+#include "widgets/Look.h"
+#include "widgets/Symbols.h"
 
 namespace quillmark {
 

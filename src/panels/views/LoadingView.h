@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "panels/views/Pulse.h"
+#include "widgets/Pulse.h"
 
 namespace quillmark {
 

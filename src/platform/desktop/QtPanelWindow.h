@@ -2,13 +2,13 @@
 
 #include <QWidget>
 
-#include "platform/SurfaceWindow.h"
+#include "platform/PanelWindow.h"
 
 namespace quillmark {
 
 /// The frameless window behind a floating panel; its content is a child widget. Where a compositor runs its corners are
 /// rounded, and a surface throws a soft shadow; where none does it is opaque, with a hairline around a surface.
-class QtPanelWindow : public QWidget, public SurfaceWindow {
+class QtPanelWindow : public QWidget, public PanelWindow {
  public:
   enum class Kind {
     indicator,  ///< never takes the keyboard, lets clicks through

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/PanelWindow.h"
 #include "platform/Platform.h"
-#include "platform/SurfaceWindow.h"
 #include "platform/simulated/SimulatedBackgroundQueue.h"
 #include "platform/simulated/SimulatedDefaults.h"
 #include "platform/simulated/SimulatedHttpSession.h"
@@ -134,7 +134,7 @@ class SimulatedScreens : public Screens {
 };
 
 /// A panel's window. It is shown where it was told to be.
-class SimulatedWindow : public SurfaceWindow {
+class SimulatedWindow : public PanelWindow {
  public:
   void moveTopLeft(Point corner) override { at = corner; }
   void orderFront() override { visible = true; }

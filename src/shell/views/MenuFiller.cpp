@@ -6,7 +6,7 @@
 #include <QMenu>
 #include <algorithm>
 
-#include "panels/views/Symbols.h"
+#include "widgets/Symbols.h"
 
 namespace quillmark {
 

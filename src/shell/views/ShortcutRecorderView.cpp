@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "base/Localization.h"
-#include "panels/views/Symbols.h"
+#include "widgets/Symbols.h"
 
 namespace quillmark {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <QCursor>
 
-#include "panels/views/Symbols.h"
+#include "widgets/Symbols.h"
 
 namespace quillmark {
 

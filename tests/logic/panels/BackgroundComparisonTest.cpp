@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "panels/BackgroundComparison.h"
+#include "panels/review/BackgroundComparison.h"
 #include "platform/simulated/SimulatedBackgroundQueue.h"
 #include "platform/simulated/SimulatedQueue.h"
 

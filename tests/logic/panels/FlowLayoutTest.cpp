@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "panels/FlowLayout.h"
+#include "panels/review/FlowLayout.h"
 
 namespace quillmark {
 namespace {

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <unicode/regex.h>
 
-#include "panels/MarkdownSigns.h"
+#include "panels/review/MarkdownSigns.h"
 
 namespace quillmark {
 namespace {

@@ -7,7 +7,7 @@
 
 #include "base/Log.h"
 #include "base/Text.h"
-#include "panels/MarkdownText.h"
+#include "panels/review/MarkdownText.h"
 
 namespace quillmark {
 

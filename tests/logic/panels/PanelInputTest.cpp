@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "panels/ChangeModifier.h"
-#include "panels/KeyPressModifier.h"
-#include "panels/PromptListSearchViewModel.h"
+#include "base/ChangeModifier.h"
+#include "panels/menu/KeyPressModifier.h"
+#include "panels/menu/PromptListSearchViewModel.h"
 #include "platform/simulated/SimulatedQueue.h"
 
 namespace quillmark {

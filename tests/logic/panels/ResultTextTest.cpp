@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "panels/ResultText.h"
+#include "panels/review/ResultText.h"
 
 namespace quillmark {
 namespace {

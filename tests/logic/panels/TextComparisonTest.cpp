@@ -7,7 +7,7 @@
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
 
-#include "panels/TextComparison.h"
+#include "panels/review/TextComparison.h"
 
 namespace quillmark {
 

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/ChangeModifier.h"
+#include "base/Signal.h"
+#include "commands/Command.h"
+#include "panels/menu/KeyPressModifier.h"
+
+namespace quillmark {
+
+class CommandPanelViewModel;
+
+/// What the text in the menu's field is: a search among the commands, or a task of its own.
+enum class CommandMenuMode { filter, freestyle };
+
+/// The rows of the command menu and which of them is selected. A view draws them and says what keys and mouse do.
+/// Keys, mouse and selection mean nothing while the menu is closed. Main thread only.
+class CommandMenuState {
+ public:
+  using Index = KeyPressModifier::Index;
+
+  /// Belongs to this view model.
+  explicit CommandMenuState(CommandPanelViewModel& viewModel);
+  CommandMenuState(const CommandMenuState&) = delete;
+  CommandMenuState& operator=(const CommandMenuState&) = delete;
+
+  /// The rows in their order; none in freestyle mode. A row is drawn with the command's icon() and displayName(). They
+  /// point into the store's list and are good until visibleCommandsChanged.
+  const std::vector<const Command*>& visibleCommands() const { return visible_; }
+  /// What the arrows count: the rows, or 1 in freestyle mode.
+  std::size_t itemCount() const;
+  /// The rows are others; the selection follows right after.
+  Signal<> visibleCommandsChanged;
+
+  Observable<Index> selectedIndex;  ///< by the keyboard; its row is to be in sight
+  Observable<Index> hoveredIndex;   ///< the row that the mouse entered last and has not left
+  const std::optional<Command>& selectedItem() const { return selectedItem_; }
+  /// Whether the row of this command is the selected one.
+  bool isSelected(const Command& command) const { return selectedItem_ && selectedItem_->id == command.id; }
+
+  /// The mouse has entered this row, or left all rows. A mouse that moves inside its row changes nothing.
+  void hover(Index row);
+  void click(std::size_t row);
+  void keyDown(int keyCode);
+
+  /// Selects the first row, or nothing where there is none.
+  void selectFirst();
+  /// Clears the selection, with the flag the search as well, and goes back to filter mode.
+  void resetView(bool clearSearch);
+
+ private:
+  using Search = std::pair<CommandMenuMode, std::string>;
+
+  void listChanged();
+  void searchChanged();
+  void selectionChanged();
+  void handleKey(int keyCode);
+  void rebuild();
+
+  CommandPanelViewModel& viewModel_;
+  std::vector<const Command*> enabled_;
+  std::vector<std::string> foldedNames_;  // of enabled_; made at the first search in it
+  std::vector<const Command*> visible_;
+  std::optional<Command> selectedItem_;
+  KeyPressModifier keys_;
+  ChangeModifier<Search> search_;
+  Connection listChanges_;
+  Connection searches_;
+  Connection modes_;
+  Connection selections_;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/Lifetime.h"
+#include "base/Signal.h"
+#include "commands/CustomPromptStore.h"
+#include "execution/ActionService.h"
+#include "execution/ActiveApplicationTracker.h"
+#include "execution/CommandPanel.h"
+#include "panels/FloatingPanel.h"
+#include "panels/PanelSettings.h"
+#include "panels/menu/CommandMenuState.h"
+#include "platform/MainQueue.h"
+#include "platform/PanelWindow.h"
+#include "platform/Screens.h"
+
+namespace quillmark {
+
+/// The command menu: its panel, its mode, and the run of what the user chooses. However the panel closes, the menu is
+/// then as it was before it opened and the trigger is forgotten. Main thread only.
+class CommandPanelViewModel : public CommandPanel {
+ public:
+  /// From the choice to the run, so that the key or click that made it is over.
+  static constexpr Duration triggerDelay = std::chrono::milliseconds(100);
+
+  struct Collaborators {
+    MainQueue& queue;
+    PanelWindow& window;
+    const Screens& screens;
+    PanelSettings& settings;
+    ActiveApplicationTracker& tracker;
+    CustomPromptStore& promptStore;
+  };
+
+  explicit CommandPanelViewModel(const Collaborators& collaborators);
+
+  Observable<bool> isCommandOpen{false};
+  Observable<std::string> searchText;  ///< of the field, in both modes
+  Observable<std::optional<InvocationSource>> source;
+  Observable<CommandMenuMode> currentMode{CommandMenuMode::filter};
+
+  ActionService* actionService = nullptr;  ///< runs the commands; set by the owner of both
+
+  void setSource(InvocationSource newSource) override { source.set(newSource); }
+  void togglePanel() override;
+  /// Closes an open menu.
+  void cancel();
+  /// Switches the mode and empties the field.
+  void toggleMode();
+
+  /// Closes the menu after the delay, gives the focus back and runs the command. The run is dropped when the menu is
+  /// closed in another way before that; a second choice during the delay is ignored.
+  void triggerCommand(const std::optional<Command>& command);
+  /// The same with the text of the field as the task; nothing while the field is empty.
+  void executeFreestyle();
+
+  /// The store's list without what is disabled, the most used first. Points into that list.
+  std::vector<const Command*> enabledCommands() const;
+
+  CustomPromptStore& promptStore() { return collaborators_.promptStore; }
+  CommandMenuState& view() { return view_; }
+
+ private:
+  void opennessChanged(bool isOpen);
+  void closeThenRun(std::function<void()> run);
+
+  Collaborators collaborators_;
+  FloatingPanel menuPanel_;
+  CommandMenuState view_;
+  bool wasOpen_ = false;
+  TimerHandle pendingRun_;
+  Connection opennessChanges_;
+  Lifetime lifetime_;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,258 @@
+#include "panels/review/ReviewPanelVM.h"
+
+#include <algorithm>
+
+#include "base/Localization.h"
+#include "base/Log.h"
+#include "base/Text.h"
+#include "base/Trace.h"
+#include "commands/PromptGenerator.h"
+
+namespace quillmark {
+namespace {
+
+/// Who made a model or offers it, as lists of models write it in front of the name.
+constexpr const char* modelOrigins[] = {"OpenAI:",  "Anthropic:", "Google:",    "Meta:",      "DeepSeek:",
+                                        "Arce AI:", "Cohere:",    "Mistral:",   "Microsoft:", "meta-llama/",
+                                        "google/",  "anthropic/", "microsoft/", "x-ai/"};
+
+std::string withoutOrigins(std::string name) {
+  for (const char* origin : modelOrigins) {
+    name = text::replacingAll(std::move(name), origin, "");
+  }
+  return std::string(text::trimmed(name));
+}
+
+/// A callback for a provider, which may call it on any thread.
+template <class Operation>
+auto onMainQueue(MainQueue& queue, Operation operation) {
+  return [&queue, operation = std::move(operation)](auto value) {
+    queue.async([operation, value = std::move(value)]() mutable { operation(std::move(value)); });
+  };
+}
+
+}  // namespace
+
+ReviewPanelVM::ReviewPanelVM(const Collaborators& collaborators)
+    : collaborators_(collaborators), panel_(collaborators_.window, collaborators_.screens, isReviewOpen, false) {
+  const auto changed = [this](const auto&) { menusChanged.emit(); };
+  menuChanges_ = {collaborators_.providerStore.configs.observe(changed), selectedProvider.observe(changed),
+                  selectedModel.observe(changed), availableModels.observe(changed)};
+  closings_ = collaborators_.window.closedBySystem.connect([this] { discard(); });
+}
+
+void ReviewPanelVM::setCommand(const std::optional<Command>& command) {
+  currentCommand_ = command;
+  if (const auto config = collaborators_.providerStore.config(command ? command->provider : std::nullopt)) {
+    const auto provider = collaborators_.providerFactory.makeProvider(*config);
+    selectedProvider.set(provider->id());
+    selectedModel.set(command && command->model ? command->model : provider->defaultModel());
+    log("provider found and selected " + provider->name());
+  } else {
+    log("!!! no provider found");
+  }
+  updateAvailableModels();
+}
+
+void ReviewPanelVM::open(const std::string& newText, const std::string& newInitialText) {
+  text.set(newText);
+  if (initialText.get() != newInitialText) {
+    initialText.set(newInitialText);
+  }
+  hasError.set(false);
+  errorMessage.set("");
+  panel_.setContentSize(startSize);
+  panel_.windowPosition = collaborators_.settings.reviewWindowPosition.get();
+  panel_.present();
+  trace::mark("review panel shown");
+}
+
+void ReviewPanelVM::execute(const Command& command, const std::string& textToSend) {
+  ++run_;
+  loading.set(true);
+  isStreaming.set(false);  // it may be the request before that streamed
+  currentCommand_ = command;
+  text.set("");
+  hasError.set(false);
+  errorMessage.set("");
+
+  const std::string prompt = promptFor(command, collaborators_.variablesStore.allVariables());
+  const auto config = collaborators_.providerStore.config(command.provider);
+  if (!config) {
+    failLater(tr("Provider '{}' not found. Please check your provider settings.",
+                 command.provider ? command.provider->toString() : tr("unknown")));
+    log("Provider not found for command: " + command.name);
+    return;
+  }
+  const auto provider = collaborators_.providerFactory.makeProvider(*config);
+  if (!provider->config().enabled) {
+    failLater(tr("Provider '{}' is disabled. Please enable it in the settings.", provider->name()));
+    log("Provider disabled for command: " + command.name);
+    return;
+  }
+  collaborators_.promptStore.incrementUsage(command.id);
+  collaborators_.statistics.recordCommand(command.name);
+
+  const Run run{run_, provider->usesStreaming(), provider->name()};
+  auto finished =
+      onMainQueue(collaborators_.queue,
+                  lifetime_.guard([this, run](std::optional<std::string> answer) { finish(run, std::move(answer)); }));
+  if (run.streams) {
+    isStreaming.set(true);
+    auto chunk = [this, number = run.number](const std::string& piece) { addChunk(number, piece); };
+    provider->streamChat(textToSend, prompt, command.model, onMainQueue(collaborators_.queue, lifetime_.guard(chunk)),
+                         std::move(finished));
+  } else {
+    provider->chat(textToSend, prompt, command.model, std::move(finished));
+  }
+}
+
+/// Not at once, so that it is seen that something was under way.
+void ReviewPanelVM::failLater(std::string message) {
+  collaborators_.queue.async(lifetime_.guard([this, number = run_, message = std::move(message)] {
+    if (number == run_) {
+      handleError(message);
+    }
+  }));
+}
+
+void ReviewPanelVM::addChunk(unsigned run, const std::string& chunk) {
+  if (run != run_) {
+    return;
+  }
+  if (hasError.get()) {
+    hasError.set(false);
+    errorMessage.set("");
+  }
+  text.append(chunk);
+  trace::mark("review chunk");
+}
+
+void ReviewPanelVM::finish(const Run& run, std::optional<std::string> answer) {
+  collaborators_.statistics.recordProvider(run.providerName);
+  if (answer) {
+    log(run.streams ? "Command executed successfully (streaming): " + *answer : "Command executed successfully");
+  } else {
+    log(run.streams ? "Command execution failed (streaming)" : "Command execution failed");
+  }
+  if (run.number != run_) {
+    return;
+  }
+  if (!answer) {
+    handleError(tr("Failed to complete the request. The AI provider returned an empty response. Please try again."));
+    return;
+  }
+  text.set(std::move(*answer));
+  loading.set(false);
+  if (run.streams) {
+    isStreaming.set(false);
+  } else {
+    hasError.set(false);
+    errorMessage.set("");
+  }
+  trace::mark("review answered");
+}
+
+void ReviewPanelVM::handleError(const std::string& message) {
+  hasError.set(true);
+  errorMessage.set(message);
+  loading.set(false);
+  isStreaming.set(false);
+  trace::mark("review failed");
+}
+
+void ReviewPanelVM::reload() {
+  if (!currentCommand_) {
+    log("No current command to reload");
+    handleError(tr("No command available to reload. Please check your command settings and try again."));
+    return;
+  }
+  Command command = *currentCommand_;
+  command.provider = selectedProvider.get();
+  command.model = selectedModel.get();
+  execute(command, initialText.get());
+}
+
+void ReviewPanelVM::changeProvider(const std::optional<Uuid>& id) {
+  selectedProvider.set(id);
+  auto config = collaborators_.providerStore.config(id);
+  if (!config) {
+    config = collaborators_.providerStore.defaultConfig();
+  }
+  selectedModel.set(config ? std::optional(collaborators_.providerFactory.makeProvider(*config)->defaultModel())
+                           : std::nullopt);
+  updateAvailableModels();
+}
+
+void ReviewPanelVM::updateAvailableModels() {
+  const auto config = collaborators_.providerStore.config(selectedProvider.get());
+  availableModels.set(config ? collaborators_.modelStore.modelsFor(config->providerType)
+                             : std::vector<ProviderModel>());
+}
+
+void ReviewPanelVM::apply(ActionBehavior behavior) {
+  if (!canApply()) {
+    return;
+  }
+  close();
+  collaborators_.tracker.restoreFocus();
+  collaborators_.capture.apply(behavior, text.get(), initialText.get());
+}
+
+void ReviewPanelVM::discard() {
+  close();
+  collaborators_.tracker.clearCommandTrigger();
+}
+
+void ReviewPanelVM::close() {
+  log("Close panel");
+  panel_.close();
+}
+
+std::string ReviewPanelVM::providerLabel() const {
+  for (const auto& config : collaborators_.providerStore.configs.get()) {
+    if (config.enabled && config.id == selectedProvider.get()) {
+      return config.name;
+    }
+  }
+  return tr("Provider");
+}
+
+std::vector<ReviewPanelVM::ProviderItem> ReviewPanelVM::providerItems() const {
+  std::vector<ProviderItem> items;
+  for (const auto& config : collaborators_.providerStore.configs.get()) {
+    if (config.enabled) {
+      items.push_back({config.name, config.id});
+    }
+  }
+  return items;
+}
+
+std::string ReviewPanelVM::modelLabel() const {
+  const auto& selected = selectedModel.get();
+  if (!selected) {
+    return tr("Model");
+  }
+  const auto& models = availableModels.get();
+  const auto found = std::ranges::find(models, *selected, &ProviderModel::identifier);
+  return found == models.end() ? *selected : withoutOrigins(found->name);
+}
+
+std::vector<ReviewPanelVM::ModelItem> ReviewPanelVM::modelItems() const {
+  const auto& models = availableModels.get();
+  if (models.empty()) {
+    return {{tr("No models"), std::nullopt}};
+  }
+  std::vector<ModelItem> items;
+  items.reserve(models.size() + 1);
+  for (const auto& model : models) {
+    items.push_back({model.name, model.identifier});
+  }
+  const auto& selected = selectedModel.get();
+  if (selected && std::ranges::find(models, *selected, &ProviderModel::identifier) == models.end()) {
+    items.push_back({*selected, selected});
+  }
+  return items;
+}
+
+}  // namespace quillmark

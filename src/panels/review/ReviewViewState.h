@@ -1,0 +1,97 @@
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <optional>
+#include <string>
+
+#include "base/Lifetime.h"
+#include "base/Signal.h"
+#include "panels/PanelSettings.h"
+#include "panels/review/BackgroundComparison.h"
+#include "panels/review/ReviewPanelVM.h"
+#include "panels/review/TextComparison.h"
+
+namespace quillmark {
+
+/// The ways of looking at a result, in the order in which they are offered.
+enum class ReviewViewMode { text, styled, lineByLine, wordByWord };
+
+/// In the interface language.
+std::string title(ReviewViewMode mode);
+
+/// What stands above the bar of the review panel.
+enum class ReviewContent {
+  text,        ///< the result as it is
+  styled,      ///< the result with its marks drawn
+  lineByLine,  ///< ReviewViewState::lines
+  wordByWord,  ///< ReviewViewState::words
+  error,       ///< the session's error message
+  loading,     ///< that an answer is on its way
+};
+
+/// What the review panel's view shows and how large it wants to be; it lives as long as the session and outlasts each
+/// of its rounds. Main thread only.
+class ReviewViewState {
+ public:
+  static constexpr Size fixedSize = ReviewPanelVM::startSize;
+  static constexpr double startHeight = 250;  ///< in dynamic sizing, before anything is measured
+  static constexpr double minTextHeight = 80;
+  static constexpr double maxTextHeight = 700;
+  static constexpr double heightMargin = 20;
+  static constexpr double recenterThreshold = 50;
+  static constexpr Duration recenterDelay = std::chrono::milliseconds(100);
+  static constexpr double maxHeightShare = 0.8;  ///< of the visible height of the main screen
+
+  ReviewViewState(MainQueue& queue, BackgroundQueue& background, ReviewPanelVM& session, PanelSettings& settings);
+
+  BackgroundComparison<LineDiff> lines;
+  BackgroundComparison<DiffElement> words;
+
+  ReviewViewMode viewMode() const { return shown_.mode; }
+  void setViewMode(ReviewViewMode mode);
+  /// The next mode, if there is a choice; for the Tab key.
+  void cycle();
+  /// Whether the user has a choice of modes. Without one the text is shown, whatever the mode.
+  bool offersComparison() const { return shown_.offersComparison; }
+  ReviewContent content() const { return shown_.content; }
+  /// One of the three above is another one. While the panel is open, the comparison to show has been asked for then.
+  Signal<> contentChanged;
+
+  double minWidth() const { return minSize_.width; }
+  double minHeight() const { return minSize_.height; }
+  /// What the panel's content must at least measure: the above, or a fixed size.
+  Size minimumSize() const { return sizing_ == ReviewWindowSizing::fixed ? fixedSize : minSize_; }
+  std::optional<double> maxHeight() const;
+  Size lastRecenterSize() const { return lastRecenterSize_; }
+  /// To be called after each layout with the size of the drawn text; takes effect with the queue's next turn.
+  void measured(Size sizeOfText);
+  /// minWidth(), minHeight() or minimumSize() is another one.
+  Signal<> sizeChanged;
+
+ private:
+  struct Shown {
+    ReviewViewMode mode = ReviewViewMode::text;
+    bool offersComparison = false;
+    ReviewContent content = ReviewContent::text;
+    friend bool operator==(const Shown&, const Shown&) = default;
+  };
+
+  void refresh(ReviewViewMode mode);
+  ReviewContent contentOf(ReviewViewMode mode) const;
+  void fit(Size sizeOfText);
+  void startSizing();
+  void setMinSize(Size size);
+
+  MainQueue& queue_;
+  ReviewPanelVM& session_;
+  bool comparisonEnabled_;
+  ReviewWindowSizing sizing_;
+  Shown shown_;
+  Size minSize_{fixedSize.width, startHeight};
+  Size lastRecenterSize_;
+  std::array<Connection, 8> changes_;
+  Lifetime lifetime_;
+};
+
+}  // namespace quillmark

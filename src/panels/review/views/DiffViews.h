@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QAbstractScrollArea>
+#include <vector>
+
+#include "base/Signal.h"
+#include "panels/review/BackgroundComparison.h"
+#include "panels/review/TextComparison.h"
+#include "widgets/TextColumn.h"
+
+namespace quillmark {
+
+/// The comparison by lines; a message while there is none.
+class LineByLineDiffView : public TextColumn {
+ public:
+  explicit LineByLineDiffView(BackgroundComparison<LineDiff>& comparison, QWidget* parent = nullptr);
+
+ protected:
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void fill();
+
+  BackgroundComparison<LineDiff>& comparison_;
+  Connection changes_;
+};
+
+/// The comparison by words, in rows that break where the panel ends; a message while there is none.
+class WordLevelDiffView : public QAbstractScrollArea, public AccessibleView {
+ public:
+  explicit WordLevelDiffView(BackgroundComparison<DiffElement>& comparison, QWidget* parent = nullptr);
+
+  QAccessibleInterface* makeAccessible() override;
+
+  /// An element with its place, in points from the top of all rows.
+  struct Word {
+    const DiffElement* element = nullptr;
+    QString text;
+    QRectF box;
+  };
+  const std::vector<Word>& words() const { return words_; }
+  /// What happened to the word, in words; empty for one that is as it was.
+  static QString help(const DiffElement& element);
+  /// From the coordinates of `words()` to those of the viewport.
+  QPointF origin() const;
+
+ protected:
+  bool viewportEvent(QEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void scrollContentsBy(int dx, int dy) override;
+
+ private:
+  void fill();
+  void layOut();
+
+  BackgroundComparison<DiffElement>& comparison_;
+  std::vector<std::vector<DiffElement>> lines_;
+  std::vector<Word> words_;  ///< from top to bottom
+  double height_ = 0;
+  Connection changes_;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QWidget>
+
+#include "widgets/TextColumn.h"
+
+namespace quillmark {
+
+/// What stands in place of a result when there is none: a sign, a title, and the reason as text that can be selected.
+class ErrorView : public QWidget {
+ public:
+  explicit ErrorView(QWidget* parent = nullptr);
+
+  void setMessage(const std::string& message);
+  TextColumn& message() { return message_; }
+
+ protected:
+  void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void fill();
+  void place();
+
+  QString text_;
+  TextColumn message_{this};
+  int top_ = 0;  ///< of the sign
+};
+
+}  // namespace quillmark

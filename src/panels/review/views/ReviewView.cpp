@@ -1,0 +1,316 @@
+#include "panels/review/views/ReviewView.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <cmath>
+
+#include "base/Localization.h"
+#include "base/Trace.h"
+#include "widgets/Look.h"
+
+namespace quillmark {
+
+namespace {
+
+constexpr int widestPicker = 400;
+constexpr int widestProvider = 100;
+constexpr int widestModel = 130;
+// Together with the start height of a text these make up the panel's start height.
+constexpr int topPadding = 12;
+constexpr int pickerGap = 8;
+constexpr int textGap = 6;  ///< below the text
+constexpr int barHeight = 50;
+constexpr int textInset = 20;  ///< how much narrower than the panel the text may be
+constexpr int textAllowance = 10;
+
+QString qt(const std::string& string) { return QString::fromStdString(string); }
+
+/// For the trace.
+constexpr std::array shownMarks{"review shows text",  "review shows styled", "review shows lines",
+                                "review shows words", "review shows error",  "review shows loading"};
+
+QStringList modeTitles() {
+  using enum ReviewViewMode;
+  QStringList titles;
+  for (const auto mode : {ReviewViewMode::text, styled, lineByLine, wordByWord}) {
+    titles += qt(title(mode));
+  }
+  return titles;
+}
+
+}  // namespace
+
+ReviewView::ReviewView(ReviewPanelVM& session, ReviewViewState& state, Pasteboard& pasteboard, QWidget* parent)
+    : QWidget(parent),
+      session_(session),
+      state_(state),
+      picker_(modeTitles()),
+      pages_(&content_),
+      result_(session),
+      lines_(state.lines),
+      words_(state.words),
+      provider_(qt(quillmark::tr("Provider")),
+                [this] {
+                  std::vector<DropDown::Item> items;
+                  for (const auto& item : session_.providerItems()) {
+                    items.push_back({qt(item.title), session_.selectedProvider.get() == item.id,
+                                     [this, id = item.id] { session_.changeProvider(id); }});
+                  }
+                  return items;
+                }),
+      model_(
+          qt(quillmark::tr("Model")),
+          [this] {
+            std::vector<DropDown::Item> items;
+            for (const auto& item : session_.modelItems()) {
+              items.push_back({qt(item.title), item.identifier && session_.selectedModel.get() == item.identifier, {}});
+              if (item.identifier) {
+                items.back().choose = [this, identifier = item.identifier] { session_.selectedModel.set(identifier); };
+              }
+            }
+            return items;
+          }),
+      reloading_(nullptr, look::targetHeight / 2) {
+  setWindowTitle(qt(quillmark::tr("Review")));
+  picker_.setAccessibleName(qt(quillmark::tr("View")));
+  picker_.setMaximumWidth(widestPicker);
+  picker_.onChoice = [this](int index) { state_.setViewMode(static_cast<ReviewViewMode>(index)); };
+
+  for (QWidget* page : std::initializer_list<QWidget*>{&result_, &lines_, &words_, &error_, &waiting_}) {
+    pages_.addWidget(page);
+  }
+  const auto copySelected = [&pasteboard](const QString& selected) {
+    pasteboard.clearContents();
+    pasteboard.setString(selected.toStdString());
+  };
+  for (TextColumn* column : std::initializer_list<TextColumn*>{&result_, &lines_, &error_.message()}) {
+    column->copyRequested = copySelected;
+  }
+  result_.measured = [this] { measure(); };
+  makeBar(bar_);
+
+  auto* const column = new QVBoxLayout(this);
+  column->setContentsMargins(0, topPadding, 0, 0);
+  column->setSpacing(0);
+  auto* const top = new QHBoxLayout(&head_);
+  top->setContentsMargins(0, 0, 0, pickerGap);
+  top->addStretch();
+  top->addWidget(&picker_, 1);
+  top->addStretch();
+  column->addWidget(&head_);
+  auto* const middle = new QHBoxLayout;
+  // The edges of the panel stay free, so that they can be dragged.
+  middle->setContentsMargins(8, 0, 8, textGap);
+  middle->addWidget(&content_);
+  column->addLayout(middle, 1);
+  column->addWidget(&bar_);
+
+  QWidget* before = &picker_;
+  for (QWidget* control : std::initializer_list<QWidget*>{&result_, &lines_, &words_, &error_, &provider_, &model_,
+                                                          &reload_, &discard_, &apply_, &copy_}) {
+    setTabOrder(before, control);
+    before = control;
+  }
+
+  changes_[0] = state_.contentChanged.connect([this] { showContent(); });
+  changes_[1] = state_.sizeChanged.connect([this] { fit(); });
+  changes_[2] = session_.menusChanged.connect([this] { showMenus(); });
+  changes_[3] = session_.loading.observe([this](bool) { showState(); });
+  changes_[4] = session_.hasError.observe([this](bool) { showState(); });
+  changes_[5] = session_.errorMessage.observe([this](const std::string& message) { error_.setMessage(message); });
+  changes_[6] = session_.isReviewOpen.observe([this](bool open) {
+    if (open) {
+      pages_.currentWidget()->setFocus();
+    }
+  });
+  error_.setMessage(session_.errorMessage.get());
+  session_.updateAvailableModels();
+  showMenus();
+  showState();
+  showContent();
+}
+
+void ReviewView::makeBar(QWidget& bar) {
+  bar.setFixedHeight(barHeight);
+  auto* const row = new QHBoxLayout(&bar);
+  // The titles of the menus stand under the text.
+  constexpr int side = look::panelPadding - PanelButton::ringRoom - 4;
+  row->setContentsMargins(side, 0, side, 0);
+  row->setSpacing(0);
+  provider_.setMaximumWidth(widestProvider + 2 * PanelButton::ringRoom);
+  model_.setMaximumWidth(widestModel + 2 * PanelButton::ringRoom);
+  for (DropDown* menu : {&provider_, &model_}) {
+    menu->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    menu->setTint(QPalette::PlaceholderText);
+    row->addWidget(menu);
+  }
+  row->addWidget(&reload_);
+  row->addStretch(1);
+  row->addWidget(&discard_);
+  row->addWidget(&apply_);
+  row->addWidget(&copy_);
+
+  discard_.describe(qt(quillmark::tr("Discard")), "xmark", qt(quillmark::tr("Discard changes (esc)")));
+  copy_.setTint(QPalette::PlaceholderText);
+  reload_.setTint(QPalette::PlaceholderText);
+  auto* const centred = new QHBoxLayout(&reload_);
+  centred->setContentsMargins({});
+  centred->addWidget(&reloading_, 0, Qt::AlignCenter);
+  reloading_.setAttribute(Qt::WA_TransparentForMouseEvents);
+
+  QObject::connect(&reload_, &QPushButton::clicked, this, [this] { session_.reload(); });
+  QObject::connect(&discard_, &QPushButton::clicked, this, [this] { session_.discard(); });
+  QObject::connect(&apply_, &QPushButton::clicked, this, [this] { session_.apply(ActionBehavior::replaceSelection); });
+  QObject::connect(&copy_, &QPushButton::clicked, this, [this] { session_.apply(ActionBehavior::copyToClipboard); });
+}
+
+void ReviewView::showContent() {
+  head_.setVisible(state_.offersComparison());
+  picker_.choose(static_cast<int>(state_.viewMode()));
+  QWidget* page = nullptr;
+  switch (state_.content()) {
+    case ReviewContent::text:
+    case ReviewContent::styled:
+      result_.setStyled(state_.content() == ReviewContent::styled);
+      page = &result_;
+      break;
+    case ReviewContent::lineByLine:
+      page = &lines_;
+      break;
+    case ReviewContent::wordByWord:
+      page = &words_;
+      break;
+    case ReviewContent::error:
+      page = &error_;
+      break;
+    case ReviewContent::loading:
+      page = &waiting_;
+      break;
+  }
+  const bool hadKeyboard = content_.isAncestorOf(focusWidget());
+  pages_.setCurrentWidget(page);
+  if (hadKeyboard) {
+    page->setFocus();
+  }
+  trace::mark(shownMarks[static_cast<std::size_t>(state_.content())]);
+  fit();
+}
+
+void ReviewView::showMenus() {
+  provider_.setLabel(qt(session_.providerLabel()));
+  model_.setLabel(qt(session_.modelLabel()));
+  model_.setEnabled(!session_.availableModels.get().empty());
+}
+
+void ReviewView::showState() {
+  const bool failed = session_.hasError.get();
+  const bool loading = session_.loading.get();
+  reload_.describe({}, loading ? "" : "arrow.2.squarepath", qt(quillmark::tr("Run again ({})", "Ctrl+R")));
+  reloading_.setVisible(loading);
+  apply_.describe(qt(quillmark::tr("Apply")), "checkmark",
+                  qt(failed ? quillmark::tr("Cannot apply due to error") : quillmark::tr("Apply changes (return)")));
+  apply_.setEnabled(session_.canApply());
+  copy_.describe(
+      {}, "document.on.document",
+      qt(failed ? quillmark::tr("Cannot copy due to error") : quillmark::tr("Copy to clipboard ({})", "Ctrl+C")));
+  copy_.setEnabled(session_.canApply());
+}
+
+void ReviewView::measure() {
+  if (!session_.isReviewOpen.get()) {
+    return;  // the next session begins with its own size
+  }
+  const QSizeF size = result_.textSize();
+  state_.measured({size.width(), size.height()});
+}
+
+void ReviewView::fit() {
+  const Size least = state_.minimumSize();
+  const bool showsText = state_.content() == ReviewContent::text || state_.content() == ReviewContent::styled;
+  // What the text asks for comes on top of what stands above and below it.
+  const double around =
+      topPadding + textGap + barHeight + (state_.offersComparison() ? picker_.sizeHint().height() + pickerGap : 0);
+  double height = least.height;
+  if (showsText && least != ReviewViewState::fixedSize) {
+    height = std::max(height, least.height - textAllowance + around);
+  }
+  if (const auto most = state_.maxHeight()) {
+    height = std::min(height, *most);
+  }
+  auto& panel = session_.panel();
+  const Size present = panel.contentSize();
+  const Size wanted{std::max(present.width, least.width), std::max(present.height, height)};
+  setMinimumSize(std::min(int(least.width), int(wanted.width)), std::min(int(least.height), int(wanted.height)));
+  if (QWidget* const frame = window(); frame != this && frame->layout()) {
+    // What the user can make of it by hand. The frame's margins are its shadow.
+    const QMargins shadow = frame->layout()->contentsMargins();
+    frame->setMinimumSize(minimumSize().grownBy(shadow));
+    if (const auto most = state_.maxHeight()) {
+      frame->setMaximumHeight(QSize(0, std::max(int(*most), minimumHeight())).grownBy(shadow).height());
+    }
+  }
+  if (wanted != present) {
+    panel.setContentSize(wanted);
+  }
+}
+
+bool ReviewView::event(QEvent* event) {
+  if (event->type() == QEvent::ShortcutOverride) {
+    event->accept();  // the keys below are the panel's
+  }
+  return QWidget::event(event);
+}
+
+bool ReviewView::focusNextPrevChild(bool next) {
+  // Tab is for the modes; the focus goes on by Shift+Tab.
+  return !(next && state_.offersComparison()) && QWidget::focusNextPrevChild(next);
+}
+
+bool ReviewView::moveInBar(bool forward) {
+  const std::array<QWidget*, 6> controls{&provider_, &model_, &reload_, &discard_, &apply_, &copy_};
+  auto at = std::ranges::find(controls, focusWidget());
+  if (at == controls.end()) {
+    return false;
+  }
+  do {
+    if (at == (forward ? controls.end() - 1 : controls.begin())) {
+      return true;
+    }
+    at += forward ? 1 : -1;
+  } while (!(*at)->isEnabled());
+  (*at)->setFocus(Qt::TabFocusReason);
+  return true;
+}
+
+void ReviewView::keyPressEvent(QKeyEvent* event) {
+  const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
+  const auto is = [&](Qt::Key key, Qt::KeyboardModifiers with = {}) {
+    return event->key() == key && modifiers == with;
+  };
+  if (is(Qt::Key_Tab)) {
+    state_.cycle();
+  } else if (is(Qt::Key_Escape)) {
+    session_.discard();
+  } else if (is(Qt::Key_Return) || is(Qt::Key_Enter)) {
+    session_.apply(ActionBehavior::replaceSelection);
+  } else if (is(Qt::Key_C, Qt::ControlModifier)) {
+    session_.apply(ActionBehavior::copyToClipboard);
+  } else if (is(Qt::Key_R, Qt::ControlModifier)) {
+    session_.reload();
+  } else if (is(Qt::Key_Left) || is(Qt::Key_Right)) {
+    moveInBar((event->key() == Qt::Key_Right) == (layoutDirection() == Qt::LeftToRight));
+  } else {
+    QWidget::keyPressEvent(event);
+  }
+}
+
+void ReviewView::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const double hairline = 1 / devicePixelRatioF();
+  look::drawHairline(painter, QRectF(bar_.geometry()).adjusted(hairline, 0, -hairline, 0), palette());
+}
+
+}  // namespace quillmark

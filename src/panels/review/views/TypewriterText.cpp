@@ -1,0 +1,164 @@
+#include "panels/review/views/TypewriterText.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QPainter>
+#include <QStyle>
+#include <algorithm>
+
+#include "base/Localization.h"
+#include "base/Text.h"
+#include "base/Trace.h"
+#include "panels/review/views/ReviewBlocks.h"
+#include "widgets/Accessibility.h"
+#include "widgets/Look.h"
+#include "widgets/TextBlocks.h"
+
+namespace quillmark {
+
+namespace {
+
+constexpr double margin = 10;
+constexpr std::size_t mostAtOnce = 16'384;  ///< bytes for which one frame has time
+
+const auto drawEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+/// What one frame draws of what has come. It ends with a line, however long, so that no line is laid out again for the
+/// sake of its next part.
+std::string_view nextPart(std::string_view added) {
+  if (added.size() <= mostAtOnce) {
+    return added;
+  }
+  auto end = added.rfind('\n', mostAtOnce - 1);
+  if (end == std::string_view::npos) {
+    end = added.find('\n', mostAtOnce);
+  }
+  return end == std::string_view::npos ? added : added.substr(0, end + 1);
+}
+
+}  // namespace
+
+LoadingText::LoadingText(QWidget* parent)
+    : QWidget(parent), pulse_(1, 0.6, 1200, [this](double opacity) {
+        opacity_ = opacity;
+        update();
+      }) {
+  setFont(look::font(14));
+  setRole(*this, QAccessible::StaticText);
+  setAccessibleName(QString::fromStdString(quillmark::tr("Loading...")));
+}
+
+QSize LoadingText::sizeHint() const { return {int(2 * margin) + 100, fontMetrics().height() + int(margin)}; }
+
+void LoadingText::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  pulse_.start(*this);
+}
+
+void LoadingText::hideEvent(QHideEvent* event) {
+  pulse_.stop();
+  QWidget::hideEvent(event);
+}
+
+void LoadingText::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setOpacity(opacity_);
+  painter.setPen(look::secondary(palette()));
+  painter.drawText(QRectF(rect()).adjusted(margin, 0, -margin, 0), look::leading(layoutDirection(), Qt::AlignTop),
+                   accessibleName());
+}
+
+TypewriterText::TypewriterText(ReviewPanelVM& session, QWidget* parent)
+    : TextColumn(parent), session_(session), pulse_(1, 0.8, 1000, [this](double opacity) { setOpacity(opacity); }) {
+  setTextMargins({margin, 0, margin, 0});
+  setAccessibleName(QString::fromStdString(quillmark::tr("Result")));
+  textChanges_ = session_.text.changed.connect([this](std::size_t kept) { textChanged(kept); });
+  streamingChanges_ = session_.isStreaming.observe([this](bool streaming) {
+    if (!streaming) {
+      pulse_.stop();
+    } else if (!pulse_.running()) {
+      pulse_.start(*this);
+    }
+  });
+  drawAll();
+}
+
+void TypewriterText::setStyled(bool styled) {
+  if (styled_ != styled) {
+    styled_ = styled;
+    drawAll();
+  }
+}
+
+void TypewriterText::textChanged(std::size_t kept) {
+  if (kept < drawn_) {
+    drawn_ = 0;
+  }
+  if (session_.text.empty()) {
+    drawAll();  // at once: the panel opens before the next round of events, and should not measure the text before
+  } else {
+    postDraw();
+  }
+}
+
+void TypewriterText::postDraw() {
+  if (!drawPosted_) {
+    drawPosted_ = true;
+    QCoreApplication::postEvent(this, new QEvent(drawEvent));
+  }
+}
+
+void TypewriterText::drawAll() {
+  drawn_ = 0;
+  draw(session_.text.get());
+}
+
+void TypewriterText::drawNext() {
+  drawPosted_ = false;
+  draw(nextPart(std::string_view(session_.text.get()).substr(drawn_)));
+  if (drawn_ < session_.text.get().size()) {
+    postDraw();
+  }
+}
+
+void TypewriterText::draw(std::string_view added) {
+  const bool grows = drawn_ > 0;
+  drawn_ += added.size();
+  const std::string_view whole = std::string_view(session_.text.get()).substr(0, drawn_);
+  std::size_t first = 0;
+  const bool wasMarkdown = asMarkdown_;
+  asMarkdown_ = false;
+  if (styled_) {
+    if (!grows) {
+      signs_.reset();
+    }
+    signs_.append(added);
+    first = grows ? markdown_.append(added) : markdown_.setText(whole);
+    asMarkdown_ = signs_.found();
+  }
+  const bool follow = grows || session_.isStreaming.get();
+  if (asMarkdown_) {
+    first = grows && wasMarkdown ? first : 0;
+    replaceFrom(first, blocks::markdown(markdown_.lines(), first, palette()), follow);
+  } else {
+    first = grows && !wasMarkdown ? blockCount() - 1 : 0;
+    lastLine_ = first == 0 ? 0 : lastLine_;
+    auto lines = blocks::plain(whole.substr(lastLine_), palette());
+    lastLine_ = std::size_t(text::splitAtNewlines(whole.substr(lastLine_)).back().data() - whole.data());
+    replaceFrom(first, std::move(lines), follow);
+  }
+  trace::mark("review text drawn");
+}
+
+bool TypewriterText::event(QEvent* event) {
+  if (event->type() == drawEvent) {
+    drawNext();
+    return true;
+  }
+  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange) {
+    drawAll();
+  }
+  return TextColumn::event(event);
+}
+
+}  // namespace quillmark

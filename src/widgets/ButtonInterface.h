@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QAccessibleWidget>
+
+#include "widgets/PanelButton.h"
+
+namespace quillmark {
+
+/// What assistive technology is told about a button.
+class ButtonInterface : public QAccessibleWidget {
+ public:
+  ButtonInterface(PanelButton& button, QAccessible::Role role) : QAccessibleWidget(&button, role), button_(button) {}
+
+  QAccessible::State state() const override;
+  // What lies on a button is a drawing.
+  int childCount() const override { return 0; }
+  QAccessibleInterface* child(int) const override { return nullptr; }
+  int indexOfChild(const QAccessibleInterface*) const override { return -1; }
+
+  QStringList actionNames() const override;
+  void doAction(const QString& action) override;
+
+ private:
+  PanelButton& button_;
+};
+
+}  // namespace quillmark

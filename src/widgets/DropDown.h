@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QListWidget>
+#include <functional>
+#include <vector>
+
+#include "widgets/PanelButton.h"
+
+namespace quillmark {
+
+/// A button that opens a list of choices. The list lies inside the panel, not in a window of its own, which some window
+/// systems would not let stand beside a panel, and opens upwards where there is more room.
+class DropDown : public PanelButton {
+ public:
+  struct Item {
+    QString title;
+    bool chosen = false;
+    std::function<void()> choose;  ///< none for a line that only says something
+  };
+
+  /// `help` says what is chosen here; `items` is asked at each opening.
+  DropDown(const QString& help, std::function<std::vector<Item>()> items, QWidget* parent = nullptr);
+
+  QAccessibleInterface* makeAccessible() override;
+  void setLabel(const QString& label);
+  void open();
+  bool isOpen() const { return list_ != nullptr; }
+  /// Closes an open list without a choice.
+  void dismiss();
+
+ protected:
+  bool eventFilter(QObject* object, QEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void chooseRow(int row);
+
+  QString help_;
+  std::function<std::vector<Item>()> items_;
+  std::vector<Item> shown_;
+  QListWidget* list_ = nullptr;
+};
+
+}  // namespace quillmark
