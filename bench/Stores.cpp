@@ -35,7 +35,7 @@ void fillStore(const std::filesystem::path& data, const StoreSize& size) {
     list.push_back(Command::make(name, std::nullopt, "Rewrite the following text as " + name + ": {{text}}",
                                  std::nullopt, CommandCategory::customAction));
   }
-  store.save(std::move(list), std::nullopt);
+  (void)store.save([&](auto& stored) { stored = std::move(list); }, std::nullopt);
 
   const IcuLocaleInfo locale("en");
   LanguageStore languages(defaults, locale);
@@ -45,7 +45,7 @@ void fillStore(const std::filesystem::path& data, const StoreSize& size) {
     const auto& id = available.at(next);
     items.push_back({id, id, std::nullopt, true, std::ssize(items), false});
   }
-  languages.save(std::move(items));
+  (void)languages.save([&](auto& stored) { stored = std::move(items); });
   ToneStore tones(defaults);
   while (tones.items().size() < size.tones) {
     if (!tones.addCustomTone(numbered("Tone", tones.items().size()))) {
@@ -80,7 +80,7 @@ void measureStores(int runs, Figures& figures) {
                timesOf(runs,
                        [&] {
                          store.incrementUsage(store.prompts.get().front().id);  // another list each time
-                         store.save(std::nullopt, std::nullopt);
+                         (void)store.save([](auto&) {}, std::nullopt);
                        }),
                std::nullopt});
 

@@ -74,7 +74,7 @@ std::vector<Figure> measureSearch(Stage& stage, int runs) {
                                      "Rewrite this text: {{text}}", std::nullopt, CommandCategory::customAction));
   }
   auto& store = stage.app().promptStore();
-  store.save(std::move(commands), std::nullopt);
+  (void)store.save([&](auto& list) { list = std::move(commands); }, std::nullopt);
   std::vector<double> first;
   std::vector<double> later;
   const auto type = [&stage](char letter) {

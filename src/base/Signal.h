@@ -43,7 +43,8 @@ class Signal {
   sigc::signal<void(Args...)> signal_;
 };
 
-/// A value that tells its observers when it is set. Main thread only.
+/// A value that tells its observers when it is set. Who gets a const one may look and observe, and nothing else. Main
+/// thread only.
 template <class T>
 class Observable {
  public:
@@ -73,19 +74,19 @@ class Observable {
     std::forward<Change>(change)(value_);
   }
 
-  [[nodiscard]] Connection observe(std::function<void(const T&)> handler) {
+  [[nodiscard]] Connection observe(std::function<void(const T&)> handler) const {
     return changed_.connect(std::move(handler));
   }
 
   /// Like observe(), and calls the handler with the present value at once.
-  [[nodiscard]] Connection bind(std::function<void(const T&)> handler) {
+  [[nodiscard]] Connection bind(std::function<void(const T&)> handler) const {
     handler(value_);
     return observe(std::move(handler));
   }
 
  private:
   T value_{};
-  Signal<const T&> changed_;
+  mutable Signal<const T&> changed_;
 };
 
 }  // namespace quillmark

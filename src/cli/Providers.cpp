@@ -62,10 +62,7 @@ int addProvider(const std::string& dataDirectory, const std::string& type, const
   }
   CurlHttpSession http;
   Session session(http, dataDirectory);
-  const auto before = session.providerStore.configs.get().size();
-  session.providerStore.addConfig(ProviderConfig::make({.providerType = *kind, .name = name}));
-  if (session.providerStore.configs.get().size() == before) {
-    complain("the provider could not be stored");
+  if (!session.providerStore.addConfig(ProviderConfig::make({.providerType = *kind, .name = name}))) {
     return 1;
   }
   print(session.providerStore.configs.get().back());
@@ -75,27 +72,26 @@ int addProvider(const std::string& dataDirectory, const std::string& type, const
 int changeProvider(const std::string& dataDirectory, const std::string& name, const ProviderChanges& changes) {
   CurlHttpSession http;
   Session session(http, dataDirectory);
-  auto config = session.providerCalled(name);
+  const auto config = session.providerCalled(name);
   if (!config) {
     return 1;
   }
+  std::optional<std::string> key;
   if (changes.readsKey) {
     std::string line;
     std::getline(std::cin, line);
-    config->apiKey = text::trimmed(line);
+    key = text::trimmed(line);
   }
-  config->baseURL = changes.baseURL.value_or(config->baseURL);
-  config->defaultModel = changes.defaultModel.value_or(config->defaultModel);
-  config->enabled = changes.enabled.value_or(config->enabled);
-  session.providerStore.updateConfig(*config);
-  if (session.providerStore.config(config->id) != config) {
-    complain("the change could not be stored");
-    return 1;
-  }
-  if (changes.makesDefault) {
-    session.providerStore.defaultProvider.set(config->id.toString());
-  }
-  return 0;
+  const bool stored = session.providerStore.changeConfig(config->id, [&](ProviderConfig& present) {
+    present.apiKey = key.value_or(present.apiKey);
+    present.baseURL = changes.baseURL.value_or(present.baseURL);
+    present.defaultModel = changes.defaultModel.value_or(present.defaultModel);
+    present.enabled = changes.enabled.value_or(present.enabled);
+    if (changes.makesDefault) {
+      session.providerStore.defaultProvider.set(present.id.toString());
+    }
+  });
+  return stored ? 0 : 1;
 }
 
 int verifyProvider(const std::string& dataDirectory, const std::string& name) {

@@ -16,23 +16,29 @@ void StandardErrorAlerts::present(const Alert& alert, Closed closed) {
   closed(alert.buttons.size() - 1);
 }
 
-Session::Session(HttpSession& http, const std::string& dataDirectory)
-    : defaults(defaultsFile(quillmark::dataDirectory(dataDirectory))),
-      locale(useInterfaceLanguage(defaults, bundle())),
-      alertHandler(queue, alerts),
-      appConfig(defaults, AppConfig::localPortOfEnvironment()),
-      transport(http, queue, bundle(), operatingSystem(), locale),
-      providerFactory({transport, http, queue, alertHandler, defaults, appConfig}),
-      promptStore(defaults),
-      variablesStore(defaults, locale),
-      providerStore(defaults) {
+StoredData::StoredData(const std::string& dataDirectory)
+    : defaults(defaultsFile(quillmark::dataDirectory(dataDirectory))) {
   if (const auto& place = defaults.setAside()) {
     complain("the stored settings were damaged; they are kept in " + *place);
   }
   if (const auto& problem = defaults.problem()) {
     complain(*problem);
   }
-  RunningVersion(defaults).store(bundle());
+  refusals_ = defaults.refused.connect(
+      [](const std::string& reason) { complain("the change could not be stored: " + reason); });
+}
+
+Session::Session(HttpSession& http, const std::string& dataDirectory)
+    : data(dataDirectory),
+      locale(useInterfaceLanguage(data.defaults, bundle())),
+      alertHandler(queue, alerts),
+      appConfig(data.defaults, AppConfig::localPortOfEnvironment()),
+      transport(http, queue, bundle(), operatingSystem(), locale),
+      providerFactory({transport, http, queue, alertHandler, data.defaults, appConfig}),
+      promptStore(data.defaults),
+      variablesStore(data.defaults, locale),
+      providerStore(data.defaults) {
+  RunningVersion(data.defaults).store(bundle());
   promptStore.loadUnchanged();
   providerStore.load();
 }

@@ -23,6 +23,19 @@ class StandardErrorAlerts : public Alerts {
 /// Writes "quillmark: <message>" to standard error.
 void complain(const std::string& message);
 
+/// The stored data of a program without a desktop. Complains of a file that was damaged or can't be used, and of every
+/// change that can't be stored; the program's exit status must then not be 0.
+class StoredData {
+ public:
+  /// An empty directory means the user's.
+  explicit StoredData(const std::string& dataDirectory);
+
+  SqliteUserDefaults defaults;
+
+ private:
+  Connection refusals_;
+};
+
 /// The services of the desktop program that need no desktop, over the same stored data.
 struct Session {
   /// An empty directory means the user's. Loads the stores.
@@ -32,7 +45,7 @@ struct Session {
   std::optional<ProviderConfig> providerCalled(const std::string& name) const;
 
   PosixMainQueue queue;
-  SqliteUserDefaults defaults;
+  StoredData data;
   IcuLocaleInfo locale;
   StandardErrorAlerts alerts;
   AlertHandler alertHandler;

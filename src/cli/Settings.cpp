@@ -6,7 +6,6 @@
 
 #include "base/Json.h"
 #include "cli/Session.h"
-#include "platform/posix/DataDirectory.h"
 
 namespace quillmark::cli {
 namespace {
@@ -21,6 +20,18 @@ std::string describe(const DefaultsValue& value) {
     std::string operator()(const std::vector<std::string>& list) const { return toText(Json(list)); }
   } words;
   return std::visit(words, value);
+}
+
+/// Empty for a key without a fallback.
+std::string describeFallback(const AnyStoredKey& key) {
+  struct {
+    std::string operator()(NoFallback) const { return {}; }
+    std::string operator()(const char* text) const { return text; }
+    std::string operator()(bool flag) const { return describe(flag); }
+    std::string operator()(std::int64_t number) const { return describe(number); }
+    std::string operator()(double number) const { return describe(number); }
+  } words;
+  return std::visit(words, key.fallback);
 }
 
 template <class Number>
@@ -77,8 +88,8 @@ void printRow(const std::string& key, const char* form, const std::string& value
 }  // namespace
 
 int readSettings(const std::string& dataDirectory, const std::string& key) {
-  const SqliteUserDefaults defaults(defaultsFile(quillmark::dataDirectory(dataDirectory)));
-  const auto value = defaults.value(key);
+  const StoredData data(dataDirectory);
+  const auto value = data.defaults.value(key);
   if (!value) {
     complain("nothing is stored under " + key);
     return 1;
@@ -88,14 +99,14 @@ int readSettings(const std::string& dataDirectory, const std::string& key) {
 }
 
 int listSettings(const std::string& dataDirectory) {
-  const SqliteUserDefaults defaults(defaultsFile(quillmark::dataDirectory(dataDirectory)));
-  for (const StoredKey& key : keys::all) {
+  const StoredData data(dataDirectory);
+  const SqliteUserDefaults& defaults = data.defaults;
+  for (const AnyStoredKey& key : keys::all) {
     if (key.isFamily()) {
       continue;  // its members are listed as they are stored
     }
     const auto value = defaults.value(key.name);
-    printRow(key.name, typeOf(key.form),
-             value ? summarize(key.name, *value) : std::string(key.fallback == nullptr ? "" : key.fallback));
+    printRow(key.name, typeOf(key.form), value ? summarize(key.name, *value) : describeFallback(key));
   }
   for (const auto& key : defaults.storedKeys()) {
     const auto known = keys::find(key);
@@ -131,14 +142,11 @@ int writeSetting(const std::string& dataDirectory, const std::string& key, const
                                                                      : "'" + value + "' is no " + typeOf(form));
     return 1;
   }
-  SqliteUserDefaults defaults(defaultsFile(quillmark::dataDirectory(dataDirectory)));
-  return defaults.set(key, *parsed) ? 0 : 1;
+  return StoredData(dataDirectory).defaults.set(key, *parsed) ? 0 : 1;
 }
 
 int removeSetting(const std::string& dataDirectory, const std::string& key) {
-  SqliteUserDefaults defaults(defaultsFile(quillmark::dataDirectory(dataDirectory)));
-  defaults.remove(key);
-  return 0;
+  return StoredData(dataDirectory).defaults.remove(key) ? 0 : 1;
 }
 
 }  // namespace quillmark::cli

@@ -70,8 +70,9 @@ void CommandImportService::add(Command command, const Title& translated) {
   if (translated) {
     command.name = *translated;
   }
-  collaborators_.promptStore.add(command);
-  collaborators_.alerts.show(installationSuccessful(command.name));
+  if (collaborators_.promptStore.add(command)) {
+    collaborators_.alerts.show(installationSuccessful(command.name));
+  }
 }
 
 void CommandImportService::translateTitle(const std::string& title, std::function<void(const Title&)> completion) {

@@ -15,6 +15,8 @@ auto find(Items& items, const std::string& id) {
   return std::find_if(items.begin(), items.end(), [&](const auto& item) { return item.id == id; });
 }
 
+constexpr const char* invalidItems = "the items are invalid";
+
 bool isValid(const Items& items) {
   std::set<std::string_view> ids;
   return !items.empty() && std::all_of(items.begin(), items.end(), [&](const auto& item) {
@@ -25,39 +27,38 @@ bool isValid(const Items& items) {
 }  // namespace
 
 ConfigurableStore::ConfigurableStore(UserDefaults& defaults, const Keys& keys)
-    : defaults_(defaults),
-      keys_(keys),
-      stored_(defaults, keys.items.name, configurableItemFromJson, JsonLayout::pretty) {}
+    : list_(defaults, keys.items,
+            {.read = configurableItemFromJson,
+             .layout = JsonLayout::pretty,
+             .initial = [this] { return defaultItems(); },
+             .problem =
+                 [](const Items& items) {
+                   return isValid(items) ? std::nullopt : std::optional<std::string>(invalidItems);
+                 }}),
+      defaults_(defaults),
+      keys_(keys) {}
 
 const Items& ConfigurableStore::items() {
-  if (!itemsCache.get()) {
-    Items loaded = load();
-    if (!itemsCache.get()) {  // the default items are there already, if they could be stored
-      itemsCache.set(std::move(loaded));
-    }
+  if (!list_.isLoaded()) {
+    load();
   }
-  return *itemsCache.get();
+  return itemsCache.get();
 }
 
-Items ConfigurableStore::load() {
-  const auto note = [this](const std::string& text) { log("[" + stored_.key() + "] " + text); };
-  auto [records, problem] = stored_.load();
-  if (records && isValid(*records)) {
-    note("Loaded " + std::to_string(records->size()) + " items from storage");
-    return std::move(*records);
+void ConfigurableStore::load() {
+  using enum LoadedList::Found;
+  const auto note = [this](const std::string& text) { log("[" + list_.key() + "] " + text); };
+  const auto [found, problem] = list_.load();
+  const std::string count = std::to_string(itemsCache->size());
+  if (found == list) {
+    note("Loaded " + count + " items from storage");
+    return;
   }
-  if (records) {
-    note("Loaded items are invalid, falling back to defaults");
-    stored_.setAside("the items are invalid");
-  } else if (problem.empty()) {
-    note("No data found in storage, using defaults");
-  } else {
-    note("Failed to decode items: " + problem + ", falling back to defaults");
-  }
-  Items defaults = defaultItems();
-  note("Creating " + std::to_string(defaults.size()) + " default items");
-  save(defaults);
-  return defaults;
+  note(found == nothing          ? "No data found in storage, using defaults"
+       : problem == invalidItems ? "Loaded items are invalid, falling back to defaults"
+                                 : "Failed to decode items: " + problem + ", falling back to defaults");
+  note("Creating " + count + " default items");
+  (void)save([](Items&) {});  // a refusal changes nothing: the default items hold also while nothing is stored
 }
 
 Items ConfigurableStore::enabledItems() {
@@ -67,75 +68,83 @@ Items ConfigurableStore::enabledItems() {
   return enabled;
 }
 
-bool ConfigurableStore::save(Items items) {
-  if (!stored_.store(items)) {
+bool ConfigurableStore::save(const Edit& edit) {
+  if (!list_.edit(edit)) {
     return false;
   }
-  itemsCache.set(std::move(items));
   defaults_.synchronize();
   return true;
 }
 
-void ConfigurableStore::setEnabled(const std::string& id, bool isEnabled) {
-  Items changed = items();
-  if (const auto found = find(changed, id); found != changed.end()) {
-    found->isEnabled = isEnabled;
-    save(std::move(changed));
-  }
+bool ConfigurableStore::setEnabled(const std::string& id, bool isEnabled) {
+  Items known = items();
+  return find(known, id) == known.end() || save([&](Items& list) {
+           if (const auto found = find(list, id); found != list.end()) {
+             found->isEnabled = isEnabled;
+           }
+         });
 }
 
-void ConfigurableStore::setAllEnabled(bool isEnabled) {
-  Items changed = items();
-  for (auto& item : changed) {
-    item.isEnabled = isEnabled;
-  }
-  save(std::move(changed));
-}
-
-void ConfigurableStore::reorder(const std::vector<std::string>& ids) {
-  Items left = items();
-  Items ordered;
-  for (std::size_t position = 0; position < ids.size(); ++position) {
-    if (const auto found = find(left, ids[position]); found != left.end()) {
-      found->order = static_cast<std::int64_t>(position);
-      ordered.push_back(std::move(*found));
-      left.erase(found);
+bool ConfigurableStore::setAllEnabled(bool isEnabled) {
+  return save([isEnabled](Items& list) {
+    for (auto& item : list) {
+      item.isEnabled = isEnabled;
     }
-  }
-  for (auto& item : left) {
-    item.order = std::ssize(ordered);
-    ordered.push_back(std::move(item));
-  }
-  save(std::move(ordered));
+  });
+}
+
+bool ConfigurableStore::reorder(const std::vector<std::string>& ids) {
+  return save([&ids](Items& list) {
+    Items ordered;
+    for (std::size_t position = 0; position < ids.size(); ++position) {
+      if (const auto found = find(list, ids[position]); found != list.end()) {
+        found->order = static_cast<std::int64_t>(position);
+        ordered.push_back(std::move(*found));
+        list.erase(found);
+      }
+    }
+    for (auto& item : list) {
+      item.order = std::ssize(ordered);
+      ordered.push_back(std::move(item));
+    }
+    list = std::move(ordered);
+  });
 }
 
 std::size_t ConfigurableStore::remove(const std::vector<std::string>& ids) {
-  Items left = items();
+  items();
   std::size_t failures = 0;
-  for (const auto& id : ids) {
-    const auto found = find(left, id);
-    if (found == left.end() || left.size() == 1) {
-      ++failures;
-    } else {
-      left.erase(found);
+  const bool stored = list_.edit([&](Items& list) {
+    for (const auto& id : ids) {
+      const auto found = find(list, id);
+      if (found == list.end() || list.size() == 1) {
+        ++failures;
+      } else {
+        list.erase(found);
+      }
     }
+    for (std::size_t position = 0; position < list.size(); ++position) {
+      list[position].order = static_cast<std::int64_t>(position);
+    }
+    return failures < ids.size();
+  });
+  if (stored) {
+    defaults_.synchronize();
   }
-  if (left.size() < items().size()) {
-    for (std::size_t position = 0; position < left.size(); ++position) {
-      left[position].order = static_cast<std::int64_t>(position);
-    }
-    if (!save(std::move(left))) {
-      return ids.size();
-    }
-  }
-  return failures;
+  return stored ? failures : ids.size();
 }
 
-bool ConfigurableStore::append(ConfigurableItem item) {
-  Items longer = items();
-  item.order = std::ssize(longer);
-  longer.push_back(std::move(item));
-  return save(std::move(longer));
+bool ConfigurableStore::append(ConfigurableItem item, const std::function<bool(const ConfigurableItem&)>& clashes) {
+  items();
+  // Looked for again among what is stored by then.
+  return list_.edit([&](Items& list) {
+    if (std::ranges::any_of(list, clashes)) {
+      return false;
+    }
+    item.order = std::ssize(list);
+    list.push_back(std::move(item));
+    return true;
+  });
 }
 
 std::optional<std::string> ConfigurableStore::defaultSelection() const {

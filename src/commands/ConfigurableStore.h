@@ -6,22 +6,25 @@
 
 #include "base/Signal.h"
 #include "commands/ConfigurableItem.h"
-#include "platform/StoredRecords.h"
+#include "platform/StoredList.h"
 
 namespace quillmark {
 
 /// A list that the user can edit: which items are offered, in which order, and which one a shortcut takes. It is read
-/// at the first use and never again. Main thread only.
+/// at the first use. Every edit gives false when it could not be stored; the list is then as it was. Main thread only.
 class ConfigurableStore {
+  StoredList<ConfigurableItem> list_;
+
  public:
   using Items = std::vector<ConfigurableItem>;
+  using Edit = std::function<void(Items&)>;
 
   ConfigurableStore(const ConfigurableStore&) = delete;
   ConfigurableStore& operator=(const ConfigurableStore&) = delete;
   virtual ~ConfigurableStore() = default;
 
-  /// Absent until the list has been read; then what was last saved.
-  Observable<std::optional<Items>> itemsCache;
+  /// Empty until the list has been read; then what is stored.
+  const Observable<Items>& itemsCache{list_.records()};
 
   /// Never empty. What is stored and is no list of distinct, named items is set aside and replaced by the default
   /// items.
@@ -33,13 +36,12 @@ class ConfigurableStore {
   /// The built-in list.
   virtual Items defaultItems() const = 0;
 
-  /// False when the list could not be stored; the old one then stands.
-  bool save(Items items);
-  void setEnabled(const std::string& id, bool isEnabled);
-  void setAllEnabled(bool isEnabled);
-  /// Gives the items with these ids their positions, and puts the others behind them. An id without an item leaves a
+  [[nodiscard]] bool save(const Edit& edit);
+  [[nodiscard]] bool setEnabled(const std::string& id, bool isEnabled);
+  [[nodiscard]] bool setAllEnabled(bool isEnabled);
+  /// Gives the items with these ids their positions, and puts the others after them. An id without an item leaves a
   /// gap.
-  void reorder(const std::vector<std::string>& ids);
+  [[nodiscard]] bool reorder(const std::vector<std::string>& ids);
   /// Saves once. Returns how many ids could not be removed: unknown ones, and the last item of the list.
   std::size_t remove(const std::vector<std::string>& ids);
 
@@ -53,22 +55,22 @@ class ConfigurableStore {
  protected:
   /// Where the items, the selection, and the selection of an old version are stored.
   struct Keys {
-    const StoredKey& items;
-    const StoredKey& selection;
-    const StoredKey& oldSelection;
+    const StoredKey<Data>& items;
+    const StoredKey<std::optional<std::string>>& selection;
+    const StoredKey<std::optional<std::string>>& oldSelection;
   };
   ConfigurableStore(UserDefaults& defaults, const Keys& keys);
 
   /// Takes over the selection of an old version. To be called by the subclass's constructor.
   void migrateLegacySelection();
-  bool append(ConfigurableItem item);
+  /// Gives the item the last position. False also when it clashes with one that is stored.
+  [[nodiscard]] bool append(ConfigurableItem item, const std::function<bool(const ConfigurableItem&)>& clashes);
 
  private:
-  Items load();
+  void load();
 
   UserDefaults& defaults_;
   Keys keys_;
-  StoredRecords<ConfigurableItem> stored_;
 };
 
 }  // namespace quillmark

@@ -52,13 +52,88 @@ ConfigurableStore::Items enabledOrDefault(ConfigurableStore& store) {
   return items.empty() ? store.defaultItems() : items;
 }
 
+std::optional<Command> findFor(const std::vector<Command>& list, const UserAction& action) {
+  const bool expands = action.kind == ActionCase::translate || action.kind == ActionCase::changeTone;
+  const UserAction stored = expands ? UserAction(action.kind) : action;
+  return first(list, [&](const auto& command) { return command.type == stored; });
+}
+
+void sortByCategory(std::vector<Command>& list) {
+  std::ranges::stable_sort(list, {}, [](const Command& command) { return sortRank(command.category); });
+}
+
+bool addMissingBaseCommands(std::vector<Command>& list) {
+  const std::size_t before = list.size();
+  for (const ActionCase action : baseActions()) {
+    if (!findFor(list, action)) {
+      log(UserAction(action).identifier() + " action added");
+      list.push_back(Command::make(UserAction(action)));
+    }
+  }
+  return list.size() > before;
+}
+
+std::vector<Command> baseCommands() {
+  std::vector<Command> list;
+  addMissingBaseCommands(list);
+  sortByCategory(list);
+  return list;
+}
+
+bool addMissingSlugs(std::vector<Command>& list) {
+  log("Migrating: Adding slugs to commands");
+  bool added = false;
+  for (auto& command : list) {
+    if (command.slug.empty()) {
+      command.slug = slugify(command.name);
+      added = true;
+    }
+  }
+  return added;
+}
+
+bool markCustomNames(std::vector<Command>& list) {
+  log("Migrating: Adding hasCustomName flags");
+  for (auto& command : list) {
+    if (command.type.kind == ActionCase::customPrompt) {
+      command.hasCustomName = true;
+      continue;
+    }
+    const std::string english = command.type.englishTitle();
+    command.hasCustomName = command.name != english;
+    log(command.hasCustomName ? "Marked '" + command.name + "' as customized (differs from English: '" + english + "')"
+                              : "Kept '" + command.name + "' as original (matches English baseline)");
+  }
+  return true;
+}
+
+/// Brings the commands of an older version up to date.
+struct Migration {
+  const char* version;                 ///< that brought it
+  bool (*run)(std::vector<Command>&);  ///< whether it has changed the list
+  const char* action;                  ///< label of the save
+  const char* completion;              ///< log line
+};
+
 }  // namespace
 
 CustomPromptStore::CustomPromptStore(UserDefaults& defaults, std::optional<Expansions> expansions)
-    : lastMigratedVersion(defaults),
+    : list_(defaults, keys::customPrompts,
+            {.read = commandFromJson,
+             .initial = baseCommands,
+             .emptyIsNone = true,
+             .recall =
+                 [this](auto& list) {
+                   for (const auto& [id, runs] : unsavedRuns_) {
+                     if (Command* command = withId(list, id)) {
+                       command->usageCount += runs;
+                     }
+                   }
+                 }}),
+      lastMigratedVersion(defaults),
       appVersion(defaults),
-      expansions_(expansions),
-      stored_(defaults, userDefaultsKey, commandFromJson) {
+      expansions_(expansions) {
+  editsElsewhere_ = list_.followed.connect([this] { buildSearchableCommands(); });
   if (expansions_) {
     follow(expansions_->languageStore, languages_);
     follow(expansions_->toneStore, tones_);
@@ -67,7 +142,7 @@ CustomPromptStore::CustomPromptStore(UserDefaults& defaults, std::optional<Expan
 
 void CustomPromptStore::follow(ConfigurableStore& store, Followed& followed) {
   followed.changes = store.itemsCache.observe([this, &store, &followed](const auto& items) {
-    if (!items) {
+    if (items.empty()) {
       return;
     }
     auto enabled = store.enabledItems();
@@ -81,115 +156,70 @@ void CustomPromptStore::follow(ConfigurableStore& store, Followed& followed) {
   });
 }
 
-bool CustomPromptStore::loadStored() {
-  auto list = stored_.load().records.value_or(std::vector<Command>());
-  if (list.empty()) {
-    log("No prompts found, initializing default prompts");
-    return false;
-  }
-  log("Load prompt " + std::to_string(list.size()));
-  prompts.set(std::move(list));
-  return true;
-}
-
 void CustomPromptStore::load() {
-  if (loadStored()) {
+  if (list_.load().found == LoadedList::Found::list) {
+    log("Load prompt " + std::to_string(prompts->size()));
     runMigrations();
     buildSearchableCommands();
-  } else {
-    initBasePrompts();
+    return;
+  }
+  log("No prompts found, initializing default prompts");
+  if (!save([](auto&) {}, "init base prompts")) {
+    buildSearchableCommands();  // the base commands hold also while nothing is stored
   }
 }
 
-void CustomPromptStore::loadUnchanged() {
-  if (!loadStored()) {
-    prompts.set(withMissingBaseCommands());
+void CustomPromptStore::loadUnchanged() { list_.load(); }
+
+bool CustomPromptStore::save(const Edit& edit, const std::optional<std::string>& action) {
+  const bool stored = list_.edit([&edit](auto& list) {
+    edit(list);
+    sortByCategory(list);
+  });
+  if (stored) {
+    unsavedRuns_.clear();
+    log("saved " + std::to_string(prompts->size()) + " action: " + action.value_or("none"));
+    buildSearchableCommands();
   }
+  return stored;
 }
 
-void CustomPromptStore::save(std::optional<std::vector<Command>> list, const std::optional<std::string>& action) {
-  std::vector<Command> sorted = std::move(list).value_or(prompts.get());
-  std::ranges::stable_sort(sorted, {}, [](const Command& command) { return sortRank(command.category); });
-  prompts.set(std::move(sorted));
-  log("saved " + std::to_string(prompts.get().size()) + " action: " + action.value_or("none"));
-  stored_.store(prompts.get());
-  buildSearchableCommands();
-}
-
-std::vector<Command> CustomPromptStore::withMissingBaseCommands() {
-  std::vector<Command> list = prompts.get();
-  for (const ActionCase action : baseActions()) {
-    if (!commandFor(action)) {
-      log(UserAction(action).identifier() + " action added");
-      list.push_back(Command::make(UserAction(action)));
-    }
-  }
-  return list;
-}
-
-void CustomPromptStore::initBasePrompts() {
-  std::vector<Command> list = withMissingBaseCommands();
-  if (list.size() > prompts.get().size()) {
-    save(std::move(list), "init base prompts");
-  }
+bool CustomPromptStore::initBasePrompts() {
+  std::vector<Command> list = prompts;
+  return !addMissingBaseCommands(list) || save(addMissingBaseCommands, "init base prompts");
 }
 
 void CustomPromptStore::runMigrations() {
-  struct Migration {
-    const char* version;  ///< that brought it
-    void (CustomPromptStore::*run)();
-  };
-  constexpr Migration migrations[] = {
-      {"2.0.4", &CustomPromptStore::addMissingCommands},
-      {"2.4.0", &CustomPromptStore::addSlugs},
-      {"2.12.0", &CustomPromptStore::markCustomNames},
+  static constexpr Migration migrations[] = {
+      {"2.0.4", addMissingBaseCommands, "init base prompts", nullptr},
+      {"2.4.0", addMissingSlugs, "migration", "Migration complete: Added slugs to commands"},
+      {"2.12.0", markCustomNames, "hasCustomName migration", "Migration complete: Added hasCustomName flags"},
   };
   for (const auto& migration : migrations) {
     // Each step leaves the running version behind: what a later one then finds may not be old any more. A store without
     // a version is older than all of them.
-    if (text::compareNumerically(lastMigratedVersion.get(), migration.version) < 0) {
-      (this->*migration.run)();
-      lastMigratedVersion.set(appVersion.get());
-    }
-  }
-}
-
-void CustomPromptStore::addMissingCommands() {
-  log("Add missing initial prompts for " + appVersion.get());
-  initBasePrompts();
-}
-
-void CustomPromptStore::addSlugs() {
-  log("Migrating: Adding slugs to commands");
-  std::vector<Command> list = prompts.get();
-  bool added = false;
-  for (auto& command : list) {
-    if (command.slug.empty()) {
-      command.slug = slugify(command.name);
-      added = true;
-    }
-  }
-  if (added) {
-    save(std::move(list), "migration");
-    log("Migration complete: Added slugs to commands");
-  }
-}
-
-void CustomPromptStore::markCustomNames() {
-  log("Migrating: Adding hasCustomName flags");
-  std::vector<Command> list = prompts.get();
-  for (auto& command : list) {
-    if (command.type.kind == ActionCase::customPrompt) {
-      command.hasCustomName = true;
+    if (text::compareNumerically(lastMigratedVersion.get(), migration.version) >= 0) {
       continue;
     }
-    const std::string english = command.type.englishTitle();
-    command.hasCustomName = command.name != english;
-    log(command.hasCustomName ? "Marked '" + command.name + "' as customized (differs from English: '" + english + "')"
-                              : "Kept '" + command.name + "' as original (matches English baseline)");
+    if (migration.run == addMissingBaseCommands) {
+      log("Add missing initial prompts for " + appVersion.get());
+    }
+    bool changed = false;
+    const bool stored = list_.edit([&](auto& list) {
+      changed = migration.run(list);
+      sortByCategory(list);
+      lastMigratedVersion.set(appVersion.get());
+    });
+    if (!stored) {
+      return;  // the next start tries again
+    }
+    if (changed) {
+      log("saved " + std::to_string(prompts->size()) + " action: " + migration.action);
+      if (migration.completion != nullptr) {
+        log(migration.completion);
+      }
+    }
   }
-  save(std::move(list), "hasCustomName migration");
-  log("Migration complete: Added hasCustomName flags");
 }
 
 void CustomPromptStore::buildSearchableCommands() {
@@ -243,9 +273,7 @@ std::optional<Command> CustomPromptStore::commandFor(const UserAction& action) c
     }
     return freeStyle_;
   }
-  const bool expands = action.kind == ActionCase::translate || action.kind == ActionCase::changeTone;
-  const UserAction stored = expands ? UserAction(action.kind) : action;
-  return first(prompts.get(), [&](const auto& command) { return command.type == stored; });
+  return findFor(prompts, action);
 }
 
 std::optional<Command> CustomPromptStore::commandForSlug(const std::string& slug) const {
@@ -262,61 +290,61 @@ std::vector<Command> CustomPromptStore::mainCommands() const {
   return all(commands(CommandCategory::mainAction), isOfferedByItself);
 }
 
-void CustomPromptStore::add(std::optional<Command> command) {
-  std::vector<Command> list = prompts.get();
-  list.push_back(command ? std::move(*command)
-                         : Command::make(tr("New Command"), std::nullopt, std::nullopt, std::nullopt,
-                                         CommandCategory::customAction));
-  save(std::move(list), "add prompt");
-}
-
-void CustomPromptStore::update(Command command) {
-  std::vector<Command> list = prompts.get();
-  if (Command* present = withId(list, command.id)) {
-    *present = std::move(command);
-    present->slug = slugify(present->name);
+bool CustomPromptStore::add(std::optional<Command> command) {
+  if (!command) {
+    command = Command::make(tr("New Command"), std::nullopt, std::nullopt, std::nullopt, CommandCategory::customAction);
   }
-  save(std::move(list), "update prompt");
+  return save([&command](auto& list) { list.push_back(std::move(*command)); }, "add prompt");
 }
 
-void CustomPromptStore::duplicate(const std::optional<Uuid>& id) {
+bool CustomPromptStore::update(Command command) {
+  command.slug = slugify(command.name);
+  return save(
+      [&command](auto& list) {
+        if (Command* present = withId(list, command.id)) {
+          *present = std::move(command);
+        }
+      },
+      "update prompt");
+}
+
+bool CustomPromptStore::duplicate(const std::optional<Uuid>& id) {
   auto copy = command(id);
   if (!copy) {
-    return;
+    return true;
   }
   copy->id = Uuid::random();
   copy->name += tr(" Copy");
   copy->type = ActionCase::customPrompt;
-  add(std::move(copy));
+  return add(std::move(copy));
 }
 
 void CustomPromptStore::incrementUsage(const std::optional<Uuid>& id) {
   if (!id) {
     return;
   }
-  prompts.mutateQuietly([&](auto& list) {
+  list_.changeUnstored([&](auto& list) {
     if (Command* command = withId(list, *id)) {
       ++command->usageCount;
+      ++unsavedRuns_[*id];
     }
   });
 }
 
-void CustomPromptStore::merge(Command command) {
-  prompts.mutate([&](auto& list) {
-    if (command.type.kind != ActionCase::customPrompt) {
-      const auto builtIn = std::ranges::find(list, command.type, &Command::type);
-      if (builtIn != list.end()) {
-        *builtIn = Command::make(command.type);
-        builtIn->behavior = command.behavior;
-        return;
-      }
+void CustomPromptStore::merge(std::vector<Command>& list, Command command) {
+  if (command.type.kind != ActionCase::customPrompt) {
+    const auto builtIn = std::ranges::find(list, command.type, &Command::type);
+    if (builtIn != list.end()) {
+      *builtIn = Command::make(command.type);
+      builtIn->behavior = command.behavior;
+      return;
     }
-    if (Command* present = withId(list, command.id)) {
-      *present = std::move(command);
-    } else {
-      list.push_back(std::move(command));
-    }
-  });
+  }
+  if (Command* present = withId(list, command.id)) {
+    *present = std::move(command);
+  } else {
+    list.push_back(std::move(command));
+  }
 }
 
 }  // namespace quillmark

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,14 +13,19 @@
 #include "commands/MigratedVersion.h"
 #include "platform/MainQueue.h"
 #include "platform/RunningVersion.h"
-#include "platform/StoredRecords.h"
+#include "platform/StoredList.h"
 #include "platform/UserDefaults.h"
 
 namespace quillmark {
 
-/// The user's commands, and the flat list of them that the command menu searches. Main thread only.
+/// The user's commands, and the flat list of them that the command menu searches. What changes the commands gives false
+/// when it could not be stored; they are then as they were. Main thread only.
 class CustomPromptStore {
+  StoredList<Command> list_;
+
  public:
+  using Edit = std::function<void(std::vector<Command>&)>;
+
   static constexpr const char* userDefaultsKey = keys::customPrompts.name;
 
   /// What the flat list is made of besides the commands.
@@ -33,7 +40,8 @@ class CustomPromptStore {
   MigratedVersion lastMigratedVersion;
   RunningVersion appVersion;  ///< stored before this store loads
 
-  Observable<std::vector<Command>> prompts;  ///< sorted by category, then in the user's order; empty before load()
+  /// Sorted by category, then in the user's order; empty before load().
+  const Observable<std::vector<Command>>& prompts{list_.records()};
   /// Enabled commands by usage, where a translate command stands once for each language and a change-tone command once
   /// for each tone. Never stored; always empty in a store without expansions.
   Observable<std::vector<Command>> searchableCommands;
@@ -43,10 +51,11 @@ class CustomPromptStore {
   void load();
   /// The same for a program that only runs commands: nothing is brought up to date and nothing stored.
   void loadUnchanged();
-  /// Sorts by category (stable), publishes and stores the list; `action` is a label for the log.
-  void save(std::optional<std::vector<Command>> list, const std::optional<std::string>& action);
+  /// Edits the commands that are stored now, sorts them by category (stable), stores and shows them; `action` is a
+  /// label for the log.
+  [[nodiscard]] bool save(const Edit& edit, const std::optional<std::string>& action);
   /// Adds the base commands that are missing; touches none that exists.
-  void initBasePrompts();
+  [[nodiscard]] bool initBasePrompts();
   /// To be called after each change of the commands, which save() does; follows the languages and tones by itself.
   void buildSearchableCommands();
 
@@ -63,16 +72,16 @@ class CustomPromptStore {
   std::vector<Command> mainCommands() const;
 
   /// Appends a command, or a new empty one, and saves. Names and slugs need not be unique.
-  void add(std::optional<Command> command);
+  [[nodiscard]] bool add(std::optional<Command> command);
   /// Replaces the command with the same id and gives it the slug of its name; saves in any case.
-  void update(Command command);
+  [[nodiscard]] bool update(Command command);
   /// Adds a copy as a custom prompt of its own.
-  void duplicate(const std::optional<Uuid>& id);
+  [[nodiscard]] bool duplicate(const std::optional<Uuid>& id);
   /// Counts a run. The count reaches the database and the order of the menu at the next save.
   void incrementUsage(const std::optional<Uuid>& id);
-  /// Takes in one command of a backup. A built-in action is reset and keeps only the behaviour; a custom prompt
-  /// replaces the one with its id or is appended. Does not save.
-  void merge(Command command);
+  /// Takes one command of a backup into a list that is being edited. A built-in action is reset and keeps only the
+  /// behaviour; a custom prompt replaces the one with its id or is appended.
+  static void merge(std::vector<Command>& list, Command command);
 
  private:
   /// One of the two lists that the flat list follows.
@@ -82,16 +91,12 @@ class CustomPromptStore {
     TimerHandle rebuild;
   };
 
-  bool loadStored();
-  std::vector<Command> withMissingBaseCommands();
   void runMigrations();
-  void addMissingCommands();
-  void addSlugs();
-  void markCustomNames();
   void follow(ConfigurableStore& store, Followed& followed);
 
   std::optional<Expansions> expansions_;
-  StoredRecords<Command> stored_;
+  std::map<Uuid, std::int64_t> unsavedRuns_;  // what incrementUsage() has counted since the last save
+  Connection editsElsewhere_;
   mutable std::optional<Command> freeStyle_;
   Followed languages_;
   Followed tones_;

@@ -75,11 +75,10 @@ std::vector<std::string> LanguageStore::availableLanguages() {
 }
 
 bool LanguageStore::addLanguage(const std::string& id) {
-  const bool isKnown = std::ranges::find(items(), id, &LanguageItem::id) != items().end();
-  if (id.empty() || isKnown || locale_.canonicalIdentifier(id) != id) {
+  if (id.empty() || locale_.canonicalIdentifier(id) != id) {
     return false;
   }
-  return append({id, id, std::nullopt, true, 0, false});
+  return append({id, id, std::nullopt, true, 0, false}, [&id](const auto& item) { return item.id == id; });
 }
 
 }  // namespace quillmark

@@ -21,8 +21,8 @@ class LanguageStore final : public ConfigurableStore {
 
   /// Identifiers that could be added, by display name: a language, or a language with one region or script.
   std::vector<std::string> availableLanguages();
-  /// False for an identifier that is there already, or that the system writes differently.
-  bool addLanguage(const std::string& id);
+  /// False also for an identifier that is there already, or that the system writes differently.
+  [[nodiscard]] bool addLanguage(const std::string& id);
 
  private:
   /// In the interface language, without a flag.

@@ -38,12 +38,19 @@ std::vector<Command> fallbackTemplates() {
 
 TemplateStore::TemplateStore(UserDefaults& defaults, HttpTransport& transport, const AppConfig& appConfig,
                              const MainQueue& queue)
-    : lastFetchTimestamp(defaults, keys::templatesLastFetch),
+    : list_(defaults, keys::cachedTemplates,
+            {.read = commandFromJson, .initial = fallbackTemplates, .emptyIsNone = true}),
+      lastFetchTimestamp(defaults, keys::templatesLastFetch),
       cachedTemplatesCount(defaults, keys::cachedTemplatesCount),
-      queue_(queue),
-      stored_(defaults, userDefaultsKey, commandFromJson) {
-  loadCache();
-  useFallbackIfEmpty();
+      queue_(queue) {
+  const bool isCached = list_.load().found == LoadedList::Found::list;
+  const std::string count = std::to_string(templates->size());
+  if (isCached) {
+    log("Loaded " + count + " cached templates");
+  } else {
+    log("No cached templates found");
+    log("Initialized " + count + " fallback templates");
+  }
   const double last = lastFetchTimestamp.get();
   if (last == 0 || now() - last >= weekInSeconds) {
     fetch(transport, appConfig);
@@ -64,16 +71,6 @@ std::vector<Command> TemplateStore::filteredTemplates(const std::string& query) 
   return result;
 }
 
-void TemplateStore::loadCache() {
-  auto list = stored_.load().records.value_or(std::vector<Command>());
-  if (list.empty()) {
-    log("No cached templates found");
-    return;
-  }
-  log("Loaded " + std::to_string(list.size()) + " cached templates");
-  templates.set(std::move(list));
-}
-
 void TemplateStore::fetch(HttpTransport& transport, const AppConfig& appConfig) {
   log("Fetching templates from API...");
   using Records = std::vector<CommandTemplate>;
@@ -86,34 +83,22 @@ void TemplateStore::fetch(HttpTransport& transport, const AppConfig& appConfig) 
 void TemplateStore::take(const Expected<std::vector<CommandTemplate>, TransportError>& answer) {
   if (!answer) {
     log("Failed to fetch templates from API: " + answer.error().description);
-    useFallbackIfEmpty();
     return;
   }
-  std::vector<Command> list;
-  std::ranges::transform(*answer, std::back_inserter(list), &CommandTemplate::toCommand);
-  templates.set(std::move(list));
-  cache();
-}
-
-void TemplateStore::cache() {
-  // Without the list its date would keep the next start from fetching it.
-  if (!stored_.store(templates)) {
-    return;
+  const std::string count = std::to_string(answer->size());
+  // Nothing of this is the user's, who is not told when it can't be kept: the next start fetches it again.
+  const bool cached = list_.edit(
+      [&](std::vector<Command>& list) {
+        list.clear();
+        std::ranges::transform(*answer, std::back_inserter(list), &CommandTemplate::toCommand);
+        cachedTemplatesCount.set(std::ssize(list));
+        lastFetchTimestamp.set(now());
+      },
+      Durability::endOfProcess);
+  if (cached) {
+    log("Cached " + count + " templates");
+    log("Successfully fetched and cached " + count + " templates from API");
   }
-  const std::string count = std::to_string(templates->size());
-  cachedTemplatesCount.set(std::ssize(templates.get()));
-  lastFetchTimestamp.set(now());
-  log("Cached " + count + " templates");
-  log("Successfully fetched and cached " + count + " templates from API");
-}
-
-void TemplateStore::useFallbackIfEmpty() {
-  if (!templates->empty()) {
-    return;
-  }
-  auto list = fallbackTemplates();
-  log("Initialized " + std::to_string(list.size()) + " fallback templates");
-  templates.set(std::move(list));
 }
 
 double TemplateStore::now() const { return std::chrono::duration<double>(queue_.now().time_since_epoch()).count(); }

@@ -9,7 +9,7 @@
 #include "commands/Command.h"
 #include "commands/CommandTemplate.h"
 #include "platform/MainQueue.h"
-#include "platform/StoredRecords.h"
+#include "platform/StoredList.h"
 #include "platform/UserDefaults.h"
 #include "providers/AppConfig.h"
 #include "providers/HttpTransport.h"
@@ -19,6 +19,8 @@ namespace quillmark {
 /// The hosted service's catalogue of ready-made commands: the copy that was kept of it, or the built-in ones while
 /// there is none. Only making the store fetches the catalogue, and at most once a day. Main thread only.
 class TemplateStore {
+  StoredList<Command> list_;
+
  public:
   static constexpr const char* userDefaultsKey = keys::cachedTemplates.name;
   static constexpr double weekInSeconds = 86400.0;  ///< how long a copy is good: a day, whatever the name says
@@ -27,7 +29,7 @@ class TemplateStore {
   /// aside and counts as none.
   TemplateStore(UserDefaults& defaults, HttpTransport& transport, const AppConfig& appConfig, const MainQueue& queue);
 
-  Observable<std::vector<Command>> templates;
+  const Observable<std::vector<Command>>& templates{list_.records()};
   Setting<double> lastFetchTimestamp;  ///< seconds since 1970-01-01 00:00:00 UTC; 0: never
   Setting<std::int64_t> cachedTemplatesCount;
 
@@ -35,16 +37,12 @@ class TemplateStore {
   std::vector<Command> filteredTemplates(const std::string& query) const;
 
  private:
-  void loadCache();
   void fetch(HttpTransport& transport, const AppConfig& appConfig);
   void take(const Expected<std::vector<CommandTemplate>, TransportError>& answer);
-  void cache();
-  void useFallbackIfEmpty();
   /// Seconds since 1970.
   double now() const;
 
   const MainQueue& queue_;
-  StoredRecords<Command> stored_;
   Lifetime lifetime_;
 };
 

@@ -70,9 +70,8 @@ bool ToneStore::addCustomTone(const std::string& name) {
   }
   const std::string lowerCased = text::lowerCased(trimmed);
   const std::string id = customToneId(lowerCased);
-  const bool isKnown = std::ranges::any_of(
-      items(), [&](const auto& item) { return text::lowerCased(item.name) == lowerCased || item.id == id; });
-  return !isKnown && append({id, trimmed, std::nullopt, true, 0, true});
+  return append({id, trimmed, std::nullopt, true, 0, true},
+                [&](const auto& item) { return text::lowerCased(item.name) == lowerCased || item.id == id; });
 }
 
 }  // namespace quillmark

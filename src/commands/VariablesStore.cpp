@@ -7,29 +7,36 @@
 
 namespace quillmark {
 
+namespace {
+
+std::vector<Variable> examples() {
+  return {{Uuid::random(), "name", "Jane Sample", tr("Your name"), false},
+          {Uuid::random(), "role", "Managing Director of Sample Corp", tr("Your role"), false}};
+}
+
+}  // namespace
+
 VariablesStore::VariablesStore(UserDefaults& defaults, const LocaleInfo& locale)
-    : preferredLocale(defaults, keys::preferredLocale),
-      stored_(defaults, userDefaultsKey, variableFromJson),
+    : list_(defaults, keys::variables, {.read = variableFromJson, .initial = examples}),
+      preferredLocale(defaults, keys::preferredLocale),
       locale_(locale) {
   load();
   updateStaticVariables();
+  localeChanges_ = preferredLocale.observe([this](const std::string&) { updateStaticVariables(); });
 }
 
 void VariablesStore::load() {
-  if (auto stored = stored_.load(); stored.records) {
-    log("Load variables " + std::to_string(stored.records->size()));
-    variables.set(std::move(*stored.records));
-    return;
+  if (list_.load().found == LoadedList::Found::list) {
+    log("Load variables " + std::to_string(variables->size()));
   }
-  variables.mutate([](auto& list) {
-    list.push_back({Uuid::random(), "name", "Jane Sample", tr("Your name"), false});
-    list.push_back({Uuid::random(), "role", "Managing Director of Sample Corp", tr("Your role"), false});
-  });
 }
 
-void VariablesStore::save() {
-  log("saved " + std::to_string(variables.get().size()));
-  stored_.store(variables.get());
+bool VariablesStore::save(const Edit& edit) {
+  if (!list_.edit(edit)) {
+    return false;
+  }
+  log("saved " + std::to_string(variables->size()));
+  return true;
 }
 
 void VariablesStore::updateStaticVariables() {
@@ -65,17 +72,15 @@ std::optional<Variable> VariablesStore::variable(const std::optional<Uuid>& id) 
   return found == list.end() ? std::nullopt : std::optional(*found);
 }
 
-void VariablesStore::upsert(Variable variable) {
-  variables.mutate([&](auto& list) {
-    const auto found =
-        std::find_if(list.begin(), list.end(), [&](const auto& candidate) { return candidate.key == variable.key; });
+bool VariablesStore::upsert(Variable variable) {
+  return save([&variable](auto& list) {
+    const auto found = std::ranges::find(list, variable.key, &Variable::key);
     if (found == list.end()) {
       list.push_back(std::move(variable));
     } else {
       *found = std::move(variable);
     }
   });
-  save();
 }
 
 }  // namespace quillmark

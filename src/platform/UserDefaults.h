@@ -1,25 +1,19 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
+#include "base/Expected.h"
 #include "base/RawValue.h"
 #include "base/Signal.h"
+#include "platform/DefaultsValue.h"
 #include "platform/StoredKeys.h"
 
 namespace quillmark {
-
-/// Bytes of a stored value, told apart from a string.
-struct Data {
-  std::string bytes;
-  friend bool operator==(const Data&, const Data&) = default;
-};
-
-using DefaultsValue = std::variant<bool, std::int64_t, double, std::string, Data, std::vector<std::string>>;
 
 /// What a stored value must survive. A counter or a flag that the next start puts right needs not wait for the disk.
 enum class Durability { lossOfPower, endOfProcess };
@@ -34,13 +28,24 @@ class UserDefaults {
   virtual ~UserDefaults() = default;
 
   virtual std::optional<DefaultsValue> value(std::string_view key) const = 0;
-  /// False when the value could not be stored; the old one then stands, and a log line says why.
-  bool set(std::string_view key, DefaultsValue value, Durability durability = Durability::lossOfPower) {
-    return store(key, std::move(value), durability);
-  }
-  virtual void remove(std::string_view key) = 0;
+  /// A number that the key had with no other value; 0 while there is none.
+  virtual std::uint64_t revision(std::string_view key) const = 0;
   /// Returns when everything set so far would survive a loss of power.
   virtual void synchronize() = 0;
+
+  /// False when the value could not be stored; the old one then stays. `refused` tells of it too.
+  bool set(std::string_view key, DefaultsValue value, Durability durability = Durability::lossOfPower) {
+    return change(key, std::move(value), durability);
+  }
+  /// The same for taking a value away. True when there is none.
+  bool remove(std::string_view key, Durability durability = Durability::lossOfPower) {
+    return change(key, std::nullopt, durability);
+  }
+
+  /// Runs an edit of several values as one: what it reads is what is stored now, no other process writes in between,
+  /// and all that it sets is stored when it returns true, or nothing. Observers are told afterwards. A transaction
+  /// inside another one is a part of that. False when the edit says so or when anything could not be stored.
+  [[nodiscard]] bool transaction(const std::function<bool()>& edit, Durability durability = Durability::lossOfPower);
 
   /// The value under the key when it has this type; nothing otherwise.
   template <class T>
@@ -54,43 +59,61 @@ class UserDefaults {
 
   /// A key was set or removed, by this process or by another one.
   Signal<const std::string&> changed;
+  /// Why something could not be stored that should survive a loss of power, in a few words. The user must be told; what
+  /// need not survive that is only logged.
+  Signal<const std::string&> refused;
 
  protected:
-  virtual bool store(std::string_view key, DefaultsValue value, Durability durability) = 0;
+  /// Stores one value or takes it away, as a part of the transaction that has begun or by itself: true when observers
+  /// are to be told, or the reason why it could not be done.
+  virtual Expected<bool, std::string> write(const std::string& key, const std::optional<DefaultsValue>& value,
+                                            Durability durability) = 0;
+  /// From begin() to commit() or rollBack() no other process writes. Each gives the reason when it fails.
+  virtual Expected<void, std::string> begin(Durability durability) = 0;
+  virtual Expected<void, std::string> commit(Durability durability) = 0;
+  virtual void rollBack() = 0;
+
+ private:
+  struct Transaction {
+    std::vector<std::string> touched;  // keys in the order of their first change
+    bool refused = false;              // one of its writes failed, so all of it does
+    std::string reason;
+  };
+
+  bool change(std::string_view key, std::optional<DefaultsValue> value, Durability durability);
+  void refuse(const std::string& what, const std::string& reason, Durability durability);
+
+  std::optional<Transaction> transaction_;
 };
 
-/// A value bound to a key: reads its default while the key is absent and never writes the default back. An
+/// A value bound to a key: reads its fallback while the key is absent and never writes the fallback back. An
 /// enumeration is stored as its raw string; an optional value is absent while nothing is stored, and removed by storing
 /// nothing.
 template <class T>
 class Setting {
  public:
-  Setting(UserDefaults& defaults, const StoredKey& key, Durability durability = Durability::lossOfPower)
+  Setting(UserDefaults& defaults, KeyFor<T> key, Durability durability = Durability::lossOfPower)
       : defaults_(defaults), key_(key), durability_(durability) {}
 
   T get() const {
     if constexpr (std::is_enum_v<T>) {
       const auto raw = defaults_.get<std::string>(key_.name);
-      const auto value = raw ? fromRawValue<T>(*raw) : std::nullopt;
-      return value ? *value : *fromRawValue<T>(key_.fallback);
+      return (raw ? fromRawValue<T>(*raw) : std::nullopt).value_or(key_.fallback);
     } else if constexpr (isOptional) {
       return defaults_.get<typename T::value_type>(key_.name);
     } else {
-      return defaults_.get<T>(key_.name).value_or(fallback());
+      return defaults_.get<T>(key_.name).value_or(key_.fallback);
     }
   }
 
-  void set(const T& value) {
+  /// False when the value could not be stored; the old one then stays. UserDefaults::refused tells the user.
+  bool set(const T& value) {
     if constexpr (std::is_enum_v<T>) {
-      defaults_.set(key_.name, std::string(rawValue(value)), durability_);
+      return defaults_.set(key_.name, std::string(rawValue(value)), durability_);
     } else if constexpr (isOptional) {
-      if (value) {
-        defaults_.set(key_.name, *value, durability_);
-      } else {
-        defaults_.remove(key_.name);
-      }
+      return value ? defaults_.set(key_.name, *value, durability_) : defaults_.remove(key_.name, durability_);
     } else {
-      defaults_.set(key_.name, value, durability_);
+      return defaults_.set(key_.name, value, durability_);
     }
   }
 
@@ -108,18 +131,8 @@ class Setting {
  private:
   static constexpr bool isOptional = requires(T value) { value.has_value(); };
 
-  T fallback() const {
-    if constexpr (std::is_same_v<T, bool>) {
-      return std::string_view(key_.fallback) == "true";
-    } else if constexpr (std::is_arithmetic_v<T>) {
-      return {};  // every number starts at 0
-    } else {
-      return key_.fallback;
-    }
-  }
-
   UserDefaults& defaults_;
-  const StoredKey& key_;
+  KeyFor<T> key_;
   Durability durability_;
 };
 

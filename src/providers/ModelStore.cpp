@@ -69,20 +69,8 @@ ProviderModel plainModel(ProviderType type, const std::string& identifier) {
 
 }  // namespace
 
-ModelStore::ModelStore(UserDefaults& defaults) : stored_(defaults, userDefaultsKey) {
-  const auto value = defaults.value(userDefaultsKey);
-  if (!value || *value == DefaultsValue(std::string())) {
-    return;
-  }
-  try {
-    const auto* text = std::get_if<std::string>(&*value);
-    if (text == nullptr) {
-      throw DecodingError({}, "is no string");
-    }
-    models.set(decodeArray<ProviderModel>(parseJson(*text), providerModelFromJson));
-  } catch (const DecodingError& error) {
-    stored_.setAside(error.what());
-  }
+ModelStore::ModelStore(UserDefaults& defaults) : list_(defaults, keys::models, {.read = providerModelFromJson}) {
+  list_.load();
 }
 
 std::vector<ProviderModel> ModelStore::modelsFor(ProviderType type) const {
@@ -92,39 +80,39 @@ std::vector<ProviderModel> ModelStore::modelsFor(ProviderType type) const {
   return result;
 }
 
-void ModelStore::updateModels(const std::vector<ProviderModel>& list) { merge(list, Durability::lossOfPower); }
+bool ModelStore::updateModels(const std::vector<ProviderModel>& list) { return merge(list, Durability::lossOfPower); }
 
-void ModelStore::merge(const std::vector<ProviderModel>& list, Durability durability) {
+bool ModelStore::merge(const std::vector<ProviderModel>& list, Durability durability) {
   if (list.empty()) {
-    return;
+    return true;
   }
-  log("update models count: " + std::to_string(list.size()) + " current count: " + std::to_string(models.get().size()));
-  models.mutate([&](auto& all) {
-    std::map<Key, std::size_t> places;
-    for (std::size_t i = 0; i < all.size(); ++i) {
-      places.emplace(keyOf(all[i]), i);
-    }
-    for (const auto& model : list) {
-      if (isBlackListed(model.identifier)) {
-        continue;
-      }
-      const auto [place, isNew] = places.emplace(keyOf(model), all.size());
-      if (isNew) {
-        all.push_back(model);
-      } else {
-        all[place->second] = model;
-      }
-    }
-    std::ranges::stable_sort(all, {}, &ProviderModel::name);
-  });
-  store(durability);
+  log("update models count: " + std::to_string(list.size()) + " current count: " + std::to_string(models->size()));
+  return list_.edit(
+      [&list](auto& all) {
+        std::map<Key, std::size_t> places;
+        for (std::size_t i = 0; i < all.size(); ++i) {
+          places.emplace(keyOf(all[i]), i);
+        }
+        for (const auto& model : list) {
+          if (isBlackListed(model.identifier)) {
+            continue;
+          }
+          const auto [place, isNew] = places.emplace(keyOf(model), all.size());
+          if (isNew) {
+            all.push_back(model);
+          } else {
+            all[place->second] = model;
+          }
+        }
+        std::ranges::stable_sort(all, {}, &ProviderModel::name);
+      },
+      durability);
 }
 
-void ModelStore::cleanUpModels(ProviderType type) {
+bool ModelStore::cleanUpModels(ProviderType type) {
   log("Cleaning up models...");
-  models.mutate(
+  return list_.edit(
       [type](auto& all) { std::erase_if(all, [type](const auto& model) { return model.providerType == type; }); });
-  store(Durability::lossOfPower);
 }
 
 void ModelStore::initializeDefaultModels() {
@@ -143,9 +131,7 @@ void ModelStore::initializeDefaultModels() {
     }
   }
   // The next start would make the same list again: nobody needs to wait for the disk.
-  merge(list, Durability::endOfProcess);
+  (void)merge(list, Durability::endOfProcess);
 }
-
-void ModelStore::store(Durability durability) { stored_.replace(encodeRecords(models.get()), durability); }
 
 }  // namespace quillmark

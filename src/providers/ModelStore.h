@@ -3,35 +3,35 @@
 #include <vector>
 
 #include "base/Signal.h"
-#include "platform/StoredRecords.h"
+#include "platform/StoredList.h"
 #include "providers/ProviderModel.h"
 
 namespace quillmark {
 
 /// The models that are known for each type of provider. Main thread only.
 class ModelStore {
+  StoredList<ProviderModel> list_;
+
  public:
   static constexpr const char* userDefaultsKey = keys::models.name;  ///< a string that holds the JSON array
 
   /// Reads the stored list; one that does not decode is set aside and reads as empty.
   explicit ModelStore(UserDefaults& defaults);
 
-  Observable<std::vector<ProviderModel>> models;  ///< by name, in code point order
+  const Observable<std::vector<ProviderModel>>& models{list_.records()};  ///< by name, in code point order
 
   /// In stored order.
   std::vector<ProviderModel> modelsFor(ProviderType type) const;
-  /// Adds models, or replaces those of the same type and identifier. Models that don't write text are left out.
-  void updateModels(const std::vector<ProviderModel>& list);
-  /// Forgets the models of a type, before those come that its provider lists now.
-  void cleanUpModels(ProviderType type);
+  /// Adds models, or replaces those of the same type and identifier. Models that don't write text are left out. False
+  /// when they could not be stored.
+  [[nodiscard]] bool updateModels(const std::vector<ProviderModel>& list);
+  /// Forgets the models of a type, before those come that its provider lists now. False when that could not be stored.
+  [[nodiscard]] bool cleanUpModels(ProviderType type);
   /// Adds what is known without asking anyone: each type's default model and a table of others.
   void initializeDefaultModels();
 
  private:
-  void merge(const std::vector<ProviderModel>& list, Durability durability);
-  void store(Durability durability);
-
-  StoredValue stored_;
+  bool merge(const std::vector<ProviderModel>& list, Durability durability);
 };
 
 }  // namespace quillmark

@@ -26,35 +26,47 @@ void enable(ProviderConfig& config, bool enabled) {
   log("Set " + config.name + " to " + (enabled ? "true" : "false"));
 }
 
+ProviderConfig* firstOfType(std::vector<ProviderConfig>& list, ProviderType type) {
+  const auto found = std::ranges::find(list, type, &ProviderConfig::providerType);
+  return found == list.end() ? nullptr : &*found;
+}
+
+bool addMissing(std::vector<ProviderConfig>& list, const std::vector<ProviderConfig>& defaultConfigs) {
+  const std::size_t before = list.size();
+  for (ProviderConfig config : defaultConfigs) {
+    if (std::ranges::find(list, config.slug, &ProviderConfig::slug) != list.end()) {
+      continue;
+    }
+    log(config.slug + " config added");
+    if (std::ranges::find(list, config.id, &ProviderConfig::id) != list.end()) {
+      config.id = Uuid::random();  // the same entry, whose slug has been changed, is still there
+    }
+    list.push_back(std::move(config));
+  }
+  return list.size() > before;
+}
+
 }  // namespace
 
 ProviderStore::ProviderStore(UserDefaults& defaults)
-    : defaultProvider(defaults, keys::defaultProvider),
+    : list_(defaults, keys::providerStore,
+            {.read = providerConfigFromJson,
+             .initial =
+                 [this] {
+                   std::vector<ProviderConfig> list = defaultConfigs;
+                   firstOfType(list, ProviderType::quillMark)->enabled = true;
+                   return list;
+                 },
+             .emptyIsNone = true}),
+      defaultProvider(defaults, keys::defaultProvider),
       openAIApiKey(defaults, keys::oldApiKey),
-      defaultConfigs(makeDefaultConfigs()),
-      defaults_(defaults),
-      stored_(defaults, userDefaultsKey, providerConfigFromJson) {}
+      defaultConfigs(makeDefaultConfigs()) {}
 
 void ProviderStore::load() {
-  // The command line may change the list while the desktop program runs.
-  changes_ = defaults_.changed.connect([this](const std::string& key) {
-    if (key == userDefaultsKey) {
-      adoptStored();
-    }
-  });
-  auto list = stored_.load().records.value_or(std::vector<ProviderConfig>());
-  if (list.empty()) {
-    resetConfigs();
-    return;
-  }
-  log("Load provider " + std::to_string(list.size()));
-  configs.set(std::move(list));
-}
-
-void ProviderStore::adoptStored() {
-  auto list = stored_.load().records.value_or(std::vector<ProviderConfig>());
-  if (!list.empty() && list != configs.get()) {
-    configs.set(std::move(list));
+  if (list_.load().found == LoadedList::Found::list) {
+    log("Load provider " + std::to_string(configs->size()));
+  } else {
+    (void)resetConfigs();  // a refusal changes nothing: the default configurations hold also while nothing is stored
   }
 }
 
@@ -77,89 +89,62 @@ std::optional<ProviderConfig> ProviderStore::defaultConfig() const {
   return found == list.end() ? std::nullopt : std::optional(*found);
 }
 
-void ProviderStore::addConfig(ProviderConfig config) {
-  std::vector<ProviderConfig> list = configs.get();
-  const auto count = std::ranges::count(list, config.providerType, &ProviderConfig::providerType);
-  log("found: " + std::to_string(count));
-  if (count > 0) {
-    config.name += " " + std::to_string(count + 1);
-  }
-  list.push_back(std::move(config));
-  if (stored_.store(list)) {
-    configs.set(std::move(list));
-  }
-}
-
-void ProviderStore::updateConfig(const ProviderConfig& config) {
-  std::vector<ProviderConfig> list = configs.get();
-  if (const auto present = std::ranges::find(list, config.id, &ProviderConfig::id); present != list.end()) {
-    *present = config;
-  }
-  if (stored_.store(list)) {
-    configs.set(std::move(list));
-  }
-}
-
-void ProviderStore::deleteConfig(const std::set<Uuid>& ids) {
-  configs.mutate([&](auto& list) { std::erase_if(list, [&](const auto& config) { return ids.contains(config.id); }); });
-  stored_.store(configs.get());
-}
-
-void ProviderStore::addMissingConfigs() {
-  std::vector<ProviderConfig> list = configs.get();
-  const std::size_t before = list.size();
-  for (ProviderConfig config : defaultConfigs) {
-    if (std::ranges::find(list, config.slug, &ProviderConfig::slug) != list.end()) {
-      continue;
-    }
-    log(config.slug + " config added");
-    if (std::ranges::find(list, config.id, &ProviderConfig::id) != list.end()) {
-      config.id = Uuid::random();  // the same entry, whose slug has been changed, is still there
+bool ProviderStore::addConfig(ProviderConfig config) {
+  return list_.edit([&config](auto& list) {
+    const auto count = std::ranges::count(list, config.providerType, &ProviderConfig::providerType);
+    log("found: " + std::to_string(count));
+    if (count > 0) {
+      config.name += " " + std::to_string(count + 1);
     }
     list.push_back(std::move(config));
-  }
-  if (list.size() > before) {
-    configs.set(std::move(list));
-    stored_.store(configs.get());
-  }
+  });
 }
 
-void ProviderStore::resetConfigs() {
-  std::vector<ProviderConfig> list = defaultConfigs;
-  log("Init provider configs " + std::to_string(list.size()));
-
-  bool tookOldKey = false;
-  if (const std::string oldKey = openAIApiKey.get(); !oldKey.empty()) {
-    if (ProviderConfig* openAI = firstOfType(list, ProviderType::openAI)) {
-      log("OpenAI key migrated");
-      openAI->apiKey = oldKey;
-      tookOldKey = true;
-    }
-  }
-  for (auto& config : list) {
-    if (config.providerType != ProviderType::quillMark) {
-      enable(config, config.enabled || !config.apiKey.empty());
-    }
-  }
-  if (ProviderConfig* hosted = firstOfType(list, ProviderType::quillMark)) {
-    enable(*hosted, true);
-  }
-  configs.set(std::move(list));
-  // The old key goes only once the list that holds it is stored.
-  if (stored_.store(configs.get()) && tookOldKey) {
-    openAIApiKey.set("");
-  }
-
-  const auto& all = configs.get();
-  const auto first = std::find_if(all.begin(), all.end(), [](const auto& config) { return config.enabled; });
-  defaultProvider.set(first == all.end() ? "" : first->id.toString());
-  log("Setting default provider to " + (first == all.end() ? "undefined" : first->name));
+bool ProviderStore::updateConfig(const ProviderConfig& config) {
+  return changeConfig(config.id, [&config](auto& present) { present = config; });
 }
 
-ProviderConfig* ProviderStore::firstOfType(std::vector<ProviderConfig>& list, ProviderType type) const {
-  const auto found =
-      std::find_if(list.begin(), list.end(), [type](const auto& config) { return config.providerType == type; });
-  return found == list.end() ? nullptr : &*found;
+bool ProviderStore::changeConfig(const Uuid& id, const std::function<void(ProviderConfig&)>& change) {
+  return list_.edit([&](auto& list) {
+    if (const auto present = std::ranges::find(list, id, &ProviderConfig::id); present != list.end()) {
+      change(*present);
+    }
+  });
+}
+
+bool ProviderStore::deleteConfig(const std::set<Uuid>& ids) {
+  return list_.edit(
+      [&ids](auto& list) { std::erase_if(list, [&ids](const auto& config) { return ids.contains(config.id); }); });
+}
+
+bool ProviderStore::addMissingConfigs() {
+  std::vector<ProviderConfig> trial = configs;
+  return !addMissing(trial, defaultConfigs) || list_.edit([this](auto& list) { addMissing(list, defaultConfigs); });
+}
+
+bool ProviderStore::resetConfigs() {
+  return list_.edit([this](auto& list) {
+    list = defaultConfigs;
+    log("Init provider configs " + std::to_string(list.size()));
+    if (const std::string oldKey = openAIApiKey.get(); !oldKey.empty()) {
+      if (ProviderConfig* openAI = firstOfType(list, ProviderType::openAI)) {
+        log("OpenAI key migrated");
+        openAI->apiKey = oldKey;
+        openAIApiKey.set("");
+      }
+    }
+    for (auto& config : list) {
+      if (config.providerType != ProviderType::quillMark) {
+        enable(config, config.enabled || !config.apiKey.empty());
+      }
+    }
+    if (ProviderConfig* hosted = firstOfType(list, ProviderType::quillMark)) {
+      enable(*hosted, true);
+    }
+    const auto first = std::ranges::find(list, true, &ProviderConfig::enabled);
+    defaultProvider.set(first == list.end() ? "" : first->id.toString());
+    log("Setting default provider to " + (first == list.end() ? "undefined" : first->name));
+  });
 }
 
 }  // namespace quillmark

@@ -70,11 +70,11 @@ AppStatistics::AppStatistics(UserDefaults& defaults, MainQueue& queue, const API
       stored_(defaults, storageKey) {}
 
 void AppStatistics::recordCommand(const std::string& name) {
-  AppStatisticsData data = read();
-  ++data.commandUsage[name];
-  ++data.totalRewrites;
-  data.lastUsedDate = secondsSince2001(queue_.now());
-  write(data);
+  const AppStatisticsData data = edit([&](AppStatisticsData& counts) {
+    ++counts.commandUsage[name];
+    ++counts.totalRewrites;
+    counts.lastUsedDate = secondsSince2001(queue_.now());
+  });
   if (isDue(data)) {
     syncTimer_.cancel();
     syncTimer_ = queue_.after(asyncTimeout, lifetime_.guard([this] { syncStatistics(); }));
@@ -82,15 +82,11 @@ void AppStatistics::recordCommand(const std::string& name) {
 }
 
 void AppStatistics::recordProvider(const std::string& name) {
-  AppStatisticsData data = read();
-  data.providerUsage.insert(name);
-  write(data);
+  edit([&name](AppStatisticsData& counts) { counts.providerUsage.insert(name); });
 }
 
 void AppStatistics::recordPopClipInstall(const std::string& name) {
-  AppStatisticsData data = read();
-  data.popClipNames.insert(name);
-  write(data);
+  edit([&name](AppStatisticsData& counts) { counts.popClipNames.insert(name); });
 }
 
 bool AppStatistics::shouldSync() { return isDue(read()); }
@@ -109,23 +105,22 @@ void AppStatistics::syncStatistics() {
         if (!response) {
           log("Failed to sync statistics: " + response.error().description);
         } else if (response->success) {
-          AppStatisticsData data = read();  // with what was counted meanwhile
-          data.lastSyncDate = secondsSince2001(queue_.now());
-          write(data);
+          edit([this](AppStatisticsData& counts) { counts.lastSyncDate = secondsSince2001(queue_.now()); });
         }
       }));
 }
 
 AppStatisticsData AppStatistics::read() {
-  if (const auto value = defaults_.value(storageKey)) {
+  const auto value = defaults_.value(storageKey);
+  const Data* const stored = value ? std::get_if<Data>(&*value) : nullptr;
+  if (value && (stored == nullptr || !stored->bytes.empty())) {
     try {
-      const Data* const stored = std::get_if<Data>(&*value);
       if (stored == nullptr) {
         throw DecodingError({}, "is no data");
       }
       return appStatisticsFromJson(parseJson(stored->bytes));
     } catch (const DecodingError& error) {
-      stored_.setAside(error.what());
+      isKept_ = stored_.setAside(error.what());
     }
   }
   AppStatisticsData fresh;
@@ -133,9 +128,18 @@ AppStatisticsData AppStatistics::read() {
   return fresh;
 }
 
-void AppStatistics::write(const AppStatisticsData& data) {
-  // On the way of a run, which must not wait for the disk.
-  stored_.replace(Data{toText(toJson(data))}, Durability::endOfProcess);
+AppStatisticsData AppStatistics::edit(const std::function<void(AppStatisticsData&)>& change) {
+  AppStatisticsData data;
+  // On the way of a run, which must not wait for the disk. A count that can't be stored is lost.
+  (void)defaults_.transaction(
+      [&] {
+        isKept_ = true;
+        data = read();
+        change(data);
+        return isKept_ && defaults_.set(storageKey, Data{toText(toJson(data))});
+      },
+      Durability::endOfProcess);
+  return data;
 }
 
 }  // namespace quillmark

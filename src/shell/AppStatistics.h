@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -12,7 +13,7 @@
 #include "execution/UsageRecorder.h"
 #include "platform/Bundle.h"
 #include "platform/MainQueue.h"
-#include "platform/StoredRecords.h"
+#include "platform/StoredValue.h"
 #include "platform/UserDefaults.h"
 #include "providers/APIClient.h"
 
@@ -42,8 +43,8 @@ struct StatisticsResponse {
 StatisticsResponse statisticsResponseFromJson(const Json& json);
 
 /// Counts how the program is used in the defaults database, and sends the totals to the hosted service: once a day at
-/// most, a moment after a command has been counted. Every operation reads the whole record and writes it back. Main
-/// thread only.
+/// most, a moment after a command has been counted. Every operation reads the whole record and writes it back, in one
+/// transaction. Main thread only.
 class AppStatistics : public UsageRecorder {
  public:
   static constexpr const char* storageKey = keys::statistics.name;
@@ -69,13 +70,15 @@ class AppStatistics : public UsageRecorder {
 
  private:
   bool isDue(const AppStatisticsData& data) const;
-  void write(const AppStatisticsData& data);
+  /// Gives the record as it is now, changed or not.
+  AppStatisticsData edit(const std::function<void(AppStatisticsData&)>& change);
 
   UserDefaults& defaults_;
   MainQueue& queue_;
   const APIClient& client_;
   std::string osVersion_;
   StoredValue stored_;
+  bool isKept_ = true;  // what read() could not decode last may be written over
   TimerHandle syncTimer_;
   Lifetime lifetime_;
 };

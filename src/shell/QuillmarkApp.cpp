@@ -10,8 +10,9 @@ namespace quillmark {
 
 QuillmarkApp::QuillmarkApp(const Platform& platform, const PanelWindows& windows, Options options)
     : showDockIcon(platform.defaults, keys::showDockIcon),
+      alertHandler_(platform.mainQueue, platform.alerts),
+      refusedEdits_(platform.defaults, alertHandler_),
       platform_(prepare(platform)),
-      alertHandler_(platform_.mainQueue, platform_.alerts),
       appConfig_(platform_.defaults, options.localServicePort),
       transport_(platform_.http, platform_.mainQueue, platform_.bundle, platform_.operatingSystem, platform_.locale),
       apiClient_(transport_, appConfig_, platform_.bundle),

@@ -39,6 +39,7 @@
 #include "shell/LanguageManager.h"
 #include "shell/LaunchAtLogin.h"
 #include "shell/MenuBar.h"
+#include "shell/RefusedEdits.h"
 #include "shell/ServiceUpdater.h"
 #include "shell/UpdateMenuButton.h"
 #include "shell/VersionInquiry.h"
@@ -101,8 +102,9 @@ class QuillmarkApp {
   /// Tells the user once for each shortcut that it can't be used.
   void shortcutRefused(const std::string& name);
 
-  Platform platform_;
   AlertHandler alertHandler_;
+  RefusedEdits refusedEdits_;
+  Platform platform_;
   AppConfig appConfig_;
   HttpTransport transport_;
   APIClient apiClient_;

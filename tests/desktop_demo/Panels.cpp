@@ -161,11 +161,11 @@ void addProviders(Desk& desk, const TestHttpServer& backend) {
   ProviderStore providers(defaults);
   providers.load();
   const auto add = [&](ProviderType type, const std::string& name) {
-    providers.addConfig(ProviderConfig::make({.providerType = type,
-                                              .name = name,
-                                              .apiKey = "s3cret",
-                                              .baseURL = backend.url("/" + name),
-                                              .defaultModel = name + "-large"}));
+    (void)providers.addConfig(ProviderConfig::make({.providerType = type,
+                                                    .name = name,
+                                                    .apiKey = "s3cret",
+                                                    .baseURL = backend.url("/" + name),
+                                                    .defaultModel = name + "-large"}));
   };
   add(ProviderType::openAICompatible, "second");
   add(ProviderType::openAICompatible, "broken");

@@ -301,7 +301,7 @@ Outcome shortcuts(const Programs& programs, const std::string& editorKind) {
     store.load();
     const auto pirate =
         Command::make("Pirate", std::nullopt, samples[0].prompt, std::nullopt, CommandCategory::writing);
-    store.add(pirate);
+    (void)store.add(pirate);
     samples[0].name = pirate.shortcutName();
   }
   desk.startQuillmark();

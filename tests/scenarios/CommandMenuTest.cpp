@@ -33,7 +33,9 @@ struct CommandMenu : Scenario {
     return view().selectedItem() ? std::optional(view().selectedItem()->displayName()) : std::nullopt;
   }
   /// No other commands, also none for languages and tones.
-  void haveOnly(std::vector<Command> commands) { app->promptStore().save(std::move(commands), std::nullopt); }
+  void haveOnly(const std::vector<Command>& commands) {
+    ASSERT_TRUE(app->promptStore().save([&](auto& list) { list = commands; }, std::nullopt));
+  }
   static Command custom(const std::string& name, std::int64_t usageCount = 0) {
     Command command = Command::make(name, std::nullopt, "Do {{userText}}", std::nullopt, CommandCategory::customAction);
     command.usageCount = usageCount;
@@ -78,7 +80,7 @@ TEST_F(CommandMenu, runsWhatIsTypedOnTheSelectionOfAnotherApplication) {
 
 TEST_F(CommandMenu, runsEachKindOfRow) {
   start();
-  app->promptStore().add(custom("Mine"));
+  ASSERT_TRUE(app->promptStore().add(custom("Mine")));
   const struct {
     const char* search;
     const char* instruction;
@@ -292,7 +294,7 @@ TEST_F(CommandMenu, keepsItsSelectionWhenTheListChangesUnderIt) {
   ASSERT_NE(tone, std::nullopt);
   int changes = 0;
   const auto connection = view().visibleCommandsChanged.connect([&] { ++changes; });
-  app->promptStore().add(custom("Another tone", 9));
+  ASSERT_TRUE(app->promptStore().add(custom("Another tone", 9)));
   EXPECT_EQ(changes, 1);
   EXPECT_EQ(view().selectedIndex.get(), 2u);
   EXPECT_EQ(selected(), tone);

@@ -154,7 +154,8 @@ TEST_F(DirectRun, readsThePasteboardAsItIsWhenToldNotToCopy) {
 
 TEST_F(DirectRun, withoutAProviderCountsAndKeepsTheIndicatorUntilTheAlertIsClosed) {
   start();
-  app->providerStore().configs.mutate([](auto& configs) { configs.front().enabled = false; });
+  auto& providers = app->providerStore();
+  ASSERT_TRUE(providers.changeConfig(providers.configs->front().id, [](auto& config) { config.enabled = false; }));
   const struct {
     std::optional<Uuid> provider;
     std::string title;
@@ -287,7 +288,7 @@ TEST_F(Lookups, putTheLanguageIntoACopyOfTheStoredCommand) {
 
 TEST_F(Lookups, runADisabledCommandAllTheSame) {
   start();
-  app->promptStore().prompts.mutate([](auto& list) { list.front().enabled = false; });
+  ASSERT_TRUE(app->promptStore().save([](auto& list) { list.front().enabled = false; }, std::nullopt));
   editorWith("teh cat");
   app->actionService().runCommandBySlug("fix-grammar-spelling", true);
   desktop.advance(1s);

@@ -46,7 +46,7 @@ struct Review : Scenario {
     auto config = configOf(type);
     config.enabled = enabled;
     config.streamingEnabled = streams;
-    app->providerStore().updateConfig(config);
+    EXPECT_TRUE(app->providerStore().updateConfig(config));
   }
 
   std::string state() {

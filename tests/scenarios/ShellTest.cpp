@@ -52,9 +52,9 @@ TEST_F(Shortcuts, areRenewedWhenTheNumberOfCommandsChanges) {
   Command mine = Command::make("Mine", std::nullopt, "x", std::nullopt, CommandCategory::writing);
   store(desktop.defaults, mine.shortcutName(), controlAltG);
   EXPECT_THAT(registered(), ElementsAre()) << "no command has this name yet";
-  app->promptStore().prompts.mutate([&](auto& list) { list.push_back(mine); });
+  ASSERT_TRUE(app->promptStore().add(mine));
   EXPECT_THAT(registered(), ElementsAre(mine.id.toString()));
-  app->promptStore().prompts.mutate([&](auto& list) { list.pop_back(); });
+  ASSERT_TRUE(app->promptStore().save([&](auto& list) { std::erase(list, mine); }, std::nullopt));
   EXPECT_THAT(registered(), ElementsAre());
 }
 
@@ -62,11 +62,10 @@ TEST_F(Shortcuts, runTheCommandAsItStandsNowEvenADisabledOne) {
   store(desktop.defaults, "fixGrammar", controlAltG);
   start();
   logLines.clear();
-  app->promptStore().prompts.mutate([](auto& list) {
-    auto& command = *std::ranges::find(list, UserAction(ActionCase::fixGrammar), &Command::type);
-    command.enabled = false;
-    command.content = "Shout: {{userText}}";
-  });
+  Command grammar = *app->promptStore().commandFor(ActionCase::fixGrammar);
+  grammar.enabled = false;
+  grammar.content = "Shout: {{userText}}";
+  ASSERT_TRUE(app->promptStore().update(grammar));
   EXPECT_THAT(logLines, testing::Not(Contains(testing::HasSubstr("Subscribe to keyboard shortcuts"))))
       << "the number of commands is what it was";
   editorWith("teh cat");
@@ -181,11 +180,12 @@ TEST_F(Menu, hasItsRowsInOrder) {
               ElementsAre("Fix Grammar & Spelling", "Improve Text", "Simplify Language", "Make Text Longer",
                           "Make Text Shorter", "Summarize", "Explain This", "Change tone", "Translate", "-",
                           "Custom Action", "Prompting", "-", "Settings", "Help Center", "Check for Updates…", "Quit"));
-  app->promptStore().prompts.mutate([](auto& list) {
+  const auto keepTwo = [](auto& list) {
     for (auto& command : list) {
       command.enabled = command.type.kind == ActionCase::summarize || command.type.kind == ActionCase::improvePrompt;
     }
-  });
+  };
+  ASSERT_TRUE(app->promptStore().save(keepTwo, std::nullopt));
   EXPECT_THAT(titles(app->menuBar().items()),
               ElementsAre("Summarize", "-", "Prompting", "-", "Settings", "Help Center", "Check for Updates…", "Quit"));
 }
@@ -264,6 +264,29 @@ TEST_F(Indicator, trailsThePointerTwentyTimesASecondAndThenRests) {
   desktop.alerts.close();
   desktop.advance(3s);  // and the counts are sent
   EXPECT_FALSE(desktop.queue.nextDue().has_value()) << "an idle program sleeps";
+}
+
+TEST_F(Menu, staysAsItWasWhenAChangeCouldNotBeStored) {
+  start();
+  everyRequestIsAnswered("answer");
+  const auto rows = titles(app->menuBar().items());
+  desktop.defaults.diskIsFull = true;
+  for (int i = 1; i <= 2; ++i) {
+    EXPECT_FALSE(app->promptStore().add(std::nullopt));
+    EXPECT_FALSE(app->languageStore().setEnabled("de", false)) << "is told with the one before";
+    desktop.advance(1s);
+    ASSERT_EQ(desktop.alerts.open.size(), 1u);
+    EXPECT_EQ(desktop.alerts.open.front().title, "Change Not Stored");
+    EXPECT_THAT(desktop.alerts.open.front().message, testing::HasSubstr("the disk is full"));
+    EXPECT_THAT(titles(app->menuBar().items()), testing::ElementsAreArray(rows));
+    desktop.alerts.close();
+    EXPECT_EQ(desktop.alerts.shown.size(), static_cast<std::size_t>(i));
+  }
+  const auto editor = editorWith("text");
+  run(ActionCase::summarize);
+  desktop.advance(1s);
+  EXPECT_EQ(editor->text, "answer") << "counting is no reason to stop";
+  EXPECT_TRUE(desktop.alerts.open.empty());
 }
 
 }  // namespace

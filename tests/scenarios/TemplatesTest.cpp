@@ -32,7 +32,7 @@ struct Installing : Scenario {
     auto& store = app->providerStore();
     ProviderConfig config = *std::ranges::find(store.configs.get(), type, &ProviderConfig::providerType);
     config.enabled = enabled;
-    store.updateConfig(config);
+    ASSERT_TRUE(store.updateConfig(config));
     store.defaultProvider.set(config.id.toString());
   }
 };
@@ -83,14 +83,14 @@ TEST_F(Installing, keepsTheTitleThatNobodyTranslates) {
 
   Command renamed = *app->promptStore().commandForSlug("bullet-points");
   renamed.name = "Mine";
-  app->promptStore().update(renamed);
+  ASSERT_TRUE(app->promptStore().update(renamed));
   install("bullet-points");
   answer(bulletPoints);
   answer(answerJson(" \n"));
   EXPECT_EQ(alert(), success);
 
   use(ProviderType::groq, false);
-  app->promptStore().save(std::vector<Command>(), "test");
+  ASSERT_TRUE(app->promptStore().save([](auto& list) { list.clear(); }, "test"));
   const auto requests = desktop.http.exchanges.size();
   install("bullet-points");
   answer(bulletPoints);

@@ -64,7 +64,8 @@ class Shots {
     menuWindow_.setContentSize({double(menu_.sizeHint().width()), double(menu_.sizeHint().height())});
     app_.actionService().defaultBehavior.set(ActionBehavior::showReview);
     for (std::size_t i = 0; i < 3; ++i) {
-      app_.providerStore().configs.mutate([&](auto& configs) { configs[i].enabled = true; });
+      auto& providers = app_.providerStore();
+      (void)providers.changeConfig(providers.configs.get()[i].id, [](auto& config) { config.enabled = true; });
     }
     settle();
   }

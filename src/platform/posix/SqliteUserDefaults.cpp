@@ -24,6 +24,17 @@ namespace {
 /// How long a write waits for another process to finish its own.
 constexpr int busyMilliseconds = 2000;
 
+/// Waits a moment for the lock of another process, as sqlite3_busy_handler() asks; 0 gives up. Looks again much sooner
+/// than SQLite's own handler, which can miss every gap between the writes of a busy process.
+int waitForOthers(void* /*context*/, int attempts) {
+  constexpr int pause = 2;
+  if (attempts * pause >= busyMilliseconds) {
+    return 0;
+  }
+  sqlite3_sleep(pause);
+  return 1;
+}
+
 /// The files that belong to one database, by what is added to its name.
 constexpr std::array companions{"", "-wal", "-shm", "-journal"};
 
@@ -226,7 +237,7 @@ SqliteUserDefaults::Condition SqliteUserDefaults::openDatabase(const std::string
     return Statement(statement);
   };
   if (code == SQLITE_OK) {
-    sqlite3_busy_timeout(opened, busyMilliseconds);
+    sqlite3_busy_handler(opened, waitForOthers, nullptr);
     // Closing a damaged file must not change it.
     sqlite3_db_config(opened, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
   }
@@ -259,6 +270,7 @@ SqliteUserDefaults::Condition SqliteUserDefaults::openDatabase(const std::string
   replace_ = std::move(replace);
   delete_ = std::move(remove);
   version_ = -1;
+  synchronous_ = Durability::lossOfPower;
   refresh();
   untold_.clear();
   return Condition::good;
@@ -285,11 +297,11 @@ std::optional<SqliteUserDefaults::Values> SqliteUserDefaults::readAll() const {
   Values values;
   while (sqlite3_step(select_.get()) == SQLITE_ROW) {
     if (auto value = columnValue(select_.get(), 1, 2)) {
-      values.emplace(columnBytes(select_.get(), 0), std::move(*value));
+      values.emplace(columnBytes(select_.get(), 0), Entry{std::move(*value)});
     }
   }
   if (sqlite3_reset(select_.get()) != SQLITE_OK) {
-    log("The settings can't be read: " + std::string(sqlite3_errmsg(database_.get())));
+    log("The settings can't be read: " + reason());
     return std::nullopt;
   }
   return values;
@@ -305,104 +317,166 @@ std::vector<std::string> SqliteUserDefaults::storedKeys() const {
   return result;
 }
 
-void SqliteUserDefaults::refresh() const {
+/// Makes the copy in memory what is stored. False when that could not be read: the copy is then an older state, and
+/// nothing may be written that was made from it.
+bool SqliteUserDefaults::refresh() const {
   if (!database_) {
-    return;
+    return false;
   }
   const bool known = sqlite3_step(readVersion_.get()) == SQLITE_ROW;
   const std::int64_t version = sqlite3_column_int64(readVersion_.get(), 0);
   sqlite3_reset(readVersion_.get());
-  if (!known || version == version_) {
-    return;
+  if (known && version == version_) {
+    return true;
   }
-  // What is written between these two reads makes the version differ again.
-  version_ = version;
-  auto values = readAll();
+  auto values = known ? readAll() : std::nullopt;
   if (!values) {
-    return;
+    return false;
   }
-  for (const auto& [key, value] : *values) {
-    if (const auto old = values_.find(key); old == values_.end() || old->second != value) {
+  // What was written between the two reads makes the version differ again.
+  version_ = version;
+  for (auto& [key, entry] : *values) {
+    if (const auto old = values_.find(key); old != values_.end() && old->second.value == entry.value) {
+      entry.revision = old->second.revision;
+    } else {
+      entry.revision = ++lastRevision_;
       untold_.insert(key);
     }
   }
-  for (const auto& [key, value] : values_) {
+  for (const auto& [key, entry] : values_) {
     if (!values->contains(key)) {
       untold_.insert(key);
     }
   }
   values_ = std::move(*values);
+  return true;
 }
 
 std::optional<DefaultsValue> SqliteUserDefaults::value(std::string_view key) const {
   refresh();
   const auto found = values_.find(key);
-  return found == values_.end() ? std::nullopt : std::optional(found->second);
+  return found == values_.end() ? std::nullopt : std::optional(found->second.value);
 }
 
-bool SqliteUserDefaults::store(std::string_view key, DefaultsValue value, Durability durability) {
+std::uint64_t SqliteUserDefaults::revision(std::string_view key) const {
   refresh();
-  const auto old = values_.find(key);
-  if (old == values_.end() || old->second != value) {
-    if (replace_) {
-      std::string buffer;
-      bindText(replace_.get(), 1, key);
-      bindText(replace_.get(), 2, typeNames[value.index()]);
-      bindValue(replace_.get(), 3, value, buffer);
-      if (!written(replace_.get(), key, durability)) {
-        return false;
-      }
-    } else {
-      log("Could not store " + std::string(key) + ": " + problem_.value_or(""));
-      return false;
-    }
-    values_.insert_or_assign(std::string(key), std::move(value));
+  const auto found = values_.find(key);
+  return found == values_.end() ? 0 : found->second.revision;
+}
+
+Expected<bool, std::string> SqliteUserDefaults::write(const std::string& key, const std::optional<DefaultsValue>& value,
+                                                      Durability durability) {
+  if (!inTransaction_ && !refresh()) {
+    return unexpected(reason());
   }
-  const std::string changedKey(key);
-  untold_.erase(changedKey);
-  changed.emit(changedKey);
+  const auto old = values_.find(key);
+  if (!value && old == values_.end()) {
+    return false;
+  }
+  if (!value || old == values_.end() || old->second.value != *value) {
+    if (!inTransaction_) {
+      setSynchronous(durability);
+    }
+    sqlite3_stmt* const statement = value ? replace_.get() : delete_.get();
+    std::string buffer;
+    bindText(statement, 1, key);
+    if (value) {
+      bindText(statement, 2, typeNames[value->index()]);
+      bindValue(statement, 3, *value, buffer);
+    }
+    sqlite3_step(statement);
+    const bool stored = sqlite3_reset(statement) == SQLITE_OK;
+    sqlite3_clear_bindings(statement);
+    if (!stored) {
+      return unexpected(reason());
+    }
+    if (inTransaction_) {
+      undo_.emplace_back(key, old == values_.end() ? std::nullopt : std::optional(old->second));
+    } else {
+      committed(durability);
+    }
+    if (value) {
+      values_.insert_or_assign(key, Entry{*value, ++lastRevision_});
+    } else {
+      values_.erase(old);
+    }
+  }
+  if (!inTransaction_) {
+    untold_.erase(key);
+  }
   return true;
 }
 
-void SqliteUserDefaults::remove(std::string_view key) {
-  refresh();
-  const auto old = values_.find(key);
-  if (old == values_.end()) {
-    return;
+Expected<void, std::string> SqliteUserDefaults::begin(Durability durability) {
+  if (!database_) {
+    return unexpected(reason());
   }
-  const std::string changedKey(key);
-  bindText(delete_.get(), 1, changedKey);
-  if (!written(delete_.get(), changedKey, Durability::lossOfPower)) {
-    return;
+  setSynchronous(durability);  // not possible within a transaction
+  if (auto begun = execute("BEGIN IMMEDIATE"); !begun) {
+    return begun;
   }
-  values_.erase(old);
-  untold_.erase(changedKey);
-  changed.emit(changedKey);
+  if (!refresh()) {
+    const std::string problem = reason();
+    (void)execute("ROLLBACK");
+    return unexpected(problem);
+  }
+  inTransaction_ = true;
+  return {};
 }
 
-/// Runs a statement as a transaction of its own, which has the file for writing from its beginning.
-bool SqliteUserDefaults::written(sqlite3_stmt* statement, std::string_view key, Durability durability) {
-  // In the log's NORMAL mode a commit is in the system's hands but not yet on the disk; the next FULL one takes it
-  // along.
-  const bool waits = durability == Durability::lossOfPower;
-  if (!waits) {
-    sqlite3_exec(database_.get(), "PRAGMA synchronous=NORMAL", nullptr, nullptr, nullptr);
+Expected<void, std::string> SqliteUserDefaults::commit(Durability durability) {
+  if (auto done = execute("COMMIT"); !done) {
+    return done;
   }
-  sqlite3_step(statement);
-  const bool stored = sqlite3_reset(statement) == SQLITE_OK;
-  if (!waits) {
-    sqlite3_exec(database_.get(), "PRAGMA synchronous=FULL", nullptr, nullptr, nullptr);
-    unsynchronized_ = unsynchronized_ || stored;
-  } else if (stored) {
-    unsynchronized_ = false;
+  inTransaction_ = false;
+  if (!undo_.empty()) {
+    committed(durability);
   }
-  if (stored) {
-    announceWrite();
-  } else {
-    log("Could not store " + std::string(key) + ": " + sqlite3_errmsg(database_.get()));
+  for (const auto& [key, entry] : undo_) {
+    untold_.erase(key);
   }
-  sqlite3_clear_bindings(statement);
-  return stored;
+  undo_.clear();
+  return {};
+}
+
+void SqliteUserDefaults::rollBack() {
+  if (sqlite3_get_autocommit(database_.get()) == 0) {  // some errors have ended the transaction by themselves
+    (void)execute("ROLLBACK");
+  }
+  inTransaction_ = false;
+  for (auto undo = undo_.rbegin(); undo != undo_.rend(); ++undo) {
+    if (undo->second) {
+      values_.insert_or_assign(undo->first, std::move(*undo->second));
+    } else {
+      values_.erase(undo->first);
+    }
+  }
+  undo_.clear();
+}
+
+/// In the log's NORMAL mode a commit is in the system's hands but not yet on the disk; the next FULL one takes it
+/// along.
+void SqliteUserDefaults::setSynchronous(Durability durability) {
+  if (std::exchange(synchronous_, durability) != durability) {
+    (void)execute(durability == Durability::lossOfPower ? "PRAGMA synchronous=FULL" : "PRAGMA synchronous=NORMAL");
+  }
+}
+
+void SqliteUserDefaults::committed(Durability durability) {
+  unsynchronized_ = durability == Durability::endOfProcess;
+  announceWrite();
+}
+
+Expected<void, std::string> SqliteUserDefaults::execute(const char* sql) {
+  if (sqlite3_exec(database_.get(), sql, nullptr, nullptr, nullptr) != SQLITE_OK) {
+    return unexpected(reason());
+  }
+  return {};
+}
+
+/// Why the last operation failed.
+std::string SqliteUserDefaults::reason() const {
+  return database_ ? sqlite3_errmsg(database_.get()) : problem_.value_or("");
 }
 
 void SqliteUserDefaults::synchronize() {

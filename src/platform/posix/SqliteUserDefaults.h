@@ -30,7 +30,7 @@ class SqliteUserDefaults final : public UserDefaults {
   const std::optional<std::string>& problem() const { return problem_; }
 
   std::optional<DefaultsValue> value(std::string_view key) const override;
-  void remove(std::string_view key) override;
+  std::uint64_t revision(std::string_view key) const override;
   void synchronize() override;
 
   /// Every key that has a value, in order.
@@ -43,7 +43,11 @@ class SqliteUserDefaults final : public UserDefaults {
   void handleChange();
 
  protected:
-  bool store(std::string_view key, DefaultsValue value, Durability durability) override;
+  Expected<bool, std::string> write(const std::string& key, const std::optional<DefaultsValue>& value,
+                                    Durability durability) override;
+  Expected<void, std::string> begin(Durability durability) override;
+  Expected<void, std::string> commit(Durability durability) override;
+  void rollBack() override;
 
  private:
   struct CloseDatabase {
@@ -54,7 +58,11 @@ class SqliteUserDefaults final : public UserDefaults {
   };
   using Database = std::unique_ptr<sqlite3, CloseDatabase>;
   using Statement = std::unique_ptr<sqlite3_stmt, FinalizeStatement>;
-  using Values = std::map<std::string, DefaultsValue, std::less<>>;
+  struct Entry {
+    DefaultsValue value;
+    std::uint64_t revision = 0;
+  };
+  using Values = std::map<std::string, Entry, std::less<>>;
   enum class Condition { good, damaged, unusable };
 
   Condition open();
@@ -63,19 +71,26 @@ class SqliteUserDefaults final : public UserDefaults {
   bool moveAside();
 
   std::optional<Values> readAll() const;
-  void refresh() const;
-  bool written(sqlite3_stmt* statement, std::string_view key, Durability durability);
+  bool refresh() const;
+  void setSynchronous(Durability durability);
+  void committed(Durability durability);
+  Expected<void, std::string> execute(const char* sql);
+  std::string reason() const;
   void announceWrite() const;
 
   const std::string file_;
   Database database_;
   Statement readVersion_, select_, replace_, delete_;
   mutable Values values_;
-  mutable std::int64_t version_ = 0;                   // the version of the file that values_ was read from
+  mutable std::int64_t version_ = 0;  // the version of the file that values_ was read from
+  mutable std::uint64_t lastRevision_ = 0;
+  std::vector<std::pair<std::string, std::optional<Entry>>> undo_;  // what the transaction has changed of values_
+  bool inTransaction_ = false;
   mutable std::set<std::string, std::less<>> untold_;  // keys that another process changed
   std::optional<std::string> setAside_;
   std::optional<std::string> problem_;
-  bool unsynchronized_ = false;  // the last commits did not wait for the disk
+  Durability synchronous_ = Durability::lossOfPower;  // what the connection is set to
+  bool unsynchronized_ = false;                       // the last commits did not wait for the disk
   int inotify_ = -1;
 };
 

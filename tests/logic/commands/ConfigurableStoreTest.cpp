@@ -57,6 +57,9 @@ TEST_F(Lists, keepWhatIsNoListOfDistinctNamedItems) {
     EXPECT_EQ(stored("toneSettings").size(), 12u) << bad;
     EXPECT_EQ(defaults.get<Data>("toneSettings.undecodable-1"), Data{bad});
   }
+  defaults.values = {{"toneSettings", Data{}}};
+  EXPECT_EQ(ToneStore(defaults).items().size(), 12u) << "no bytes are no list";
+  EXPECT_FALSE(defaults.value("toneSettings.undecodable-1"));
   defaults.values = {{"toneSettings", Data{"[" + item + "]"}}};
   EXPECT_THAT(ids(ToneStore(defaults).items()), ElementsAre("a"));
 }
@@ -76,12 +79,12 @@ TEST_F(Lists, neverReplaceWhatTheyCouldNotKeep) {
 
 TEST_F(Lists, areReorderedAndShortenedButNeverEmptied) {
   ToneStore tones(defaults);
-  tones.setAllEnabled(false);
+  EXPECT_TRUE(tones.setAllEnabled(false));
   EXPECT_FALSE(tones.defaultItem().has_value());
   for (const char* id : {"witty", "urgent", "casual"}) {
-    tones.setEnabled(id, true);
+    EXPECT_TRUE(tones.setEnabled(id, true));
   }
-  tones.reorder({"urgent", "nobody", "witty", "urgent"});
+  EXPECT_TRUE(tones.reorder({"urgent", "nobody", "witty", "urgent"}));
   EXPECT_THAT(ids(tones.enabledItems()), ElementsAre("urgent", "witty", "casual"));
   EXPECT_EQ(tones.items()[1].order, 2) << "an unknown id leaves its place empty";
   EXPECT_EQ(tones.items().size(), 12u);
@@ -111,7 +114,7 @@ TEST_F(Lists, rememberTheSelectionForTheShortcut) {
   EXPECT_TRUE(languages.setDefaultSelection("de"));
   EXPECT_FALSE(languages.setDefaultSelection("tlh"));
   EXPECT_EQ(LanguageStore(defaults, english).defaultItem()->id, "de");
-  languages.setEnabled("de", false);
+  EXPECT_TRUE(languages.setEnabled("de", false));
   EXPECT_EQ(languages.defaultItem()->id, "ar");
   EXPECT_EQ(languages.defaultSelection(), "de");
 }

@@ -60,7 +60,7 @@ TEST_F(CommandStore, looksSlugsUpByNameInOrder) {
   first.enabled = false;
   first.slug = "elsewhere";
   CustomPromptStore store(defaults);
-  store.save(std::vector{first, second}, std::nullopt);
+  ASSERT_TRUE(store.save([&](auto& list) { list = {first, second}; }, std::nullopt));
   EXPECT_EQ(store.commandForSlug("my-style")->content, "1");
   EXPECT_FALSE(store.commandForSlug("elsewhere").has_value());
 }
@@ -80,9 +80,9 @@ TEST_F(CommandStore, keepsTheOrderInsideACategoryOnly) {
     return Command::make(name, std::nullopt, std::nullopt, std::nullopt, category);
   };
   CustomPromptStore store(defaults);
-  store.save(std::vector{named("z", CommandCategory::customAction), named("b", CommandCategory::rewrite),
-                         named("a", CommandCategory::rewrite), named("y", CommandCategory::writing)},
-             std::nullopt);
+  const std::vector commands{named("z", CommandCategory::customAction), named("b", CommandCategory::rewrite),
+                             named("a", CommandCategory::rewrite), named("y", CommandCategory::writing)};
+  ASSERT_TRUE(store.save([&](auto& list) { list = commands; }, std::nullopt));
   std::vector<std::string> names;
   for (const auto& command : store.prompts.get()) {
     names.push_back(command.name);
@@ -93,18 +93,18 @@ TEST_F(CommandStore, keepsTheOrderInsideACategoryOnly) {
 TEST_F(CommandStore, addsUpdatesAndDuplicates) {
   CustomPromptStore store(defaults);
   store.load();
-  store.add(std::nullopt);
+  EXPECT_TRUE(store.add(std::nullopt));
   Command added = store.prompts.get().back();
   EXPECT_EQ(added.displayName(), "New Command");
   EXPECT_EQ(added.slug, "new-command");
 
   added.editName("To Verse");
-  store.update(added);
+  EXPECT_TRUE(store.update(added));
   EXPECT_EQ(store.prompts.get().back().slug, "to-verse");
 
   const Command grammar = *store.commandFor(ActionCase::fixGrammar);
-  store.duplicate(grammar.id);
-  store.duplicate(Uuid::random());
+  EXPECT_TRUE(store.duplicate(grammar.id));
+  EXPECT_TRUE(store.duplicate(Uuid::random()));
   ASSERT_EQ(store.prompts.get().size(), 14u);
   CustomPromptStore again(defaults);
   again.load();
@@ -137,17 +137,20 @@ TEST_F(CommandStore, mergesABackupByActionOrById) {
   Command builtIn = before;
   builtIn.name = "imported";
   builtIn.behavior = ActionBehavior::copyToClipboard;
-  store.merge(builtIn);
+  const auto merge = [&store](const Command& command) {
+    ASSERT_TRUE(store.save([&](auto& list) { CustomPromptStore::merge(list, command); }, std::nullopt));
+  };
+  merge(builtIn);
   const Command reset = *store.commandFor(ActionCase::summarize);
   EXPECT_EQ(reset.name, before.name);
   EXPECT_EQ(reset.behavior, ActionBehavior::copyToClipboard);
   EXPECT_NE(reset.id, before.id);
 
-  store.merge(Command::make(UserAction(ActionCase::asTweet)));
+  merge(Command::make(UserAction(ActionCase::asTweet)));
   Command own = Command::make("Own", std::nullopt, "1", std::nullopt, CommandCategory::writing);
-  store.merge(own);
+  merge(own);
   own.content = "2";
-  store.merge(own);
+  merge(own);
   EXPECT_EQ(store.prompts.get().size(), 14u);
   EXPECT_EQ(store.command(own.id)->content, "2");
 }
@@ -218,13 +221,13 @@ struct FlatList : CommandStore {
 TEST_F(FlatList, hasOneEntryForEachLanguageAndTone) {
   store.load();
   EXPECT_EQ(store.searchableCommands.get().size(), 10u + 27u + 12u);
-  tones.setAllEnabled(false);
-  tones.setEnabled("witty", true);
-  languages.setAllEnabled(false);
+  EXPECT_TRUE(tones.setAllEnabled(false));
+  EXPECT_TRUE(tones.setEnabled("witty", true));
+  EXPECT_TRUE(languages.setAllEnabled(false));
   Command translate = *store.commandFor(ActionCase::translate);
   translate.enabled = false;
   translate.model = "its-own";
-  store.update(translate);
+  EXPECT_TRUE(store.update(translate));
 
   EXPECT_EQ(count(ActionCase::changeTone), 1u);
   EXPECT_EQ(firstOf(ActionCase::changeTone).name, "Change tone to Witty");
@@ -233,9 +236,8 @@ TEST_F(FlatList, hasOneEntryForEachLanguageAndTone) {
   EXPECT_EQ(firstOf(ActionCase::translate).model, "its-own");
   EXPECT_FALSE(store.command(firstOf(ActionCase::translate).id).has_value());
 
-  std::vector<Command> rest = store.prompts.get();
-  std::erase_if(rest, [](const Command& command) { return command.type.kind == ActionCase::translate; });
-  store.save(std::move(rest), std::nullopt);
+  const auto isTranslate = [](const Command& command) { return command.type.kind == ActionCase::translate; };
+  EXPECT_TRUE(store.save([&](auto& list) { std::erase_if(list, isTranslate); }, std::nullopt));
   EXPECT_EQ(count(ActionCase::translate), 0u);
 }
 
@@ -246,7 +248,7 @@ TEST_F(FlatList, isSortedByUsageAsOfTheLastSave) {
   store.incrementUsage(summary);
   store.incrementUsage(last);
   EXPECT_NE(store.searchableCommands.get().front().id, summary);
-  store.save(std::nullopt, std::nullopt);
+  EXPECT_TRUE(store.save([](auto&) {}, std::nullopt));
   EXPECT_EQ(store.searchableCommands.get().front().id, summary);
   EXPECT_EQ(store.searchableCommands.get()[1].type, UserAction(ActionCase::fixGrammar));
 }
@@ -257,14 +259,14 @@ TEST_F(FlatList, followsTheListsWhenTheyHaveBeenAtRest) {
   int rebuilt = 0;
   const auto changes = store.searchableCommands.observe([&rebuilt](const auto&) { ++rebuilt; });
   for (const char* id : {"witty", "urgent", "casual"}) {
-    tones.setEnabled(id, false);
+    EXPECT_TRUE(tones.setEnabled(id, false));
     desktop.advance(std::chrono::milliseconds(100));
   }
   EXPECT_EQ(rebuilt, 0);
   desktop.advance(std::chrono::milliseconds(50));
   EXPECT_EQ(rebuilt, 1);
   EXPECT_EQ(count(ActionCase::changeTone), 9u);
-  tones.setEnabled("witty", false);
+  EXPECT_TRUE(tones.setEnabled("witty", false));
   desktop.advance(std::chrono::seconds(1));
   EXPECT_EQ(rebuilt, 1) << "the same items are no change";
 }

@@ -47,11 +47,9 @@ TEST_F(Variables, tellTheModelWhatTheUserWritesIn) {
   VariablesStore store(desktop.defaults, desktop.locale);
   EXPECT_EQ(fill(store, "{{locale}}|{{localeString}}|{{localeSentence}}"), "none||");
   store.preferredLocale.set("de_DE");
-  store.updateStaticVariables();
   EXPECT_EQ(fill(store, "{{locale}}|{{localeString}}|{{localeSentence}}"),
             "de_DE|Deutsch (Deutschland)|- I write in Deutsch (Deutschland).");
   store.preferredLocale.set("xx");
-  store.updateStaticVariables();
   EXPECT_EQ(fill(store, "{{localeString}}|{{localeSentence}}"), "|- I write in xx.");
 }
 
@@ -62,14 +60,13 @@ TEST_F(Variables, surviveARestartAlsoWhenAllAreGone) {
     EXPECT_FALSE(desktop.defaults.value(VariablesStore::userDefaultsKey).has_value())
         << "defaults are not written back";
     Variable mine = userVariable("name", "Ada");
-    store.upsert(mine);
+    EXPECT_TRUE(store.upsert(mine));
     EXPECT_EQ(store.variable(mine.id), mine) << "the element is replaced, id included";
   }
   {
     VariablesStore store(desktop.defaults, desktop.locale);
     EXPECT_EQ(fill(store, "{{name}}"), "Ada");
-    store.variables.set({});
-    store.save();
+    EXPECT_TRUE(store.save([](auto& list) { list.clear(); }));
   }
   VariablesStore store(desktop.defaults, desktop.locale);
   EXPECT_TRUE(store.variables.get().empty());
@@ -78,7 +75,7 @@ TEST_F(Variables, surviveARestartAlsoWhenAllAreGone) {
 TEST_F(Variables, thatDoNotDecodeAreSetAside) {
   desktop.defaults.set(VariablesStore::userDefaultsKey, Data{R"([{"key":"mine"}])"});
   VariablesStore store(desktop.defaults, desktop.locale);
-  store.upsert(userVariable("name", "Ada"));
+  EXPECT_TRUE(store.upsert(userVariable("name", "Ada")));
   EXPECT_EQ(desktop.defaults.get<Data>("variablesStoreKey.undecodable-1"), Data{R"([{"key":"mine"}])"});
 }
 

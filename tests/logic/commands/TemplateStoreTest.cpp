@@ -124,7 +124,7 @@ TEST_F(Templates, replaceACacheThatDoesNotDecodeOnceItIsKept) {
     start();
     EXPECT_EQ(store->templates->size(), 22u);
     answer({record("One")});
-    EXPECT_THAT(found(""), ElementsAre("One"));
+    EXPECT_EQ(found("").size(), diskIsFull ? 22u : 1u);
     EXPECT_EQ(store->lastFetchTimestamp.get() == 0, diskIsFull) << "then the next start fetches it again";
     EXPECT_THAT(logLines, Contains("Cached 1 templates").Times(diskIsFull ? 0 : 1));
   }

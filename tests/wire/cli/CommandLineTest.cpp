@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/StoredRecords.h"
 #include "platform/posix/SqliteUserDefaults.h"
 #include "providers/ProviderStore.h"
 #include "support/Process.h"
@@ -225,6 +224,36 @@ TEST_F(CommandLine, cannotTriggerWhatDoesNotRun) {
   ASSERT_TRUE(waitUntil([&] { return std::filesystem::exists(files / "bus"); }));
   environment["DBUS_SESSION_BUS_ADDRESS"] = address;
   expectComplaint(quillmark({"trigger", "command-menu"}), HasSubstr("Quillmark is not running"));
+}
+
+TEST_F(CommandLine, tellsWhenAChangeCouldNotBeStored) {
+  ASSERT_EQ(quillmark({"providers"}).status, 0);
+  const auto modelOf = [this] {
+    SqliteUserDefaults defaults(files / "data/defaults.sqlite");
+    ProviderStore store(defaults);
+    store.load();
+    return store.defaultConfig()->defaultModel;
+  };
+  const std::string before = modelOf();
+  const std::string model(60'000, 'm');
+  // A limit on the size of files, in blocks of 512 bytes, fails one write after the other as a full disk does.
+  const std::string limited = "trap '' XFSZ; ulimit -f $0; exec \"$@\"";
+  int refused = 0;
+  for (int blocks = 72;; blocks += 16) {
+    ASSERT_LT(blocks, 1000);
+    writeFile(files / "errors", "");
+    Process process({"/bin/sh", "-c", limited, std::to_string(blocks), QUILLMARK_PROGRAM, "--data-dir", files / "data",
+                     "providers", "set", "quillmark", "--model", model, "--enable"},
+                    environment, {.output = files / "output", .errors = files / "errors"});
+    if (process.exitStatus() == 0) {
+      break;
+    }
+    ++refused;
+    EXPECT_THAT(readFile(files / "errors"), HasSubstr("quillmark: the change could not be stored: ")) << blocks;
+    EXPECT_EQ(modelOf(), before) << blocks;
+  }
+  EXPECT_EQ(modelOf(), model);
+  EXPECT_GT(refused, 2);
 }
 
 }  // namespace

@@ -117,7 +117,7 @@ TEST_F(StoredDefaults, aCopyThatOthersCouldReadIsClosedToThem) {
 
 TEST_F(StoredDefaults, observersHearOfEverySetAndOfARealRemoval) {
   SqliteUserDefaults defaults(file);
-  static constexpr StoredKey key{"setting", StoredForm::boolean, "true", ""};
+  static constexpr StoredKey<bool> key{"setting", true, ""};
   Setting<bool> setting(defaults, key);
   std::vector<std::string> heard;
   const auto all = defaults.changed.connect([&](const std::string& changed) { heard.push_back(changed); });
@@ -130,6 +130,36 @@ TEST_F(StoredDefaults, observersHearOfEverySetAndOfARealRemoval) {
   defaults.remove("setting");
   EXPECT_THAT(heard, ElementsAre("setting", "setting", "setting"));
   EXPECT_THAT(values, ElementsAre(false, false, true));
+}
+
+TEST_F(StoredDefaults, aTransactionStoresAllOrNothingAndSeesWhatIsStoredNow) {
+  std::optional<SqliteUserDefaults> theirs;
+  OtherProcess other({[&] { return theirs.emplace(file).set("count", std::int64_t{5}); },
+                      [&] { return theirs->get<std::int64_t>("count") == 6 && !theirs->value("gone"); }});
+  SqliteUserDefaults defaults(file);
+  defaults.set("count", std::int64_t{1});
+  defaults.set("gone", true);
+  const auto revision = defaults.revision("count");
+  std::vector<std::string> heard;
+  const auto connection = defaults.changed.connect([&](const std::string& key) { heard.push_back(key); });
+  ASSERT_TRUE(other.step());
+
+  const auto count = [&](bool isMeant) {
+    return defaults.transaction([&, isMeant] {
+      defaults.set("count", *defaults.get<std::int64_t>("count") + 1);
+      const bool joined = defaults.transaction([&] { return defaults.remove("gone"); });
+      EXPECT_THAT(heard, IsEmpty()) << "nobody hears of what may still be undone";
+      return joined && isMeant;
+    });
+  };
+  EXPECT_FALSE(count(false));
+  EXPECT_EQ(defaults.get<std::int64_t>("count"), 5);
+  EXPECT_TRUE(defaults.value("gone"));
+  EXPECT_TRUE(count(true));
+  EXPECT_THAT(heard, ElementsAre("count", "gone"));
+  EXPECT_NE(defaults.revision("count"), revision);
+  EXPECT_EQ(defaults.revision("gone"), 0u);
+  EXPECT_TRUE(other.step());
 }
 
 TEST_F(StoredDefaults, changesOfAnotherProcessAreSeenAndToldOf) {
@@ -324,12 +354,15 @@ TEST_F(StoredDefaults, onAFullDiskTheOldValueStands) {
     setrlimit(RLIMIT_FSIZE, &small);
     lines.clear();
     bool told = false;
+    int refusals = 0;
     const auto connection = defaults.changed.connect([&](const std::string&) { told = true; });
-    const bool refused = !defaults.set("key", std::string(300'000, 'x'));
+    const auto refused = defaults.refused.connect([&](const std::string&) { ++refusals; });
+    const auto fill = [&] { return defaults.set("key", std::string(300'000, 'x')); };
+    const bool allRefused = !fill() && !defaults.transaction([&] { return defaults.set("first", true) && fill(); });
     const rlimit large{RLIM_INFINITY, RLIM_INFINITY};
     setrlimit(RLIMIT_FSIZE, &large);
-    return stored && refused && !told && lines.size() == 1 && defaults.get<std::string>("key") == "old" &&
-           defaults.set("key", std::string("new"));
+    return stored && allRefused && !told && refusals == 2 && lines.size() == 2 && !defaults.value("first") &&
+           defaults.get<std::string>("key") == "old" && defaults.set("key", std::string("new"));
   }});
   EXPECT_TRUE(other.step());
   EXPECT_EQ(SqliteUserDefaults(file).get<std::string>("key"), "new");

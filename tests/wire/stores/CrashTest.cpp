@@ -34,37 +34,38 @@ void edit(StoreSet& stores, int number) {
       Command command = Command::make("Command " + std::to_string(number), std::nullopt, size, std::nullopt,
                                       CommandCategory::customAction);
       command.id = idOf(number);
-      stores.commands.add(command);
+      (void)stores.commands.add(command);
       break;
     }
     case 1: {
       auto list = stores.commands.prompts.get();
       if (list.size() > 40) {
         list.erase(list.begin() + 20, list.end());
-        stores.commands.save(std::move(list), "remove prompts");
+        (void)stores.commands.save([&](auto& stored) { stored = std::move(list); }, "remove prompts");
       } else {
         list.back().content = size + "edited";
-        stores.commands.update(list.back());
+        (void)stores.commands.update(list.back());
       }
       break;
     }
     case 2:
-      stores.variables.upsert({idOf(number), "key" + std::to_string(number % 30), size, "", false});
+      (void)stores.variables.upsert({idOf(number), "key" + std::to_string(number % 30), size, "", false});
       break;
     case 3: {
       ProviderConfig config = stores.providers.configs.get()[static_cast<std::size_t>(number) % 9];
       config.apiKey = "key " + std::to_string(number);
-      stores.providers.updateConfig(config);
+      (void)stores.providers.updateConfig(config);
       break;
     }
     case 4:
-      stores.languages.setEnabled(stores.languages.items()[static_cast<std::size_t>(number) % 27].id, number % 4 == 0);
+      (void)stores.languages.setEnabled(stores.languages.items()[static_cast<std::size_t>(number) % 27].id,
+                                        number % 4 == 0);
       break;
     default:
       if (stores.tones.items().size() > 20) {
         stores.tones.remove({stores.tones.items()[3].id, stores.tones.items()[7].id});
       } else {
-        stores.tones.addCustomTone("Tone " + std::to_string(number));
+        (void)stores.tones.addCustomTone("Tone " + std::to_string(number));
       }
   }
 }
@@ -87,8 +88,7 @@ TEST_F(Crash, leavesEachListAsItWasBeforeTheEditOrAfterIt) {
                 SqliteUserDefaults defaults(file);
                 defaults.set("lastMigratedVersion", std::string("2.13.0"));
                 StoreSet stores(defaults);
-                stores.variables.save();
-                return true;
+                return stores.variables.save([](auto&) {});
               }}).step());
   {
     const SqliteUserDefaults defaults(file);

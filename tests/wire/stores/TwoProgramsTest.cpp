@@ -1,8 +1,11 @@
+#include <fstream>
+
 #include <gtest/gtest.h>
 #include <poll.h>
 
 #include "base/Log.h"
 #include "platform/posix/SqliteUserDefaults.h"
+#include "support/OtherProcess.h"
 #include "support/Process.h"
 #include "support/StoreSet.h"
 #include "support/TemporaryDirectory.h"
@@ -30,8 +33,9 @@ TEST(TwoPrograms, writeAtTheSameTimeWithoutLosingAKey) {
   int edits = 0;
   while (other.running()) {
     const std::string name = "Edit " + std::to_string(++edits);
-    stores.commands.add(Command::make(name, std::nullopt, name, std::nullopt, CommandCategory::customAction));
-    stores.variables.upsert({Uuid::random(), "key" + std::to_string(edits), name, "", false});
+    const Command command = Command::make(name, std::nullopt, name, std::nullopt, CommandCategory::customAction);
+    EXPECT_TRUE(stores.commands.add(command));
+    (void)stores.variables.upsert({Uuid::random(), "key" + std::to_string(edits), name, "", false});
   }
   EXPECT_EQ(other.exitStatus(), 0) << readFile(directory / "output");
   pollfd readable{descriptor, POLLIN, 0};
@@ -48,6 +52,48 @@ TEST(TwoPrograms, writeAtTheSameTimeWithoutLosingAKey) {
   EXPECT_EQ(loaded.commands.prompts.get(), stores.commands.prompts.get());
   EXPECT_EQ(loaded.variables.variables.get(), stores.variables.variables.get());
   EXPECT_EQ(loaded.variables.variables.get().size(), static_cast<std::size_t>(edits) + 2);
+  setLogSink({});
+}
+
+TEST(TwoPrograms, mayEditOneListAtTheSameTime) {
+  setLogSink([](std::string_view) {});
+  const TemporaryDirectory directory;
+  { const StoreSet stores(*std::make_unique<SqliteUserDefaults>(directory / "defaults.sqlite")); }
+  constexpr int processes = 8;
+  constexpr int edits = 12;
+  std::vector<std::unique_ptr<OtherProcess>> others;
+  for (int process = 0; process < processes; ++process) {
+    others.push_back(std::make_unique<OtherProcess>(std::vector<std::function<bool()>>{[&, process] {
+      SqliteUserDefaults theirs(directory / "defaults.sqlite");
+      StoreSet stores(theirs);
+      std::ofstream stored(directory / std::to_string(process));
+      for (int i = 0; i < edits; ++i) {
+        const std::string name = std::to_string(process) + "." + std::to_string(i);
+        const bool good = i % 2 == 0 ? stores.variables.upsert({Uuid::random(), name, "", "", false})
+                                     : stores.providers.addConfig(ProviderConfig::make({.name = name, .slug = name}));
+        stored << (good ? name + "\n" : "");
+      }
+      return stored.flush().good();
+    }}));
+  }
+  for (const auto& other : others) {
+    other->begin();
+  }
+  for (const auto& other : others) {
+    EXPECT_TRUE(other->finish());
+  }
+  SqliteUserDefaults defaults(directory / "defaults.sqlite");
+  const StoreSet stores(defaults);
+  std::size_t reported = 0;
+  for (int process = 0; process < processes; ++process) {
+    std::ifstream stored(directory / std::to_string(process));
+    for (std::string name; std::getline(stored, name); ++reported) {
+      EXPECT_TRUE(std::ranges::count(stores.variables.variables.get(), name, &Variable::key) == 1 ||
+                  std::ranges::count(stores.providers.configs.get(), name, &ProviderConfig::slug) == 1)
+          << name;
+    }
+  }
+  EXPECT_GT(reported, std::size_t{processes * edits / 2});
   setLogSink({});
 }
 
