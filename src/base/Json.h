@@ -81,13 +81,12 @@ class JsonObject {
 
   /// The field as it came, or nullptr when it is missing or null.
   const Json* find(const char* key) const;
+  /// The field as it came. Throws when it is missing or null.
+  const Json& present(const char* key) const;
   std::string pathOf(const char* key) const;
   const std::string& path() const { return path_; }
 
  private:
-  /// Throws when the field is missing or null.
-  const Json& present(const char* key) const;
-
   template <class T>
   static T decode(const Json& field, const std::string& path) {
     if constexpr (std::is_enum_v<T>) {

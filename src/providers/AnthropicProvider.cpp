@@ -27,8 +27,7 @@ void AnthropicProvider::chat(const std::string& text, const std::string& systemP
                                  completion(std::nullopt);
                                  return;
                                }
-                               const auto& blocks = response->content;
-                               completion(blocks.empty() ? std::nullopt : blocks.front().text);
+                               completion(response->text);
                              });
 }
 

@@ -5,10 +5,10 @@ namespace {
 
 constexpr int maxTokens = 4096;
 
-MessageResponse::Block blockFromJson(const Json& json, const std::string& path) {
+std::optional<std::string> textOfBlock(const Json& json, const std::string& path) {
   const JsonObject object(json, path);
   const bool isText = object.required<std::string>("type") == "text";
-  return {isText ? std::optional(object.required<std::string>("text")) : std::nullopt};
+  return isText ? std::optional(object.required<std::string>("text")) : std::nullopt;
 }
 
 }  // namespace
@@ -34,7 +34,11 @@ MessageResponse messageResponseFromJson(const Json& json) {
   for (const char* key : {"input_tokens", "cache_creation_input_tokens", "cache_read_input_tokens"}) {
     (void)usage.optional<std::int64_t>(key);
   }
-  return {object.requiredArray<MessageResponse::Block>("content", blockFromJson)};
+  const Json& content = object.present("content");
+  if (!content.is_array()) {
+    throw DecodingError(object.pathOf("content"), "is not an array");
+  }
+  return {content.empty() ? std::nullopt : textOfBlock(content.front(), object.pathOf("content") + "[0]")};
 }
 
 MessageStreamResponse messageStreamResponseFromJson(const Json& json) {

@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "base/Json.h"
 
@@ -14,11 +13,9 @@ Json messageParameter(const std::string& text, const std::string& systemPrompt, 
 
 /// The response of a single request.
 struct MessageResponse {
-  /// Absent in a block that is no text, such as the use of a tool.
-  struct Block {
-    std::optional<std::string> text;
-  };
-  std::vector<Block> content;
+  /// Of the first block of the content; absent without one, and in a block that is no text, such as the use of a tool.
+  /// Later blocks are not looked at.
+  std::optional<std::string> text;
 };
 
 MessageResponse messageResponseFromJson(const Json& json);

@@ -13,11 +13,7 @@ double secondsSince2001(Date date) {
 }
 
 std::set<std::string> namesFromJson(const JsonObject& object, const char* key) {
-  const Json* names = object.find(key);
-  if (names == nullptr) {
-    throw DecodingError(object.pathOf(key), "is missing");
-  }
-  const auto list = decodeArray<std::string>(*names, decodeJson<std::string>, object.pathOf(key));
+  const auto list = object.requiredArray<std::string>(key, decodeJson<std::string>);
   return {list.begin(), list.end()};
 }
 

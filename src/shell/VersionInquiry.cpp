@@ -22,7 +22,7 @@ AppVersion appVersionFromJson(const Json& json) {
 }
 
 void VersionInquiry::ask(std::function<void(Expected<AppVersion, TransportError>)> completion) const {
-  client_.get<AppVersion>(versionPath, "AppVersion", appVersionFromJson, std::move(completion));
+  client_.get<AppVersion>(versionPath, "AppVersion", appVersionFromJson, std::move(completion), appVersion.get());
 }
 
 bool VersionInquiry::isNewer(const std::string& version) const {

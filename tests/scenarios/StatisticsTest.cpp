@@ -23,6 +23,7 @@ TEST_F(Statistics, areSentThreeSecondsAfterTheLastCommand) {
   desktop.defaults.set("useLocalApi", true);
   desktop.defaults.set("serviceToken", std::string("t0ken"));
   start();
+  desktop.defaults.set("appVersion", std::string("not the bundle's"));
   editorWith("text");
   run(ActionCase::summarize);
   desktop.advance(100ms);  // counted when the text is there

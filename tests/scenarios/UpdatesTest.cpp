@@ -44,7 +44,9 @@ using UpdateService = Updates;
 
 TEST_F(UpdateService, asksAsTheServiceWantsToBeAsked) {
   desktop.defaults.set("serviceToken", std::string("t0ken"));
-  start().appUpdateService().checkForUpdate(true);
+  auto& service = start().appUpdateService();
+  desktop.defaults.set("appVersion", std::string("2.12.9"));
+  service.checkForUpdate(true);
   ASSERT_EQ(asked(), 1u);
   const HttpRequest& request = desktop.http.exchanges[0].request;
   EXPECT_EQ(request.method, "GET");
@@ -52,7 +54,7 @@ TEST_F(UpdateService, asksAsTheServiceWantsToBeAsked) {
   EXPECT_FALSE(request.body.has_value());
   EXPECT_THAT(std::vector(request.headers.begin(), request.headers.begin() + 3),
               ElementsAre(HttpHeader{"Authorization", "Bearer t0ken"}, HttpHeader{"Accept", "application/json"},
-                          HttpHeader{"X-AppVersion", "2.13.0"}));
+                          HttpHeader{"X-AppVersion", "2.12.9"}));
 }
 
 TEST_F(UpdateService, comparesVersionsByTheirNumbers) {

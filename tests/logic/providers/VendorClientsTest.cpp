@@ -160,10 +160,12 @@ TEST_F(VendorClients, ofOpenAIListModelsOrSayWhyNot) {
 
 TEST_F(VendorClients, ofAnthropicTakeNoStatusBut200) {
   const auto provider = anthropic();
-  EXPECT_EQ(
-      chat(*provider, [&] { last().answer(200, std::nullopt, anthropicResult(R"({"type":"text","text":"{{x}}"})")); }),
-      "{{x}}")
-      << "braces stay";
+  EXPECT_EQ(chat(*provider,
+                 [&] {
+                   last().answer(200, std::nullopt, anthropicResult(R"({"type":"text","text":"{{x}}"},{"type":7},"")"));
+                 }),
+            "{{x}}")
+      << "braces stay, and later blocks are not looked at";
   const struct {
     int status;
     std::string body;
@@ -175,6 +177,7 @@ TEST_F(VendorClients, ofAnthropicTakeNoStatusBut200) {
       {201, anthropicResult(R"({"type":"text","text":"x"})"), "status code 201"},
       {200, R"({"id":"1","type":"message","model":"m","role":"r","content":[],"usage":{}})",
        "usage.output_tokens: is missing"},
+      {200, anthropicResult(R"({"type":"text"})"), "content[0].text: is missing"},
       {200, "", "is not valid JSON"},
   };
   for (const auto& [status, body, message] : cases) {
