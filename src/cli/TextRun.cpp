@@ -29,11 +29,6 @@ void write(const std::string& text) {
   std::fflush(stdout);
 }
 
-bool takesParameter(const UserAction& action) {
-  return action.kind == ActionCase::translate || action.kind == ActionCase::changeTone ||
-         action.kind == ActionCase::freeStyle;
-}
-
 std::optional<Command> findCommand(const Session& session, const TextRun& run) {
   auto command = session.promptStore.commandForSlug(run.slug);
   if (!command && run.slug == slugify(UserAction(ActionCase::freeStyle).englishTitle())) {
@@ -44,12 +39,12 @@ std::optional<Command> findCommand(const Session& session, const TextRun& run) {
     return std::nullopt;
   }
   if (run.parameter) {
-    if (!takesParameter(command->type)) {
+    if (!info(command->type.kind).takesParameter()) {
       complain("the command " + run.slug + " takes no --param");
       return std::nullopt;
     }
     command->type.parameter = run.parameter;
-  } else if (takesParameter(command->type) && !command->type.parameter) {
+  } else if (info(command->type.kind).takesParameter() && !command->type.parameter) {
     complain("the command " + run.slug + " needs --param with a language, a tone or a task");
     return std::nullopt;
   }

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <array>
 #include <string>
 #include <string_view>
-#include <utility>
 
+#include "base/Localization.h"
 #include "base/RawValue.h"
 
 namespace quillmark {
@@ -18,14 +17,20 @@ enum class ActionBehavior {
   insertBeforeSelection
 };
 
+struct ActionBehaviorInfo {
+  ActionBehavior key;
+  std::string_view raw;
+  const char* title;  ///< English
+};
+
 template <>
 struct RawValues<ActionBehavior> {
-  static constexpr std::array<std::pair<ActionBehavior, std::string_view>, 5> table{{
-      {ActionBehavior::replaceSelection, "replaceSelection"},
-      {ActionBehavior::showReview, "showReview"},
-      {ActionBehavior::copyToClipboard, "copyToClipboard"},
-      {ActionBehavior::insertAfterSelection, "insertAfterSelection"},
-      {ActionBehavior::insertBeforeSelection, "insertBeforeSelection"},
+  static constexpr EnumTable<ActionBehaviorInfo> table{{
+      {ActionBehavior::replaceSelection, "replaceSelection", trLater("Replace Selection")},
+      {ActionBehavior::showReview, "showReview", trLater("Show Review")},
+      {ActionBehavior::copyToClipboard, "copyToClipboard", trLater("Copy to Clipboard")},
+      {ActionBehavior::insertAfterSelection, "insertAfterSelection", trLater("Insert After Selection")},
+      {ActionBehavior::insertBeforeSelection, "insertBeforeSelection", trLater("Insert Before Selection")},
   }};
 };
 
@@ -35,6 +40,6 @@ constexpr bool pastes(ActionBehavior behavior) {
 }
 
 /// In the interface language.
-std::string title(ActionBehavior behavior);
+inline std::string title(ActionBehavior behavior) { return tr(RawValues<ActionBehavior>::table[behavior].title); }
 
 }  // namespace quillmark

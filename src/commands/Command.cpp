@@ -20,18 +20,14 @@ Command Command::make(std::string name, std::optional<UserAction> type, std::opt
     return command;
   }
   command.type = std::move(*type);
-  if (command.type.kind == ActionCase::freeStyle) {
-    command.behavior = ActionBehavior::showReview;
-  } else {
-    command.hasCustomName = !usesActionTitle(command.type);
-  }
+  command.behavior = info(command.type.kind).behavior;
+  command.hasCustomName = !usesActionTitle(command.type);
   return command;
 }
 
 Command Command::make(const UserAction& action) {
   Command command = make(action.title(), action, PromptFactory::promptText(action), action.model(), action.category());
-  const bool isExpansion = action.kind == ActionCase::changeTone || action.kind == ActionCase::translate;
-  command.hasCustomName = isExpansion && action.parameter.has_value();
+  command.hasCustomName = info(action.kind).items() && action.parameter;
   return command;
 }
 
@@ -54,15 +50,8 @@ std::string Command::shortcutName() const {
 }
 
 bool usesActionTitle(const UserAction& type) {
-  switch (type.kind) {
-    case ActionCase::customPrompt:
-      return false;
-    case ActionCase::changeTone:
-    case ActionCase::translate:
-      return !type.parameter.has_value();
-    default:
-      return true;
-  }
+  const bool isOneItem = info(type.kind).items() && type.parameter;
+  return type.kind != ActionCase::customPrompt && !isOneItem;
 }
 
 Json toJson(const Command& command) {

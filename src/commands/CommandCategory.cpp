@@ -3,33 +3,31 @@
 #include "base/Localization.h"
 
 namespace quillmark {
+
+using enum CommandCategory;
+
+constinit const EnumTable<CommandCategoryInfo> RawValues<CommandCategory>::table{{
+    {mainAction, "mainAction", trLater("Main Action"), "", 0, 0},
+    {writing, "writing", trLater("Writing"), "pencil.line", 1, 2},
+    {rewrite, "rewrite", trLater("Rewrite"), "lasso.badge.sparkles", 2, 1},
+    {seo, "seo", trLater("SEO & Copywriting"), "rectangle.and.text.magnifyingglass", 3, 3},
+    {development, "development", trLater("Development"), "hammer.circle", 4, 4},
+    {prompting, "prompting", trLater("Prompting"), "command", 5, 6},
+    {customAction, "customAction", trLater("Custom Action"), "command", 10, 5},
+}};
+
 namespace {
 
-struct CategoryInfo {
-  const char* title;
-  int sortRank;
-  std::string_view icon;
-};
-
-const CategoryInfo& categoryInfo(CommandCategory category) {
-  static constexpr std::array<CategoryInfo, RawValues<CommandCategory>::table.size()> table{{
-      {trLater("Main Action"), 0, ""},
-      {trLater("Writing"), 1, "pencil.line"},
-      {trLater("Rewrite"), 2, "lasso.badge.sparkles"},
-      {trLater("SEO & Copywriting"), 3, "rectangle.and.text.magnifyingglass"},
-      {trLater("Development"), 4, "hammer.circle"},
-      {trLater("Prompting"), 5, "command"},
-      {trLater("Custom Action"), 10, "command"},
-  }};
-  return table[static_cast<std::size_t>(category)];
-}
+const CommandCategoryInfo& info(CommandCategory category) { return RawValues<CommandCategory>::table[category]; }
 
 }  // namespace
 
-std::string title(CommandCategory category) { return tr(categoryInfo(category).title); }
+std::string title(CommandCategory category) { return tr(info(category).title); }
 
-int sortRank(CommandCategory category) { return categoryInfo(category).sortRank; }
+std::string_view icon(CommandCategory category) { return info(category).icon; }
 
-std::string_view icon(CommandCategory category) { return categoryInfo(category).icon; }
+int sortRank(CommandCategory category) { return info(category).sortRank; }
+
+int menuRank(CommandCategory category) { return info(category).menuRank; }
 
 }  // namespace quillmark

@@ -30,19 +30,16 @@ Command* withId(std::vector<Command>& list, const Uuid& id) {
   return found == list.end() ? nullptr : &*found;
 }
 
-bool isOfferedByItself(const Command& command) {
-  return command.type.kind != ActionCase::changeTone && command.type.kind != ActionCase::translate &&
-         command.type.kind != ActionCase::freeStyle;
-}
+bool isOfferedByItself(const Command& command) { return !info(command.type.kind).takesParameter(); }
 
 /// One entry for each item, with the settings of the command that they all stand for.
 void appendExpansions(std::vector<Command>& list, const Command& source, ConfigurableStore& store,
-                      const ConfigurableStore::Items& items, const char* title, UserAction (*action)(std::string)) {
+                      const ConfigurableStore::Items& items) {
   for (const auto& item : items) {
     Command entry = source;
     entry.id = Uuid::random();
-    entry.name = tr(title, store.displayName(item));
-    entry.type = action(item.name);
+    entry.name = tr(info(source.type.kind).parameter->itemTitle, store.displayName(item));
+    entry.type.parameter = item.name;
     list.push_back(std::move(entry));
   }
 }
@@ -53,8 +50,7 @@ ConfigurableStore::Items enabledOrDefault(ConfigurableStore& store) {
 }
 
 std::optional<Command> findFor(const std::vector<Command>& list, const UserAction& action) {
-  const bool expands = action.kind == ActionCase::translate || action.kind == ActionCase::changeTone;
-  const UserAction stored = expands ? UserAction(action.kind) : action;
+  const UserAction stored = info(action.kind).items() ? UserAction(action.kind) : action;
   return first(list, [&](const auto& command) { return command.type == stored; });
 }
 
@@ -232,11 +228,11 @@ void CustomPromptStore::buildSearchableCommands() {
 
   std::vector<Command> expanded;
   expanded.reserve(languages.size() + tones.size());
-  if (const auto translate = commandFor(ActionCase::translate)) {
-    appendExpansions(expanded, *translate, languageStore, languages, trLater("Translate to {}"), UserAction::translate);
-  }
-  if (const auto changeTone = commandFor(ActionCase::changeTone)) {
-    appendExpansions(expanded, *changeTone, toneStore, tones, trLater("Change tone to {}"), UserAction::changeTone);
+  for (const ActionCase action : filteredActions()) {
+    if (const auto source = commandFor(action)) {
+      const bool isPerLanguage = info(action).items() == ItemList::languages;
+      appendExpansions(expanded, *source, isPerLanguage ? languageStore : toneStore, isPerLanguage ? languages : tones);
+    }
   }
 
   // Sorted as pointers: a command is large.

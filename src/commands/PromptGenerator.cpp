@@ -18,17 +18,10 @@ std::string PromptGenerator::generate(const std::optional<std::string>& promptTe
   for (const auto& variable : variables_) {
     result = text::replacingAll(std::move(result), "{{" + variable.key + "}}", variable.value);
   }
-  const std::string parameter = type.parameter.value_or("");
-  switch (type.kind) {
-    case ActionCase::changeTone:
-      return text::replacingAll(std::move(result), "{{tone}}", parameter);
-    case ActionCase::translate:
-      return text::replacingAll(std::move(result), "{{language}}", parameter);
-    case ActionCase::freeStyle:
-      return text::replacingAll(std::move(result), "{{task}}", parameter);
-    default:
-      return result;
+  if (const ActionParameter* parameter = info(type.kind).parameter) {
+    result = text::replacingAll(std::move(result), parameter->placeholder, type.parameter.value_or(""));
   }
+  return result;
 }
 
 std::string promptFor(const Command& command, const std::vector<Variable>& variables) {

@@ -1,13 +1,14 @@
 #pragma once
 
-#include <array>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "base/Json.h"
+#include "commands/ActionBehavior.h"
 #include "commands/CommandCategory.h"
 
 namespace quillmark {
@@ -36,31 +37,41 @@ enum class ActionCase {
   customPrompt,
 };
 
+/// A list of the user's whose items an action can be offered for.
+enum class ItemList { languages, tones };
+
+/// What an action wants to know besides the text.
+struct ActionParameter {
+  std::string_view placeholder;     ///< that it fills in a template
+  std::optional<ItemList> items{};  ///< what there is to choose from; absent: the user types it
+  const char* itemTitle = nullptr;  ///< English title of the command for one item, whose name stands for "{}"
+  const char* menuTitle = nullptr;  ///< English title of the submenu with all items
+};
+
+/// All that is fixed for a built-in action besides its prompt (PromptFactory).
+struct ActionInfo {
+  ActionCase key;
+  std::string_view raw;
+  const char* title;      ///< English
+  std::string_view icon;  ///< symbol name
+  CommandCategory category;
+  const char* model = nullptr;  ///< nullptr: the provider's default
+  /// nullptr: none. An action with a parameter is never offered by itself, only together with one.
+  const ActionParameter* parameter = nullptr;
+  std::optional<ActionBehavior> behavior{};  ///< of a new command; absent: the general default
+  bool inCatalogue = true;                   ///< whether it is a built-in entry of the template catalogue
+
+  constexpr bool takesParameter() const { return parameter != nullptr; }
+  /// The list for whose items the action is offered.
+  constexpr std::optional<ItemList> items() const { return takesParameter() ? parameter->items : std::nullopt; }
+};
+
 template <>
 struct RawValues<ActionCase> {
-  static constexpr std::array<std::pair<ActionCase, std::string_view>, 20> table{{
-      {ActionCase::fixGrammar, "fixGrammar"},
-      {ActionCase::improveWriting, "improveWriting"},
-      {ActionCase::simplifyLanguage, "simplifyLanguage"},
-      {ActionCase::makeLonger, "makeLonger"},
-      {ActionCase::makeShorter, "makeShorter"},
-      {ActionCase::summarize, "summarize"},
-      {ActionCase::explainThis, "explainThis"},
-      {ActionCase::improvePrompt, "improvePrompt"},
-      {ActionCase::generatePrompt, "generatePrompt"},
-      {ActionCase::executePrompt, "executePrompt"},
-      {ActionCase::changeTone, "changeTone"},
-      {ActionCase::translate, "translate"},
-      {ActionCase::freeStyle, "freeStyle"},
-      {ActionCase::titleCase, "titleCase"},
-      {ActionCase::asEmojis, "asEmojis"},
-      {ActionCase::translateToYoda, "translateToYoda"},
-      {ActionCase::asEmail, "asEmail"},
-      {ActionCase::asTweet, "asTweet"},
-      {ActionCase::humanizeText, "humanizeText"},
-      {ActionCase::customPrompt, "customPrompt"},
-  }};
+  static const EnumTable<ActionInfo> table;
 };
+
+inline const ActionInfo& info(ActionCase action) { return RawValues<ActionCase>::table[action]; }
 
 /// A built-in action. Three cases take a parameter: `changeTone` the name of a tone, `translate` the name of a
 /// language, `freeStyle` the task that the user typed.
@@ -70,22 +81,25 @@ struct UserAction {
 
   // An action without a parameter is written as its case.
   UserAction(ActionCase actionCase) : kind(actionCase) {}  // NOLINT(google-explicit-constructor)
+  UserAction(ActionCase actionCase, std::string name) : kind(actionCase), parameter(std::move(name)) {}
   UserAction() = default;
 
-  static UserAction changeTone(std::string tone);
-  static UserAction translate(std::string language);
-  static UserAction freeStyle(std::string task);
+  static UserAction changeTone(std::string tone) { return {ActionCase::changeTone, std::move(tone)}; }
+  static UserAction translate(std::string language) { return {ActionCase::translate, std::move(language)}; }
+  static UserAction freeStyle(std::string task) { return {ActionCase::freeStyle, std::move(task)}; }
 
   /// The name of the case, with or without a parameter.
   std::string identifier() const { return std::string(rawValue(kind)); }
   /// In the interface language.
   std::string title() const;
-  std::string englishTitle() const;
+  std::string englishTitle() const { return info(kind).title; }
   /// Symbol name.
-  std::string_view icon() const;
-  CommandCategory category() const;
+  std::string_view icon() const { return info(kind).icon; }
+  CommandCategory category() const { return info(kind).category; }
   /// The model that a command made from this action asks for.
   std::optional<std::string> model() const;
+  /// Whether it stands for a list of actions, one for each item.
+  bool isExpanded() const { return info(kind).items() && !parameter; }
 
   friend bool operator==(const UserAction&, const UserAction&) = default;
 };
@@ -93,7 +107,7 @@ struct UserAction {
 /// The commands that a new user starts with; the last two are filteredActions().
 std::span<const ActionCase> baseActions();
 /// The built-in entries of the template catalogue.
-std::span<const ActionCase> catalogueActions();
+std::vector<ActionCase> catalogueActions();
 /// `translate` and `changeTone`: stored once, offered once for each language and tone.
 std::span<const ActionCase> filteredActions();
 

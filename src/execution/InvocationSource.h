@@ -1,9 +1,5 @@
 #pragma once
 
-#include <array>
-#include <string_view>
-#include <utility>
-
 #include "base/RawValue.h"
 
 namespace quillmark {
@@ -13,7 +9,7 @@ enum class InvocationSource { keyboardShortcut, urlHandler, menuBar, serviceProv
 
 template <>
 struct RawValues<InvocationSource> {
-  static constexpr std::array<std::pair<InvocationSource, std::string_view>, 4> table{{
+  static constexpr EnumTable<RawValueRow<InvocationSource>> table{{
       {InvocationSource::keyboardShortcut, "keyboardShortcut"},
       {InvocationSource::urlHandler, "urlHandler"},
       {InvocationSource::menuBar, "menuBar"},

@@ -1,19 +1,13 @@
 #include "execution/KeyboardSubscriptions.h"
 
-#include <algorithm>
-
 #include "base/Log.h"
 
 namespace quillmark {
 
 KeyboardSubscriptions::KeyboardSubscriptions(GlobalShortcuts& shortcuts, CustomPromptStore& promptStore,
-                                             LanguageStore& languageStore, ToneStore& toneStore,
-                                             ActionService& actionService, ActiveApplicationTracker& tracker)
-    : shortcuts_(shortcuts),
-      languageStore_(languageStore),
-      toneStore_(toneStore),
-      actionService_(actionService),
-      tracker_(tracker) {
+                                             const ItemStores& itemStores, ActionService& actionService,
+                                             ActiveApplicationTracker& tracker)
+    : shortcuts_(shortcuts), itemStores_(itemStores), actionService_(actionService), tracker_(tracker) {
   commandChanges_ = promptStore.prompts.bind([this](const std::vector<Command>& commands) { subscribe(commands); });
 }
 
@@ -33,20 +27,15 @@ void KeyboardSubscriptions::subscribe(const std::vector<Command>& commands) {
       " prevCount: " + std::to_string(promptCount_));
   shortcuts_.removeAllHandlers();
   onKeyUp(commandMenu, [this] { actionService_.openCommandMenu(InvocationSource::keyboardShortcut); });
-  onKeyUp(translate, [this] {
-    if (const auto item = languageStore_.defaultItem()) {
-      actionService_.runAction(UserAction::translate(item->name), true);
-    }
-  });
-  onKeyUp(changeTone, [this] {
-    if (const auto item = toneStore_.defaultItem()) {
-      actionService_.runAction(UserAction::changeTone(item->name), true);
-    }
-  });
+  for (const ActionCase action : filteredActions()) {
+    onKeyUp(UserAction(action).identifier(), [this, action] {
+      if (const auto item = itemStores_[*info(action).items()].defaultItem()) {
+        actionService_.runAction({action, item->name}, true);
+      }
+    });
+  }
   for (const auto& command : commands) {
-    const bool isUmbrella = std::any_of(filteredActions().begin(), filteredActions().end(),
-                                        [&](ActionCase action) { return command.type == UserAction(action); });
-    if (!isUmbrella) {
+    if (!command.type.isExpanded()) {
       onKeyUp(command.shortcutName(), [this, id = command.id] { actionService_.runCommandById(id, true); });
     }
   }

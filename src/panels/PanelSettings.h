@@ -1,9 +1,6 @@
 #pragma once
 
-#include <array>
-#include <string_view>
-#include <utility>
-
+#include "base/RawValue.h"
 #include "platform/UserDefaults.h"
 
 namespace quillmark {
@@ -13,7 +10,7 @@ enum class ReviewWindowPosition { nearMouse, center };
 
 template <>
 struct RawValues<ReviewWindowPosition> {
-  static constexpr std::array<std::pair<ReviewWindowPosition, std::string_view>, 2> table{{
+  static constexpr EnumTable<RawValueRow<ReviewWindowPosition>> table{{
       {ReviewWindowPosition::nearMouse, "nearMouse"},
       {ReviewWindowPosition::center, "center"},
   }};
@@ -24,7 +21,7 @@ enum class ReviewWindowSizing { dynamic, fixed };
 
 template <>
 struct RawValues<ReviewWindowSizing> {
-  static constexpr std::array<std::pair<ReviewWindowSizing, std::string_view>, 2> table{{
+  static constexpr EnumTable<RawValueRow<ReviewWindowSizing>> table{{
       {ReviewWindowSizing::dynamic, "dynamic"},
       {ReviewWindowSizing::fixed, "fixed"},
   }};

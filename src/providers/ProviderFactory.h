@@ -11,12 +11,13 @@ namespace quillmark {
 class ProviderFactory {
  public:
   explicit ProviderFactory(const ProviderEnvironment& environment) : environment_(environment) {}
-  virtual ~ProviderFactory() = default;
   ProviderFactory(const ProviderFactory&) = delete;
   ProviderFactory& operator=(const ProviderFactory&) = delete;
 
   /// Never null.
-  virtual std::unique_ptr<AIProvider> makeProvider(const ProviderConfig& config) const;
+  std::unique_ptr<AIProvider> makeProvider(const ProviderConfig& config) const {
+    return info(config.providerType).make(config, environment_);
+  }
 
  private:
   ProviderEnvironment environment_;

@@ -1,21 +1,22 @@
 #include "shell/MenuBar.h"
 
+#include <algorithm>
+
 #include "base/Localization.h"
 
 namespace quillmark {
 
-MenuBar::MenuBar(ActionService& actionService, CustomPromptStore& promptStore, LanguageStore& languageStore,
-                 ToneStore& toneStore, UpdateMenuButton& updateButton, Actions actions)
+MenuBar::MenuBar(ActionService& actionService, CustomPromptStore& promptStore, const ItemStores& itemStores,
+                 UpdateMenuButton& updateButton, Actions actions)
     : actionService_(actionService),
       promptStore_(promptStore),
-      languageStore_(languageStore),
-      toneStore_(toneStore),
+      itemStores_(itemStores),
       updateButton_(updateButton),
       actions_(std::move(actions)) {
   loadingChanges_ = actionService_.isLoading.observe([this](bool) { changed.emit(); });
   commandChanges_ = promptStore_.prompts.observe([this](const auto&) { changed.emit(); });
-  languageChanges_ = languageStore_.itemsCache.observe([this](const auto&) { changed.emit(); });
-  toneChanges_ = toneStore_.itemsCache.observe([this](const auto&) { changed.emit(); });
+  languageChanges_ = itemStores_.languages.itemsCache.observe([this](const auto&) { changed.emit(); });
+  toneChanges_ = itemStores_.tones.itemsCache.observe([this](const auto&) { changed.emit(); });
   updateChanges_ = updateButton_.changed.connect([this] { changed.emit(); });
 }
 
@@ -25,11 +26,15 @@ MenuItem MenuBar::commandItem(const Command& command, std::string_view icon) con
       !actionService_.isLoading.get());
 }
 
-std::vector<MenuItem> MenuBar::itemsOf(ConfigurableStore& store, UserAction (*action)(std::string)) const {
+std::vector<MenuItem> MenuBar::itemsOf(ActionCase action, ItemList list) const {
+  ConfigurableStore& store = itemStores_[list];
   std::vector<MenuItem> items;
   for (const auto& item : store.enabledItems()) {
     items.push_back(MenuItem::action(
-        store.displayName(item), "", [this, action, name = item.name] { actionService_.runAction(action(name), true); },
+        store.displayName(item), "",
+        [this, action, name = item.name] {
+          actionService_.runAction({action, name}, true);
+        },
         !actionService_.isLoading.get()));
   }
   return items;
@@ -45,22 +50,22 @@ std::vector<MenuItem> MenuBar::items() const {
   for (const auto& command : promptStore_.mainCommands()) {
     rows.push_back(commandItem(command, command.type.icon()));
   }
-  const auto isOffered = [this](ActionCase action) {
-    const auto command = promptStore_.commandFor(action);
-    return command && command->enabled;
-  };
-  if (isOffered(ActionCase::changeTone)) {
-    rows.push_back(MenuItem::submenu(tr("Change tone"), "pencil.and.scribble",
-                                     itemsOf(toneStore_, UserAction::changeTone), !isLoading));
-  }
-  if (isOffered(ActionCase::translate)) {
-    rows.push_back(
-        MenuItem::submenu(tr("Translate"), "globe", itemsOf(languageStore_, UserAction::translate), !isLoading));
+  for (const auto& action : RawValues<ActionCase>::table) {
+    const auto list = action.items();
+    const auto command = list ? promptStore_.commandFor(action.key) : std::nullopt;
+    if (command && command->enabled) {
+      rows.push_back(MenuItem::submenu(tr(action.parameter->menuTitle), std::string(action.icon),
+                                       itemsOf(action.key, *list), !isLoading));
+    }
   }
   rows.push_back(MenuItem::divider());
 
-  using enum CommandCategory;
-  for (const auto category : {rewrite, writing, seo, development, customAction, prompting}) {
+  auto categories = allCases<CommandCategory>();
+  std::ranges::sort(categories, {}, menuRank);
+  for (const auto category : categories) {
+    if (category == CommandCategory::mainAction) {
+      continue;
+    }
     std::vector<MenuItem> children;
     for (const auto& command : promptStore_.commands(category)) {
       children.push_back(commandItem(command, icon(category)));

@@ -4,8 +4,7 @@
 #include <vector>
 
 #include "commands/CustomPromptStore.h"
-#include "commands/LanguageStore.h"
-#include "commands/ToneStore.h"
+#include "commands/ItemStores.h"
 #include "execution/ActionService.h"
 #include "shell/MenuModel.h"
 #include "shell/UpdateMenuButton.h"
@@ -22,8 +21,8 @@ class MenuBar {
     std::function<void()> quit;
   };
 
-  MenuBar(ActionService& actionService, CustomPromptStore& promptStore, LanguageStore& languageStore,
-          ToneStore& toneStore, UpdateMenuButton& updateButton, Actions actions);
+  MenuBar(ActionService& actionService, CustomPromptStore& promptStore, const ItemStores& itemStores,
+          UpdateMenuButton& updateButton, Actions actions);
 
   /// The rows as they should be now: what runs something is disabled while a direct run is under way.
   std::vector<MenuItem> items() const;
@@ -33,12 +32,11 @@ class MenuBar {
 
  private:
   MenuItem commandItem(const Command& command, std::string_view icon) const;
-  std::vector<MenuItem> itemsOf(ConfigurableStore& store, UserAction (*action)(std::string)) const;
+  std::vector<MenuItem> itemsOf(ActionCase action, ItemList list) const;
 
   ActionService& actionService_;
   CustomPromptStore& promptStore_;
-  LanguageStore& languageStore_;
-  ToneStore& toneStore_;
+  ItemStores itemStores_;
   UpdateMenuButton& updateButton_;
   Actions actions_;
   Connection loadingChanges_;

@@ -47,7 +47,7 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, const PanelWindows& windows
       launchAtLogin_(platform_.loginItem),
       refusals_(platform_.hotKeys.refused.connect([this](const std::string& name) { shortcutRefused(name); })),
       shortcuts_(platform_.defaults, platform_.hotKeys),
-      shortcutSubscriptions_(shortcuts_, promptStore_, languageStore_, toneStore_, actionService_,
+      shortcutSubscriptions_(shortcuts_, promptStore_, {languageStore_, toneStore_}, actionService_,
                              activeApplicationTracker_),
       versionInquiry_(apiClient_, appConfig_, alertHandler_, platform_.workspace, platform_.defaults),
       appUpdateService_(versionInquiry_, alertHandler_, platform_.defaults),
@@ -55,7 +55,7 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, const PanelWindows& windows
       updater_(platform_.mainQueue, platform_.defaults, alertHandler_, versionInquiry_, updaterDelegate_),
       checkForUpdatesViewModel_(platform_.mainQueue, updater_, updaterDelegate_),
       updateMenuButton_(checkForUpdatesViewModel_, updaterDelegate_, updater_),
-      menuBar_(actionService_, promptStore_, languageStore_, toneStore_, updateMenuButton_,
+      menuBar_(actionService_, promptStore_, {languageStore_, toneStore_}, updateMenuButton_,
                {[this] {
                   alertHandler_.show(AlertKind::notice(
                       tr("Settings"), tr("The settings window is not part of this version yet. The command 'quillmark "

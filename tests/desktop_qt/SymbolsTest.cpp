@@ -53,10 +53,10 @@ TEST(Symbols, everyNameHasADrawingAndEveryDrawingAName) {
       "hand.wave", "accessibility", "checkmark.circle", "checkmark.circle.fill", "checkmark.shield.fill",
       "text.badge.checkmark", "wand.and.rays", "slider.horizontal.3", "macwindow.on.rectangle",
       "doc.text.magnifyingglass", "key.fill", "plus.circle", "text.cursor"};
-  for (const auto& [kind, name] : RawValues<ActionCase>::table) {
+  for (const auto kind : allCases<ActionCase>()) {
     names.insert(std::string(UserAction(kind).icon()));
   }
-  for (const auto& [category, name] : RawValues<CommandCategory>::table) {
+  for (const auto category : allCases<CommandCategory>()) {
     names.insert(std::string(icon(category)));
   }
   names.erase("");  // the main actions, which show their own icons

@@ -58,13 +58,19 @@ TEST_F(DirectRun, appliesEachBehaviourExactly) {
   };
   start();
   everyRequestIsAnswered("ANSWER \n");
-  for (const auto& [behavior, editorText, pasteboardText] : cases) {
-    const auto editor = editorWith(" sel \n");
-    run(ActionCase::improveWriting, behavior);
-    desktop.advance(1s);
-    EXPECT_EQ(editor->text, editorText) << rawValue(behavior);
-    EXPECT_EQ(desktop.pasteboard.text, pasteboardText) << rawValue(behavior);
-    EXPECT_EQ(desktop.workspace.front, editor);
+  for (const bool byDefault : {false, true}) {
+    for (const auto& [behavior, editorText, pasteboardText] : cases) {
+      const auto editor = editorWith(" sel \n");
+      app->activeApplicationTracker().clearCommandTrigger();  // a copy leaves the mark of its run
+      app->actionService().defaultBehavior.set(byDefault ? behavior : ActionBehavior::showReview);
+      run(ActionCase::improveWriting, byDefault ? std::nullopt : std::optional(behavior));
+      desktop.advance(50ms);
+      const auto other = desktop.openEditor("Other", "");
+      desktop.advance(1s);
+      EXPECT_EQ(editor->text, editorText) << rawValue(behavior);
+      EXPECT_EQ(desktop.pasteboard.text, pasteboardText) << rawValue(behavior);
+      EXPECT_EQ(desktop.workspace.front, pastes(behavior) ? editor : other) << "a copy leaves the focus where it is";
+    }
   }
 }
 

@@ -188,6 +188,28 @@ TEST_F(Menu, hasItsRowsInOrder) {
   ASSERT_TRUE(app->promptStore().save(keepTwo, std::nullopt));
   EXPECT_THAT(titles(app->menuBar().items()),
               ElementsAre("Summarize", "-", "Prompting", "-", "Settings", "Help Center", "Check for Updates…", "Quit"));
+
+  std::vector<Command> oneOfEach;
+  for (const auto category : allCases<CommandCategory>()) {
+    oneOfEach.insert(oneOfEach.begin(), Command::make(title(category), std::nullopt, "", std::nullopt, category));
+  }
+  app->promptStore().save(std::move(oneOfEach), std::nullopt);
+  std::vector<std::string> groups;
+  for (const auto& item : app->menuBar().items()) {
+    if (item.kind == MenuItem::Kind::submenu) {
+      groups.push_back(item.title + ": " + item.symbol + ", " + item.children.at(0).symbol);
+    }
+  }
+  EXPECT_THAT(groups,
+              ElementsAre("Rewrite: lasso.badge.sparkles, lasso.badge.sparkles", "Writing: pencil.line, pencil.line",
+                          "SEO & Copywriting: rectangle.and.text.magnifyingglass, "
+                          "rectangle.and.text.magnifyingglass",
+                          "Development: hammer.circle, hammer.circle", "Custom Action: command, command",
+                          "Prompting: command, command"));
+  std::vector<std::string> stored;
+  std::ranges::transform(app->promptStore().prompts.get(), std::back_inserter(stored), &Command::name);
+  EXPECT_THAT(stored, ElementsAre("Main Action", "Writing", "Rewrite", "SEO & Copywriting", "Development", "Prompting",
+                                  "Custom Action"));
 }
 
 TEST_F(Menu, runsWhatIsChosen) {

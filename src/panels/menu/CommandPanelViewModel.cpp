@@ -72,14 +72,10 @@ void CommandPanelViewModel::triggerCommand(const std::optional<Command>& command
     }
     const bool textLiesOnPasteboard =
         source.get() == InvocationSource::urlHandler || source.get() == InvocationSource::serviceProvider;
-    switch (command.type.kind) {
-      case ActionCase::changeTone:
-      case ActionCase::translate:
-      case ActionCase::freeStyle:
-        actionService->runAction(command.type, !textLiesOnPasteboard);
-        break;
-      default:
-        actionService->runCommandById(command.id, !textLiesOnPasteboard);
+    if (info(command.type.kind).takesParameter()) {
+      actionService->runAction(command.type, !textLiesOnPasteboard);
+    } else {
+      actionService->runCommandById(command.id, !textLiesOnPasteboard);
     }
   });
 }

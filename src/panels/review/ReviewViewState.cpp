@@ -1,19 +1,28 @@
 #include "panels/review/ReviewViewState.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
+#include "base/EnumTable.h"
 #include "base/Localization.h"
 
 namespace quillmark {
 namespace {
 
-constexpr std::array modeTitles{trLater("Text"), trLater("Styled"), trLater("Line by Line"), trLater("Word by Word")};
+struct ModeTitle {
+  ReviewViewMode key;
+  const char* title;
+};
+constexpr EnumTable<ModeTitle> modeTitles{{
+    {ReviewViewMode::text, trLater("Text")},
+    {ReviewViewMode::styled, trLater("Styled")},
+    {ReviewViewMode::lineByLine, trLater("Line by Line")},
+    {ReviewViewMode::wordByWord, trLater("Word by Word")},
+}};
 
 }  // namespace
 
-std::string title(ReviewViewMode mode) { return tr(modeTitles[static_cast<std::size_t>(mode)]); }
+std::string title(ReviewViewMode mode) { return tr(modeTitles[mode].title); }
 
 ReviewViewState::ReviewViewState(MainQueue& queue, BackgroundQueue& background, ReviewPanelVM& session,
                                  PanelSettings& settings)
@@ -51,7 +60,7 @@ void ReviewViewState::setViewMode(ReviewViewMode mode) { refresh(mode); }
 
 void ReviewViewState::cycle() {
   if (offersComparison()) {
-    refresh(static_cast<ReviewViewMode>((static_cast<std::size_t>(viewMode()) + 1) % modeTitles.size()));
+    refresh(static_cast<ReviewViewMode>((static_cast<std::size_t>(viewMode()) + 1) % enumeratorCount<ReviewViewMode>));
   }
 }
 

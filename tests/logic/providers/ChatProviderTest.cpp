@@ -146,8 +146,10 @@ TEST_F(ChatProvider, validatesAKeyByAnyAnswer) {
   last().answerJson(goodAnswer);
   validate();
   last().answer(401, "application/json", "{}");
+  validate();
+  last().answerJson(text::replacingAll(goodAnswer, "{{the}} cat", "{{}}"));
   desktop.queue.settle();
-  EXPECT_EQ(verdicts, "yn");
+  EXPECT_EQ(verdicts, "ynn") << "an empty answer is none";
 }
 
 TEST_F(ChatProvider, ofTheHostedServiceUsesItsOwnPathsAndHeaders) {

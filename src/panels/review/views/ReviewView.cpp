@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/EnumTable.h"
 #include "base/Localization.h"
 #include "base/Trace.h"
 #include "widgets/Look.h"
@@ -29,13 +30,22 @@ constexpr int textAllowance = 10;
 QString qt(const std::string& string) { return QString::fromStdString(string); }
 
 /// For the trace.
-constexpr std::array shownMarks{"review shows text",  "review shows styled", "review shows lines",
-                                "review shows words", "review shows error",  "review shows loading"};
+struct ShownMark {
+  ReviewContent key;
+  const char* stage;
+};
+constexpr EnumTable<ShownMark> shownMarks{{
+    {ReviewContent::text, "review shows text"},
+    {ReviewContent::styled, "review shows styled"},
+    {ReviewContent::lineByLine, "review shows lines"},
+    {ReviewContent::wordByWord, "review shows words"},
+    {ReviewContent::error, "review shows error"},
+    {ReviewContent::loading, "review shows loading"},
+}};
 
 QStringList modeTitles() {
-  using enum ReviewViewMode;
   QStringList titles;
-  for (const auto mode : {ReviewViewMode::text, styled, lineByLine, wordByWord}) {
+  for (const auto mode : allCases<ReviewViewMode>()) {
     titles += qt(title(mode));
   }
   return titles;
@@ -195,7 +205,7 @@ void ReviewView::showContent() {
   if (hadKeyboard) {
     page->setFocus();
   }
-  trace::mark(shownMarks[static_cast<std::size_t>(state_.content())]);
+  trace::mark(shownMarks[state_.content()].stage);
   fit();
 }
 
