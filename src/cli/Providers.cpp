@@ -96,16 +96,15 @@ int changeProvider(const std::string& dataDirectory, const std::string& name, co
 
 int verifyProvider(const std::string& dataDirectory, const std::string& name) {
   return ask(dataDirectory, name, [](Session& session, AIProvider& provider, std::function<void(bool)> finish) {
-    provider.validateApiKey([&session, finish = std::move(finish), called = provider.name()](bool valid) {
-      session.queue.async([finish, called, valid] {
-        if (valid) {
-          std::printf("%s answers\n", called.c_str());
-        } else {
-          complain(called + " gives no answer");
-        }
-        finish(valid);
-      });
-    });
+    const auto tell = [finish = std::move(finish), called = provider.name()](bool valid) {
+      if (valid) {
+        std::printf("%s answers\n", called.c_str());
+      } else {
+        complain(called + " gives no answer");
+      }
+      finish(valid);
+    };
+    provider.validateApiKey(onMainQueue(session.queue, tell));
   });
 }
 

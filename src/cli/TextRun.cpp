@@ -9,7 +9,7 @@
 #include "base/Slug.h"
 #include "base/Text.h"
 #include "cli/Session.h"
-#include "commands/PromptGenerator.h"
+#include "execution/PreparedRun.h"
 #include "platform/posix/CurlHttpSession.h"
 
 namespace quillmark::cli {
@@ -51,25 +51,27 @@ std::optional<Command> findCommand(const Session& session, const TextRun& run) {
   return command;
 }
 
-std::optional<ProviderConfig> findProvider(const Session& session, const Command& command, const TextRun& run) {
-  std::optional<ProviderConfig> config;
-  if (run.provider) {
-    config = session.providerCalled(*run.provider);
-    if (!config) {
-      return std::nullopt;
-    }
-  } else {
-    config = session.providerStore.config(command.provider);
-    if (!config) {
-      complain("the command's provider could not be found");
-      return std::nullopt;
-    }
-  }
-  if (!config->enabled) {
-    complain("the provider " + config->name + " is disabled");
+std::optional<PreparedRun> prepare(const Session& session, Command command, const TextRun& run) {
+  command.model = run.model ? run.model : command.model;
+  const RunSources sources{session.variablesStore, session.providerStore, session.providerFactory};
+  const auto config =
+      run.provider ? session.providerCalled(*run.provider) : session.providerStore.config(command.provider);
+  if (run.provider && !config) {
     return std::nullopt;
   }
-  return config;
+  auto prepared = prepareRun(command, config, sources);
+  if (prepared) {
+    return std::move(*prepared);
+  }
+  switch (prepared.error().reason) {
+    case RunRefusal::Reason::providerNotFound:
+      complain("the command's provider could not be found");
+      break;
+    case RunRefusal::Reason::providerDisabled:
+      complain("the provider " + prepared.error().providerName + " is disabled");
+      break;
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -82,8 +84,8 @@ int run(const TextRun& run) {
   if (!command) {
     return 1;
   }
-  const auto config = findProvider(session, *command, run);
-  if (!config) {
+  const auto prepared = prepare(session, *command, run);
+  if (!prepared) {
     return 1;
   }
   // The final line end belongs to the line, not to the text: it goes back behind the answer.
@@ -97,26 +99,15 @@ int run(const TextRun& run) {
     return 1;
   }
 
-  const std::string prompt = promptFor(*command, session.variablesStore.allVariables());
-  const auto provider = session.providerFactory.makeProvider(*config);
-  const auto model = run.model ? run.model : command->model;
-
   bool answered = false;
-  const auto end = [&session](bool hasAnswer, bool& flag) {
-    flag = hasAnswer;
-    session.queue.async([&session] { session.queue.stop(); });
+  const auto finish = [&](const std::optional<std::string>& answer) {
+    if (!run.stream) {
+      write(answer.value_or(""));
+    }
+    answered = answer.has_value();
+    session.queue.async([&session] { session.queue.stop(); });  // after the alerts
   };
-  if (run.stream) {
-    provider->streamChat(input, prompt, model, write,
-                         [&](const std::optional<std::string>& whole) { end(whole.has_value(), answered); });
-  } else {
-    provider->chat(input, prompt, model, [&](std::optional<std::string> answer) {
-      session.queue.async([&, answer = std::move(answer)] {
-        write(answer.value_or(""));
-        end(answer.has_value(), answered);
-      });
-    });
-  }
+  prepared->ask(input, session.queue, finish, run.stream ? std::function<void(const std::string&)>(write) : nullptr);
   session.queue.run();
   http.reset();  // before the queue goes: its thread may not have left it yet
   if (!answered) {

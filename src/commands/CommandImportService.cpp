@@ -94,12 +94,8 @@ void CommandImportService::translateTitle(const std::string& title, std::functio
     const std::string_view translated = text::trimmed(answer ? std::string_view(*answer) : std::string_view());
     completion(translated.empty() ? std::nullopt : Title(translated));
   };
-  // Some providers answer on a thread of their own.
   collaborators_.providerFactory.makeProvider(*config)->chat(
-      text, translationSystemPrompt, std::nullopt,
-      [&queue = collaborators_.queue, finish = lifetime_.guard(finish)](std::optional<std::string> answer) {
-        queue.async([finish, answer = std::move(answer)]() mutable { finish(answer); });
-      });
+      text, translationSystemPrompt, std::nullopt, onMainQueue(collaborators_.queue, lifetime_.guard(finish)));
 }
 
 }  // namespace quillmark

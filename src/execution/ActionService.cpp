@@ -2,7 +2,6 @@
 
 #include "base/Localization.h"
 #include "base/Log.h"
-#include "commands/PromptGenerator.h"
 
 namespace quillmark {
 namespace {
@@ -29,14 +28,16 @@ AlertKind commandNotFound(const std::string& slug) {
   return AlertKind::notice(tr("Command Not Found"), tr("No command found for slug {}. Did you delete it?", slug));
 }
 
-AlertKind providerNotFound() {
-  return AlertKind::notice(
-      tr("Provider Not Found"),
-      tr("The selected provider could not be found. Please check the command settings and try again."));
-}
-
-AlertKind providerDisabled(const std::string& name) {
-  return AlertKind::notice(tr("Provider {} Disabled", name),
+AlertKind refused(const RunRefusal& refusal) {
+  switch (refusal.reason) {
+    case RunRefusal::Reason::providerNotFound:
+      return AlertKind::notice(
+          tr("Provider Not Found"),
+          tr("The selected provider could not be found. Please check the command settings and try again."));
+    case RunRefusal::Reason::providerDisabled:
+      break;
+  }
+  return AlertKind::notice(tr("Provider {} Disabled", refusal.providerName),
                            tr("The selected provider is disabled. Click the 'Verify & Activate' button in the provider "
                               "settings to enable it, or select a different default or command provider."));
 }
@@ -115,25 +116,17 @@ void ActionService::handleDirectAction(const std::string& text, const Command& c
     return;
   }
   log("handle action " + command.name + " with selected text: \n " + text);
-  const std::string systemPrompt = promptFor(command, collaborators_.variablesStore.allVariables());
+  const auto run = prepareRun(command, collaborators_.runSources);
   lastRunCommand_ = command;
   collaborators_.promptStore.incrementUsage(command.id);
-  collaborators_.statistics.recordCommand(command.name);
-
-  const auto config = collaborators_.providerStore.config(command.provider);
-  if (!config) {
-    collaborators_.alerts.show(providerNotFound());
-    hideLoading();
-    return;
-  }
-  const auto provider = collaborators_.providerFactory.makeProvider(*config);
-  if (!config->enabled) {
-    collaborators_.alerts.show(providerDisabled(provider->name()));
+  collaborators_.statistics.recordCommand(command.name);  // a refused run counts too
+  if (!run) {
+    collaborators_.alerts.show(refused(run.error()));
     hideLoading();
     return;
   }
   const auto finish = [this, selection = text, behavior,
-                       name = provider->name()](const std::optional<std::string>& result) {
+                       name = run->provider->name()](const std::optional<std::string>& result) {
     collaborators_.statistics.recordProvider(name);
     hideLoading();
     if (!result) {
@@ -144,11 +137,7 @@ void ActionService::handleDirectAction(const std::string& text, const Command& c
     }
     collaborators_.capture.apply(behavior, *result, selection);
   };
-  // Some providers answer on a thread of their own.
-  provider->chat(text, systemPrompt, command.model,
-                 [&queue = collaborators_.queue, finish = lifetime_.guard(finish)](std::optional<std::string> result) {
-                   queue.async([finish, result = std::move(result)]() mutable { finish(result); });
-                 });
+  run->ask(text, collaborators_.queue, lifetime_.guard(finish));
 }
 
 void ActionService::handleReviewAction(const std::string& text, const Command& command) {

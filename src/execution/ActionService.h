@@ -5,19 +5,17 @@
 
 #include "base/Lifetime.h"
 #include "commands/CustomPromptStore.h"
-#include "commands/VariablesStore.h"
 #include "execution/ActiveApplicationTracker.h"
 #include "execution/CommandPanel.h"
 #include "execution/InvocationSource.h"
 #include "execution/LoadingPanel.h"
+#include "execution/PreparedRun.h"
 #include "execution/ReviewSession.h"
 #include "execution/SelectionCapture.h"
 #include "execution/UsageRecorder.h"
 #include "platform/AlertHandler.h"
 #include "platform/Permissions.h"
 #include "platform/UserDefaults.h"
-#include "providers/ProviderFactory.h"
-#include "providers/ProviderStore.h"
 
 namespace quillmark {
 
@@ -35,9 +33,7 @@ class ActionService {
     SelectionCapture& capture;
     ActiveApplicationTracker& tracker;
     CustomPromptStore& promptStore;
-    VariablesStore& variablesStore;
-    ProviderStore& providerStore;
-    ProviderFactory& providerFactory;
+    RunSources runSources;
     UsageRecorder& statistics;
     ReviewSession& reviewSession;
     CommandPanel& commandPanel;

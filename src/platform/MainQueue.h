@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace quillmark {
 
@@ -67,5 +68,13 @@ class MainQueue {
   virtual void suspend() = 0;
   virtual void resume() = 0;
 };
+
+/// A callback with one argument for somebody who may call it on any thread: each call runs the operation in the queue.
+template <class Operation>
+auto onMainQueue(MainQueue& queue, Operation operation) {
+  return [&queue, operation = std::move(operation)](auto value) {
+    queue.async([operation, value = std::move(value)]() mutable { operation(std::move(value)); });
+  };
+}
 
 }  // namespace quillmark

@@ -72,8 +72,8 @@ void OpenAIProvider::streamChat(const std::string& text, const std::string& syst
 }
 
 void OpenAIProvider::listModels(std::function<void(std::optional<std::vector<ProviderModel>>)> completion) {
-  makeClient().models([&queue = environment_.queue, report = reporter(),
-                       completion = std::move(completion)](const auto& identifiers) {
+  makeClient().models([report = reporter(),
+                       finish = onMainQueue(environment_.queue, std::move(completion))](const auto& identifiers) {
     std::optional<std::vector<ProviderModel>> models;
     if (identifiers) {
       models.emplace();
@@ -83,7 +83,7 @@ void OpenAIProvider::listModels(std::function<void(std::optional<std::vector<Pro
     } else {
       report(identifiers.error(), "");
     }
-    queue.async([completion, models = std::move(models)] { completion(models); });
+    finish(std::move(models));
   });
 }
 

@@ -6,7 +6,7 @@
 #include "base/Log.h"
 #include "base/Text.h"
 #include "base/Trace.h"
-#include "commands/PromptGenerator.h"
+#include "execution/PreparedRun.h"
 
 namespace quillmark {
 namespace {
@@ -21,14 +21,6 @@ std::string withoutOrigins(std::string name) {
     name = text::replacingAll(std::move(name), origin, "");
   }
   return std::string(text::trimmed(name));
-}
-
-/// A callback for a provider, which may call it on any thread.
-template <class Operation>
-auto onMainQueue(MainQueue& queue, Operation operation) {
-  return [&queue, operation = std::move(operation)](auto value) {
-    queue.async([operation, value = std::move(value)]() mutable { operation(std::move(value)); });
-  };
 }
 
 }  // namespace
@@ -76,34 +68,37 @@ void ReviewPanelVM::execute(const Command& command, const std::string& textToSen
   hasError.set(false);
   errorMessage.set("");
 
-  const std::string prompt = promptFor(command, collaborators_.variablesStore.allVariables());
-  const auto config = collaborators_.providerStore.config(command.provider);
-  if (!config) {
-    failLater(tr("Provider '{}' not found. Please check your provider settings.",
-                 command.provider ? command.provider->toString() : tr("unknown")));
-    log("Provider not found for command: " + command.name);
-    return;
-  }
-  const auto provider = collaborators_.providerFactory.makeProvider(*config);
-  if (!provider->config().enabled) {
-    failLater(tr("Provider '{}' is disabled. Please enable it in the settings.", provider->name()));
-    log("Provider disabled for command: " + command.name);
+  const auto prepared = prepareRun(
+      command, {collaborators_.variablesStore, collaborators_.providerStore, collaborators_.providerFactory});
+  if (!prepared) {
+    refuse(command, prepared.error());
     return;
   }
   collaborators_.promptStore.incrementUsage(command.id);
   collaborators_.statistics.recordCommand(command.name);
 
-  const Run run{run_, provider->usesStreaming(), provider->name()};
-  auto finished =
-      onMainQueue(collaborators_.queue,
-                  lifetime_.guard([this, run](std::optional<std::string> answer) { finish(run, std::move(answer)); }));
+  const Run run{run_, prepared->provider->usesStreaming(), prepared->provider->name()};
+  std::function<void(const std::string&)> onChunk;
   if (run.streams) {
     isStreaming.set(true);
-    auto chunk = [this, number = run.number](const std::string& piece) { addChunk(number, piece); };
-    provider->streamChat(textToSend, prompt, command.model, onMainQueue(collaborators_.queue, lifetime_.guard(chunk)),
-                         std::move(finished));
-  } else {
-    provider->chat(textToSend, prompt, command.model, std::move(finished));
+    onChunk = lifetime_.guard([this, number = run.number](const std::string& piece) { addChunk(number, piece); });
+  }
+  prepared->ask(textToSend, collaborators_.queue,
+                lifetime_.guard([this, run](std::optional<std::string> answer) { finish(run, std::move(answer)); }),
+                std::move(onChunk));
+}
+
+void ReviewPanelVM::refuse(const Command& command, const RunRefusal& refusal) {
+  switch (refusal.reason) {
+    case RunRefusal::Reason::providerNotFound:
+      failLater(tr("Provider '{}' not found. Please check your provider settings.",
+                   command.provider ? command.provider->toString() : tr("unknown")));
+      log("Provider not found for command: " + command.name);
+      break;
+    case RunRefusal::Reason::providerDisabled:
+      failLater(tr("Provider '{}' is disabled. Please enable it in the settings.", refusal.providerName));
+      log("Provider disabled for command: " + command.name);
+      break;
   }
 }
 

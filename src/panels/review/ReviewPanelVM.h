@@ -10,6 +10,7 @@
 #include "commands/CustomPromptStore.h"
 #include "commands/VariablesStore.h"
 #include "execution/ActiveApplicationTracker.h"
+#include "execution/PreparedRun.h"
 #include "execution/ReviewSession.h"
 #include "execution/SelectionCapture.h"
 #include "execution/UsageRecorder.h"
@@ -109,6 +110,7 @@ class ReviewPanelVM : public ReviewSession {
     std::string providerName;
   };
 
+  void refuse(const Command& command, const RunRefusal& refusal);
   void failLater(std::string message);
   void addChunk(unsigned run, const std::string& chunk);
   void finish(const Run& run, std::optional<std::string> answer);
