@@ -89,7 +89,7 @@ void tellAboutStoredData(const SqliteUserDefaults& defaults, AlertHandler& alert
 
 int main(int argc, char** argv) {
   trace::open();
-  trace::mark("process started");
+  trace::mark(trace::processStarted);
   const CommandLine line = parse(argc, argv);
   const int endDescriptor = endRequests();
 
@@ -174,7 +174,7 @@ int main(int argc, char** argv) {
 
   const SocketWatch end(endDescriptor, [] { QApplication::quit(); });
   queue.async([&http] {
-    trace::mark("ready");
+    trace::mark(trace::ready);
     http.warmUp();  // so that the first run need not wait for it
   });
   return QApplication::exec();

@@ -153,7 +153,7 @@ void QtPanelWindow::activeWindowIs(WId window) {
   if (window == winId()) {
     wantsKeyboard_ = true;
     if (!std::exchange(main_, true)) {
-      trace::mark("panel has the keyboard");
+      trace::mark(trace::panelHasKeyboard);
     }
   } else if (main_) {
     main_ = wantsKeyboard_ = false;
@@ -179,7 +179,7 @@ void QtPanelWindow::paintEvent(QPaintEvent* event) {
   if (!std::exchange(drawn_, true)) {
     // What lies on this ground is drawn with it, but after it.
     QMetaObject::invokeMethod(
-        this, [] { trace::mark("panel drawn"); }, Qt::QueuedConnection);
+        this, [] { trace::mark(trace::panelDrawn); }, Qt::QueuedConnection);
   }
   QPainter painter(this);
   if (kind_ == Kind::indicator) {

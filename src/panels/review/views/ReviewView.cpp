@@ -28,9 +28,9 @@ constexpr int textAllowance = 10;
 
 QString qt(const std::string& string) { return QString::fromStdString(string); }
 
-/// For the trace.
-constexpr std::array shownMarks{"review shows text",  "review shows styled", "review shows lines",
-                                "review shows words", "review shows error",  "review shows loading"};
+/// In the order of ReviewContent.
+constexpr std::array shownStages{trace::reviewShowsText,  trace::reviewShowsStyled, trace::reviewShowsLines,
+                                 trace::reviewShowsWords, trace::reviewShowsError,  trace::reviewShowsLoading};
 
 QStringList modeTitles() {
   using enum ReviewViewMode;
@@ -195,7 +195,7 @@ void ReviewView::showContent() {
   if (hadKeyboard) {
     page->setFocus();
   }
-  trace::mark(shownMarks[static_cast<std::size_t>(state_.content())]);
+  trace::mark(shownStages[static_cast<std::size_t>(state_.content())]);
   fit();
 }
 
