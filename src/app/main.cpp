@@ -13,6 +13,7 @@
 
 #include "base/Localization.h"
 #include "base/Log.h"
+#include "base/ScopeExit.h"
 #include "base/Trace.h"
 #include "panels/menu/views/CommandMenuView.h"
 #include "panels/review/views/ReviewView.h"
@@ -176,6 +177,11 @@ int main(int argc, char** argv) {
   queue.async([&http] {
     trace::mark(trace::ready);
     http.warmUp();  // so that the first run need not wait for it
+  });
+  // The last one, so that no thread calls what goes with the end of this function.
+  const ScopeExit threadsEnd([&http, &background] {
+    http.stop();
+    background.stop();
   });
   return QApplication::exec();
 }

@@ -9,6 +9,18 @@
 
 namespace quillmark::cli {
 
+namespace {
+
+/// The same directory. The HTTP library may get ready on its thread while this one loads what is in there.
+const std::string& whileHttpGetsReady(const std::string& directory, CurlHttpSession& http, Session::Http readiness) {
+  if (readiness == Session::Http::whileStoresLoad) {
+    http.warmUp();
+  }
+  return directory;
+}
+
+}  // namespace
+
 void complain(const std::string& message) { std::fprintf(stderr, "quillmark: %s\n", message.c_str()); }
 
 void StandardErrorAlerts::present(const Alert& alert, Closed closed) {
@@ -28,8 +40,8 @@ StoredData::StoredData(const std::string& dataDirectory)
       [](const std::string& reason) { complain("the change could not be stored: " + reason); });
 }
 
-Session::Session(HttpSession& http, const std::string& dataDirectory)
-    : data(dataDirectory),
+Session::Session(const std::string& dataDirectory, Http readiness)
+    : data(whileHttpGetsReady(dataDirectory, http, readiness)),
       locale(useInterfaceLanguage(data.defaults, bundle())),
       alertHandler(queue, alerts),
       appConfig(data.defaults, AppConfig::localPortOfEnvironment()),
@@ -41,6 +53,15 @@ Session::Session(HttpSession& http, const std::string& dataDirectory)
   RunningVersion(data.defaults).store(bundle());
   promptStore.loadUnchanged();
   providerStore.load();
+}
+
+void Session::run() {
+  queue.run();
+  http.stop();
+}
+
+void Session::finish() {
+  queue.async([this] { queue.stop(); });
 }
 
 std::optional<ProviderConfig> Session::providerCalled(const std::string& name) const {

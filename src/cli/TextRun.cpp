@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdio>
-#include <memory>
 
 #include <unistd.h>
 
@@ -10,7 +9,6 @@
 #include "base/Text.h"
 #include "cli/Session.h"
 #include "commands/PromptGenerator.h"
-#include "platform/posix/CurlHttpSession.h"
 
 namespace quillmark::cli {
 namespace {
@@ -80,9 +78,7 @@ std::optional<ProviderConfig> findProvider(const Session& session, const Command
 }  // namespace
 
 int run(const TextRun& run) {
-  auto http = std::make_unique<CurlHttpSession>();
-  http->warmUp();  // the library gets ready while the stores load
-  Session session(*http, run.dataDirectory);
+  Session session(run.dataDirectory, Session::Http::whileStoresLoad);
   const auto command = findCommand(session, run);
   if (!command) {
     return 1;
@@ -109,7 +105,7 @@ int run(const TextRun& run) {
   bool answered = false;
   const auto end = [&session](bool hasAnswer, bool& flag) {
     flag = hasAnswer;
-    session.queue.async([&session] { session.queue.stop(); });
+    session.finish();
   };
   if (run.stream) {
     provider->streamChat(input, prompt, model, write,
@@ -122,8 +118,7 @@ int run(const TextRun& run) {
       });
     });
   }
-  session.queue.run();
-  http.reset();  // before the queue goes: its thread may not have left it yet
+  session.run();
   if (!answered) {
     complain("there is no answer");
     return 1;
@@ -135,8 +130,7 @@ int run(const TextRun& run) {
 }
 
 int list(const std::string& dataDirectory) {
-  CurlHttpSession http;
-  const Session session(http, dataDirectory);
+  const Session session(dataDirectory);
   for (const auto& command : session.promptStore.prompts.get()) {
     write(slugify(command.name) + "\t" + command.displayName() + "\n");
   }
