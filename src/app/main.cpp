@@ -35,10 +35,10 @@
 #include "platform/posix/SystemInfo.h"
 #include "platform/posix/ThreadQueue.h"
 #include "shell/QuillmarkApp.h"
+#include "shell/views/TaskBarEntry.h"
 #include "shell/views/TrayMenu.h"
 #include "widgets/Accessibility.h"
 #include "widgets/Look.h"
-#include "widgets/Symbols.h"
 
 namespace {
 
@@ -99,7 +99,7 @@ int main(int argc, char** argv) {
   QApplication::setDesktopFileName("org.quillmark.Quillmark");
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
-  QApplication::setWindowIcon(symbols::icon("pencil.line"));
+  QApplication::setWindowIcon(programIcon());
 
   DBusService service;
   switch (SingleInstance::claim(QDBusConnection::sessionBus(), service, line.arguments)) {
@@ -173,6 +173,11 @@ int main(int argc, char** argv) {
   TrayHost trayHost(hints);
   TrayMenu tray(trayHost, [&quillmark] { return quillmark.menuBar().items(); });
   const auto menuChanges = quillmark.menuBar().changed.connect([&tray] { tray.refresh(); });
+
+  TaskBarEntry taskBarEntry([&quillmark] { quillmark.openSettings(); });
+  taskBarEntry.setShown(quillmark.showDockIcon.get());
+  const auto dockIconChanges =
+      quillmark.showDockIcon.observe([&taskBarEntry](bool shown) { taskBarEntry.setShown(shown); });
 
   const SocketWatch end(endDescriptor, [] { QApplication::quit(); });
   queue.async([&http] {

@@ -13,6 +13,7 @@
 #include "platform/desktop/QtMainQueue.h"
 #include "platform/desktop/WindowPanel.h"
 #include "platform/desktop/WindowSystem.h"
+#include "shell/views/TaskBarEntry.h"
 
 namespace quillmark {
 namespace {
@@ -141,6 +142,25 @@ TEST_F(PresentedAlert, givesTheKeyboardBackToThePanelThatHadIt) {
   panel.makeKeyAndOrderFront();
   panel.close();
   EXPECT_FALSE(closeOne());
+}
+
+TEST(TaskBarEntry, isMinimisedAgainWhenItIsChosen) {
+  int chosen = 0;
+  TaskBarEntry entry([&] { ++chosen; });
+  EXPECT_FALSE(entry.isVisible());
+  for (int round = 1; round <= 2; ++round) {
+    entry.setShown(true);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(entry.isMinimized());
+    EXPECT_EQ(chosen, round - 1) << "showing it is not choosing it";
+    entry.showNormal();  // what a task bar does
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(entry.isMinimized());
+    EXPECT_EQ(chosen, round);
+    entry.setShown(false);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(entry.isVisible());
+  }
 }
 
 TEST(NoWindowSystem, isWhatASessionWithoutAnyGets) {
