@@ -9,18 +9,6 @@
 
 namespace quillmark::cli {
 
-namespace {
-
-/// The same directory. The HTTP library may get ready on its thread while this one loads what is in there.
-const std::string& whileHttpGetsReady(const std::string& directory, CurlHttpSession& http, Session::Http readiness) {
-  if (readiness == Session::Http::whileStoresLoad) {
-    http.warmUp();
-  }
-  return directory;
-}
-
-}  // namespace
-
 void complain(const std::string& message) { std::fprintf(stderr, "quillmark: %s\n", message.c_str()); }
 
 void StandardErrorAlerts::present(const Alert& alert, Closed closed) {
@@ -41,7 +29,7 @@ StoredData::StoredData(const std::string& dataDirectory)
 }
 
 Session::Session(const std::string& dataDirectory, Http readiness)
-    : data(whileHttpGetsReady(dataDirectory, http, readiness)),
+    : data(dataDirectory),
       locale(useInterfaceLanguage(data.defaults, bundle())),
       alertHandler(queue, alerts),
       appConfig(data.defaults, AppConfig::localPortOfEnvironment()),
@@ -50,6 +38,9 @@ Session::Session(const std::string& dataDirectory, Http readiness)
       promptStore(data.defaults),
       variablesStore(data.defaults, locale),
       providerStore(data.defaults) {
+  if (readiness == Http::whileStoresLoad) {
+    http.warmUp();  // not before the language is chosen, which changes the environment that the library's thread reads
+  }
   RunningVersion(data.defaults).store(bundle());
   promptStore.loadUnchanged();
   providerStore.load();
