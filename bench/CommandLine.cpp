@@ -2,7 +2,7 @@
 
 #include "bench/LoopbackListener.h"
 #include "bench/Measurements.h"
-#include "support/Desk.h"
+#include "support/LiveDesktop.h"
 #include "support/TemporaryDirectory.h"
 #include "support/Trace.h"
 
@@ -45,8 +45,8 @@ void measureCommandLine(const BuildTree& tree, int runs, Figures& figures) {
     if (process.exitStatus() != 0) {
       throw std::runtime_error("the command-line program failed: " + readFile(files / "output"));
     }
-    const auto started = trace.momentOf("process started");
-    const auto sent = trace.momentOf("request sent");
+    const auto started = trace.momentOf(trace::processStarted);
+    const auto sent = trace.momentOf(trace::requestSent);
     if (!started || !sent) {
       throw std::runtime_error("no trace of the command-line program");
     }

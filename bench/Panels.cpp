@@ -6,7 +6,7 @@
 #include "bench/Measurements.h"
 #include "bench/Stores.h"
 #include "platform/posix/SqliteUserDefaults.h"
-#include "support/Desk.h"
+#include "support/LiveDesktop.h"
 
 namespace quillmark::bench {
 namespace {
@@ -24,18 +24,18 @@ void pretendCompositor(XSession& session) {
 
 /// Opens the command menu by its hot key, waits until it is drawn and takes keys, and closes it again. Gives the
 /// milliseconds from the release.
-double openMenu(Desk& desk) {
+double openMenu(LiveDesktop& desk) {
   const auto before = desk.session().activeWindow();
   desk.trace().startAnew();
   desk.triggerHotKey();
-  const auto moment = [&](const char* event) {
-    if (!waitUntil([&] { return desk.trace().momentOf(event).has_value(); })) {
-      throw std::runtime_error(std::string("the command menu does not get so far: ") + event);
+  const auto moment = [&](trace::Stage stage) {
+    if (!waitUntil([&] { return desk.trace().momentOf(stage).has_value(); })) {
+      throw std::runtime_error(std::string("the command menu does not get so far: ") + stage.name);
     }
-    return *desk.trace().momentOf(event);
+    return *desk.trace().momentOf(stage);
   };
-  const auto released = moment("hot key released");
-  const auto ready = std::max(moment("panel drawn"), moment("panel has the keyboard"));
+  const auto released = moment(trace::hotKeyReleased);
+  const auto ready = std::max(moment(trace::panelDrawn), moment(trace::panelHasKeyboard));
   desk.session().tap({"Escape"});
   if (!waitUntil([&] { return desk.session().activeWindow() == before; })) {
     throw std::runtime_error("the command menu does not close");
@@ -44,7 +44,7 @@ double openMenu(Desk& desk) {
 }
 
 void measureCommandMenu(const BuildTree& tree, int runs, Figures& figures) {
-  Desk desk(tree.desktop(), 1);  // nobody listens there, and nobody is asked
+  LiveDesktop desk(tree.desktop(), 1);  // nobody listens there, and nobody is asked
   pretendCompositor(desk.session());
   desk.endQuillmark();
   {
@@ -71,8 +71,8 @@ void measureCommandMenu(const BuildTree& tree, int runs, Figures& figures) {
     }
     desk.endQuillmark();
   }
-  figures.add({"hot key released -> command menu, first time", "ms", std::move(first), 40});
-  figures.add({"hot key released -> command menu, later", "ms", std::move(later), 20});
+  figures.add({std::string(trace::hotKeyReleased.name) + " -> command menu, first time", "ms", std::move(first), 40});
+  figures.add({std::string(trace::hotKeyReleased.name) + " -> command menu, later", "ms", std::move(later), 20});
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 #include <thread>
 
 #include "bench/Measurements.h"
-#include "support/Desk.h"
+#include "support/LiveDesktop.h"
 #include "support/TestHttpServer.h"
 
 namespace quillmark::bench {
@@ -29,7 +29,7 @@ Answer answerAtOnce(const ReceivedRequest& request) {
 
 /// Saves until the file holds the text, and gives that moment. The editor gets a little time to fetch the pasted text:
 /// a save that overtook the paste would take as long as the one that counts.
-Moment awaitSaved(Desk& desk, const Editor& editor, const std::string& text) {
+Moment awaitSaved(LiveDesktop& desk, const Editor& editor, const std::string& text) {
   const auto deadline = now() + 20s;
   for (auto nextSave = now() + 8ms; now() < deadline; std::this_thread::sleep_for(500us)) {
     if (editor.fileContents() == text) {
@@ -48,7 +48,7 @@ Moment awaitSaved(Desk& desk, const Editor& editor, const std::string& text) {
 void measureRuns(const BuildTree& tree, int runs, Figures& figures) {
   TestHttpServer backend;
   backend.answerOthers(answerAtOnce);
-  Desk desk(tree.desktop(), backend.port());
+  LiveDesktop desk(tree.desktop(), backend.port());
   Editor editor(desk, "mousepad");
   Latencies latencies;
   std::vector<double> byHand;
@@ -60,7 +60,7 @@ void measureRuns(const BuildTree& tree, int runs, Figures& figures) {
     editor.selectAll();
     desk.trace().startAnew();
     desk.triggerHotKey();
-    if (!waitUntil([&] { return desk.trace().momentOf("paste key posted").has_value(); })) {
+    if (!waitUntil([&] { return desk.trace().momentOf(trace::pasteKeyPosted).has_value(); })) {
       throw std::runtime_error("a run pasted nothing");
     }
     const auto saved = awaitSaved(desk, editor, corrected + text);
@@ -77,17 +77,17 @@ void measureRuns(const BuildTree& tree, int runs, Figures& figures) {
       byHand.push_back(millisecondsBetween(before, savedByHand));
     }
   }
-  const auto add = [&](const char* stage, std::optional<double> goal) {
-    const auto found = latencies.stages().find(stage);
-    figures.add({stage, "ms", found == latencies.stages().end() ? std::vector<double>() : found->second, goal});
+  const auto add = [&](trace::Stage from, trace::Stage to, std::optional<double> goal) {
+    figures.add({nameOf(from, to), "ms", latencies.between(from, to), goal});
   };
-  add("hot key released -> copy key posted", 4);
-  add("copy key posted -> pasteboard read", std::nullopt);
-  add("pasteboard read -> request sent", 2);
-  add("request sent -> answer received", std::nullopt);
-  add("answer received -> pasteboard written", 4);
-  add("pasteboard written -> paste key posted", std::nullopt);
-  add("hot key released -> file saved", 230);
+  using namespace trace;
+  add(hotKeyReleased, copyKeyPosted, 4);
+  add(copyKeyPosted, pasteboardRead, std::nullopt);
+  add(pasteboardRead, requestSent, 2);
+  add(requestSent, answerReceived, std::nullopt);
+  add(answerReceived, pasteboardWritten, 4);
+  add(pasteboardWritten, pasteKeyPosted, std::nullopt);
+  add(hotKeyReleased, Latencies::fileSaved, 230);
   figures.add({"  of it the editor: paste by hand -> file saved", "ms", std::move(byHand), std::nullopt});
 }
 

@@ -5,7 +5,7 @@
 #include "base/Log.h"
 #include "bench/Measurements.h"
 #include "bench/Stores.h"
-#include "support/Desk.h"
+#include "support/LiveDesktop.h"
 
 namespace quillmark::bench {
 namespace {
@@ -32,7 +32,7 @@ long wakeUps(pid_t process) {
   return sum;
 }
 
-void measureStarts(Desk& desk, const StoreSize& size, int runs, Figures& figures) {
+void measureStarts(LiveDesktop& desk, const StoreSize& size, int runs, Figures& figures) {
   desk.endQuillmark();
   fillStore(desk.data(), size);
   std::vector<double> starts;
@@ -40,8 +40,8 @@ void measureStarts(Desk& desk, const StoreSize& size, int runs, Figures& figures
   for (int run = 0; run <= runs; ++run) {
     const auto before = now();
     desk.startQuillmark();
-    const auto ready = desk.trace().momentOf("ready");
-    const auto started = desk.trace().momentOf("process started");
+    const auto ready = desk.trace().momentOf(trace::ready);
+    const auto started = desk.trace().momentOf(trace::processStarted);
     if (!ready || !started) {
       throw std::runtime_error("no trace of the start");
     }
@@ -59,7 +59,7 @@ void measureStarts(Desk& desk, const StoreSize& size, int runs, Figures& figures
 
 void measureStartAndRest(const BuildTree& tree, int runs, Figures& figures) {
   setLogSink([](std::string_view) {});
-  Desk desk(tree.desktop(), 1);  // nobody listens there, and nobody is asked
+  LiveDesktop desk(tree.desktop(), 1);  // nobody listens there, and nobody is asked
   measureStarts(desk, largeStore, runs, figures);
   std::filesystem::remove_all(desk.data());
   prepareData(desk.data());

@@ -9,6 +9,7 @@
 #include "panels/review/views/ReviewView.h"
 #include "platform/desktop/QtMainQueue.h"
 #include "platform/desktop/QtPanelWindow.h"
+#include "platform/desktop/x11/X11WindowHints.h"
 #include "platform/simulated/SimulatedDesktop.h"
 #include "shell/QuillmarkApp.h"
 #include "support/Trace.h"
@@ -62,8 +63,10 @@ class Stage {
   DrawingApplication& application_;
   SimulatedDesktop desktop_;
   QtMainQueue queue_;
-  QtPanelWindow reviewWindow_{QtPanelWindow::Kind::surface, look::windowRadius};
-  QtPanelWindow menuWindow_{QtPanelWindow::Kind::surface, look::windowRadius};
+  X11Connection connection_;
+  std::unique_ptr<WindowHints> hints_{makeX11WindowHints(connection_)};
+  QtPanelWindow reviewWindow_{*hints_, QtPanelWindow::Kind::panel, look::windowRadius};
+  QtPanelWindow menuWindow_{*hints_, QtPanelWindow::Kind::panel, look::windowRadius};
   QuillmarkApp app_;
   ReviewView review_{app_.reviewPanel(), app_.reviewViewState(), desktop_.pasteboard};
   CommandMenuView menu_{app_.commandPanel()};

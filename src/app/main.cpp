@@ -13,6 +13,7 @@
 
 #include "base/Localization.h"
 #include "base/Log.h"
+#include "base/ScopeExit.h"
 #include "base/Trace.h"
 #include "panels/menu/views/CommandMenuView.h"
 #include "panels/review/views/ReviewView.h"
@@ -25,7 +26,7 @@
 #include "platform/desktop/SingleInstance.h"
 #include "platform/desktop/SocketWatch.h"
 #include "platform/desktop/TrayHost.h"
-#include "platform/desktop/x11/X11Desktop.h"
+#include "platform/desktop/WindowSystem.h"
 #include "platform/posix/AutostartLoginItem.h"
 #include "platform/posix/CurlHttpSession.h"
 #include "platform/posix/DataDirectory.h"
@@ -34,10 +35,10 @@
 #include "platform/posix/SystemInfo.h"
 #include "platform/posix/ThreadQueue.h"
 #include "shell/QuillmarkApp.h"
+#include "shell/views/TaskBarEntry.h"
 #include "shell/views/TrayMenu.h"
 #include "widgets/Accessibility.h"
 #include "widgets/Look.h"
-#include "widgets/Symbols.h"
 
 namespace {
 
@@ -89,7 +90,7 @@ void tellAboutStoredData(const SqliteUserDefaults& defaults, AlertHandler& alert
 
 int main(int argc, char** argv) {
   trace::open();
-  trace::mark("process started");
+  trace::mark(trace::processStarted);
   const CommandLine line = parse(argc, argv);
   const int endDescriptor = endRequests();
 
@@ -98,7 +99,7 @@ int main(int argc, char** argv) {
   QApplication::setDesktopFileName("org.quillmark.Quillmark");
   QApplication application(argc, argv);
   QApplication::setQuitOnLastWindowClosed(false);
-  QApplication::setWindowIcon(symbols::icon("pencil.line"));
+  QApplication::setWindowIcon(programIcon());
 
   DBusService service;
   switch (SingleInstance::claim(QDBusConnection::sessionBus(), service, line.arguments)) {
@@ -125,32 +126,33 @@ int main(int argc, char** argv) {
   }
   IcuLocaleInfo locale(language);
   CurlHttpSession http;
-  QtAlerts alerts;
   look::apply({});
   const DesktopAppearance appearance(QDBusConnection::sessionBus(), look::apply);
   if (QLocale(QString::fromStdString(language)).textDirection() == Qt::RightToLeft) {
     QApplication::setLayoutDirection(Qt::RightToLeft);
   }
-  X11Desktop desktop(queue, ownBundle.identifier.value_or(""), application.devicePixelRatio());
+  const auto session = openWindowSystem(queue, ownBundle.identifier.value_or(""));
+  WindowHints& hints = session->windowHints();
 
   AutostartLoginItem loginItem(autostartDirectory(), executablePath());
 
   installAccessibility();
-  LoadingWindow loadingWindow;
-  QtPanelWindow reviewWindow(QtPanelWindow::Kind::surface, look::windowRadius);
-  QtPanelWindow menuWindow(QtPanelWindow::Kind::surface, look::windowRadius);
-  const auto activeWindows = desktop.workspace.activeWindow.connect([&](xcb_window_t window) {
-    reviewWindow.activeWindowIs(window);
-    menuWindow.activeWindowIs(window);
-  });
-  QuillmarkApp quillmark(
-      {ownBundle, operatingSystem(), queue, background, defaults, locale, http, desktop.pasteboard, desktop.keyInjector,
-       desktop.hotKeys, desktop.workspace, desktop.screens, alerts, desktop.permissions, loginItem},
-      {&loadingWindow, reviewWindow, menuWindow}, {AppConfig::localPortOfEnvironment(), [] { QApplication::quit(); }});
+  LoadingWindow loadingWindow(hints);
+  QtPanelWindow reviewWindow(hints, QtPanelWindow::Kind::panel, look::windowRadius);
+  QtPanelWindow menuWindow(hints, QtPanelWindow::Kind::panel, look::windowRadius);
+  QtAlerts alerts(hints, {&menuWindow, &reviewWindow});
+  QuillmarkApp quillmark({ownBundle, operatingSystem(), queue, background, defaults, locale, http,
+                          session->pasteboard(), session->keyInjector(), session->hotKeys(), session->workspace(),
+                          session->screens(), alerts, session->permissions(), loginItem},
+                         {&loadingWindow, reviewWindow, menuWindow},
+                         {AppConfig::localPortOfEnvironment(), [] { QApplication::quit(); }});
   tellAboutStoredData(defaults, quillmark.alertHandler());
+  if (const auto problem = session->problem()) {
+    quillmark.alertHandler().show(AlertKind::notice(tr("Session Not Supported"), *problem));
+  }
 
   // Made now, so that the first panel comes up as fast as the others.
-  ReviewView reviewView(quillmark.reviewPanel(), quillmark.reviewViewState(), desktop.pasteboard);
+  ReviewView reviewView(quillmark.reviewPanel(), quillmark.reviewViewState(), session->pasteboard());
   reviewWindow.setContent(reviewView);
   reviewWindow.setResizable(true);
   CommandMenuView menuView(quillmark.commandPanel());
@@ -168,14 +170,24 @@ int main(int argc, char** argv) {
   service.openCommandMenu = [&quillmark] { quillmark.triggerCommandMenu(); };
   service.service = [&quillmark](const std::string& text) { quillmark.serviceProvider().service(text); };
 
-  TrayHost trayHost;
+  TrayHost trayHost(hints);
   TrayMenu tray(trayHost, [&quillmark] { return quillmark.menuBar().items(); });
   const auto menuChanges = quillmark.menuBar().changed.connect([&tray] { tray.refresh(); });
 
+  TaskBarEntry taskBarEntry([&quillmark] { quillmark.openSettings(); });
+  taskBarEntry.setShown(quillmark.showDockIcon.get());
+  const auto dockIconChanges =
+      quillmark.showDockIcon.observe([&taskBarEntry](bool shown) { taskBarEntry.setShown(shown); });
+
   const SocketWatch end(endDescriptor, [] { QApplication::quit(); });
   queue.async([&http] {
-    trace::mark("ready");
+    trace::mark(trace::ready);
     http.warmUp();  // so that the first run need not wait for it
+  });
+  // The last one, so that no thread calls what goes with the end of this function.
+  const ScopeExit threadsEnd([&http, &background] {
+    http.stop();
+    background.stop();
   });
   return QApplication::exec();
 }

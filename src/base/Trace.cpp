@@ -21,15 +21,15 @@ void open() {
   }
 }
 
-void mark(const char* event) {
+void mark(Stage stage) {
   if (descriptor < 0) {
     return;
   }
   timespec now{};
   clock_gettime(CLOCK_MONOTONIC, &now);
   std::array<char, 160> line{};
-  const int length =
-      std::snprintf(line.data(), line.size(), "%lld%09ld %s\n", static_cast<long long>(now.tv_sec), now.tv_nsec, event);
+  const int length = std::snprintf(line.data(), line.size(), "%lld%09ld %s\n", static_cast<long long>(now.tv_sec),
+                                   now.tv_nsec, stage.name);
   // A lost line of a trace is not worth an error.
   [[maybe_unused]] const auto written = ::write(descriptor, line.data(), static_cast<std::size_t>(length));
 }

@@ -3,11 +3,9 @@
 #include <cstdio>
 #include <functional>
 #include <iostream>
-#include <memory>
 
 #include "base/Text.h"
 #include "cli/Session.h"
-#include "platform/posix/CurlHttpSession.h"
 
 namespace quillmark::cli {
 namespace {
@@ -21,8 +19,7 @@ void print(const ProviderConfig& config) {
 /// outcome.
 int ask(const std::string& dataDirectory, const std::string& name,
         const std::function<void(Session&, AIProvider&, std::function<void(bool)>)>& question) {
-  auto http = std::make_unique<CurlHttpSession>();
-  Session session(*http, dataDirectory);
+  Session session(dataDirectory);
   const auto config = session.providerCalled(name);
   if (!config) {
     return 1;
@@ -31,18 +28,16 @@ int ask(const std::string& dataDirectory, const std::string& name,
   bool good = false;
   question(session, *provider, [&](bool outcome) {
     good = outcome;
-    session.queue.async([&session] { session.queue.stop(); });  // behind the alerts
+    session.finish();
   });
-  session.queue.run();
-  http.reset();  // before the queue goes: its thread may not have left it yet
+  session.run();
   return good ? 0 : 1;
 }
 
 }  // namespace
 
 int listProviders(const std::string& dataDirectory) {
-  CurlHttpSession http;
-  const Session session(http, dataDirectory);
+  const Session session(dataDirectory);
   for (const auto& config : session.providerStore.configs.get()) {
     print(config);
   }
@@ -60,8 +55,7 @@ int addProvider(const std::string& dataDirectory, const std::string& type, const
     complain("no kind of provider is called " + type + "; there are " + known);
     return 1;
   }
-  CurlHttpSession http;
-  Session session(http, dataDirectory);
+  Session session(dataDirectory);
   if (!session.providerStore.addConfig(ProviderConfig::make({.providerType = *kind, .name = name}))) {
     return 1;
   }
@@ -70,8 +64,7 @@ int addProvider(const std::string& dataDirectory, const std::string& type, const
 }
 
 int changeProvider(const std::string& dataDirectory, const std::string& name, const ProviderChanges& changes) {
-  CurlHttpSession http;
-  Session session(http, dataDirectory);
+  Session session(dataDirectory);
   const auto config = session.providerCalled(name);
   if (!config) {
     return 1;

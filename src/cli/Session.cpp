@@ -28,7 +28,7 @@ StoredData::StoredData(const std::string& dataDirectory)
       [](const std::string& reason) { complain("the change could not be stored: " + reason); });
 }
 
-Session::Session(HttpSession& http, const std::string& dataDirectory)
+Session::Session(const std::string& dataDirectory, Http readiness)
     : data(dataDirectory),
       locale(useInterfaceLanguage(data.defaults, bundle())),
       alertHandler(queue, alerts),
@@ -38,9 +38,21 @@ Session::Session(HttpSession& http, const std::string& dataDirectory)
       promptStore(data.defaults),
       variablesStore(data.defaults, locale),
       providerStore(data.defaults) {
+  if (readiness == Http::whileStoresLoad) {
+    http.warmUp();  // not before the language is chosen, which changes the environment that the library's thread reads
+  }
   RunningVersion(data.defaults).store(bundle());
   promptStore.loadUnchanged();
   providerStore.load();
+}
+
+void Session::run() {
+  queue.run();
+  http.stop();
+}
+
+void Session::finish() {
+  queue.async([this] { queue.stop(); });
 }
 
 std::optional<ProviderConfig> Session::providerCalled(const std::string& name) const {

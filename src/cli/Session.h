@@ -5,7 +5,7 @@
 #include "commands/CustomPromptStore.h"
 #include "commands/VariablesStore.h"
 #include "platform/AlertHandler.h"
-#include "platform/HttpSession.h"
+#include "platform/posix/CurlHttpSession.h"
 #include "platform/posix/IcuLocaleInfo.h"
 #include "platform/posix/PosixMainQueue.h"
 #include "platform/posix/SqliteUserDefaults.h"
@@ -38,12 +38,22 @@ class StoredData {
 
 /// The services of the desktop program that need no desktop, over the same stored data.
 struct Session {
+  /// When the HTTP library gets ready, which takes a few milliseconds of its own thread.
+  enum class Http { withFirstRequest, whileStoresLoad };
+
   /// An empty directory means the user's. Loads the stores.
-  Session(HttpSession& http, const std::string& dataDirectory);
+  explicit Session(const std::string& dataDirectory, Http readiness = Http::withFirstRequest);
+  ~Session() { http.stop(); }
+
+  /// Runs the main queue until finish(). No handler of a request runs any more when it returns: what they call may go.
+  void run();
+  /// Makes run() return once the blocks before have run, alerts included.
+  void finish();
 
   /// By name, slug or id; complains when there is none.
   std::optional<ProviderConfig> providerCalled(const std::string& name) const;
 
+  CurlHttpSession http;
   PosixMainQueue queue;
   StoredData data;
   IcuLocaleInfo locale;

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cstdio>
-#include <memory>
 
 #include <unistd.h>
 
@@ -10,7 +9,6 @@
 #include "base/Text.h"
 #include "cli/Session.h"
 #include "execution/PreparedRun.h"
-#include "platform/posix/CurlHttpSession.h"
 
 namespace quillmark::cli {
 namespace {
@@ -77,9 +75,7 @@ std::optional<PreparedRun> prepare(const Session& session, Command command, cons
 }  // namespace
 
 int run(const TextRun& run) {
-  auto http = std::make_unique<CurlHttpSession>();
-  http->warmUp();  // the library gets ready while the stores load
-  Session session(*http, run.dataDirectory);
+  Session session(run.dataDirectory, Session::Http::whileStoresLoad);
   const auto command = findCommand(session, run);
   if (!command) {
     return 1;
@@ -105,11 +101,10 @@ int run(const TextRun& run) {
       write(answer.value_or(""));
     }
     answered = answer.has_value();
-    session.queue.async([&session] { session.queue.stop(); });  // after the alerts
+    session.finish();
   };
   prepared->ask(input, session.queue, finish, run.stream ? std::function<void(const std::string&)>(write) : nullptr);
-  session.queue.run();
-  http.reset();  // before the queue goes: its thread may not have left it yet
+  session.run();
   if (!answered) {
     complain("there is no answer");
     return 1;
@@ -121,8 +116,7 @@ int run(const TextRun& run) {
 }
 
 int list(const std::string& dataDirectory) {
-  CurlHttpSession http;
-  const Session session(http, dataDirectory);
+  const Session session(dataDirectory);
   for (const auto& command : session.promptStore.prompts.get()) {
     write(slugify(command.name) + "\t" + command.displayName() + "\n");
   }

@@ -45,7 +45,7 @@ int startDesktop(const std::string& dataDirectory) {
 
 int main(int argc, char** argv) {
   trace::open();
-  trace::mark("process started");
+  trace::mark(trace::processStarted);
   CLI::App app(
       "Quillmark: AI text transformation for every application. Without a command it starts the desktop "
       "program.",

@@ -9,7 +9,7 @@ namespace quillmark {
 
 GlobalShortcuts::GlobalShortcuts(UserDefaults& defaults, HotKeys& hotKeys) : defaults_(defaults), hotKeys_(hotKeys) {
   releases_ = hotKeys_.released.connect([this](const std::string& name) {
-    trace::mark("hot key released");
+    trace::mark(trace::hotKeyReleased);
     if (const auto found = handlers_.find(name); found != handlers_.end()) {
       // A copy: a handler may renew all handlers.
       for (const auto actions = found->second; const auto& action : actions) {

@@ -9,11 +9,11 @@ void SelectionCapture::getSelectedText(bool shouldCopy, std::function<void(const
     // Emptied first, so that a copy key that does nothing can't pass an old copy off as the selection.
     pasteboard_.clearContents();
     keyboard_.pressCopy();
-    trace::mark("copy key posted");
+    trace::mark(trace::copyKeyPosted);
   }
   queue_.after(reactionTime, lifetime_.guard([this, completion = std::move(completion)] {
     pasteboard_.readString(lifetime_.guard([completion](const std::optional<std::string>& text) {
-      trace::mark("pasteboard read");
+      trace::mark(trace::pasteboardRead);
       completion(text.value_or(""));
     }));
   }));
@@ -42,14 +42,14 @@ void SelectionCapture::pasteText(std::string text) {
   writePasteboard(std::move(text));
   queue_.after(reactionTime, lifetime_.guard([this] {
     keyboard_.pressPaste();
-    trace::mark("paste key posted");
+    trace::mark(trace::pasteKeyPosted);
   }));
 }
 
 void SelectionCapture::writePasteboard(std::string text) {
   pasteboard_.clearContents();
   pasteboard_.setString(std::move(text));
-  trace::mark("pasteboard written");
+  trace::mark(trace::pasteboardWritten);
 }
 
 }  // namespace quillmark

@@ -116,7 +116,7 @@ void AnthropicClient::createMessage(const Json& parameter,
                                     std::function<void(Expected<MessageResponse, APIError>)> completion) const {
   fetch(session_, request(parameter),
         [completion = std::move(completion)](const Expected<HttpResponse, HttpFailure>& response) {
-          trace::mark("answer received");
+          trace::mark(trace::answerReceived);
           completion(response ? decoded(*response) : unexpected(failedRequest(response.error())));
         });
 }
@@ -131,7 +131,7 @@ void AnthropicClient::streamMessage(const Json& parameter, std::function<void(co
   };
   handlers.onBytes = [stream](const std::string& bytes) { stream->handleBytes(bytes); };
   handlers.onComplete = [stream](const std::optional<HttpFailure>& failure) {
-    trace::mark("answer received");
+    trace::mark(trace::answerReceived);
     stream->handleEnd(failure);
   };
   session_.start(request(parameter), std::move(handlers));

@@ -19,7 +19,7 @@ std::function<void(const AnthropicClient::APIError&)> AnthropicProvider::reporte
 
 void AnthropicProvider::chat(const std::string& text, const std::string& systemPrompt,
                              const std::optional<std::string>& model, ChatCompletion completion) {
-  trace::mark("request sent");
+  trace::mark(trace::requestSent);
   makeClient().createMessage(messageParameter(text, systemPrompt, modelOrDefault(model), false),
                              [report = reporter(), completion = std::move(completion)](const auto& response) {
                                if (!response) {
@@ -35,7 +35,7 @@ void AnthropicProvider::streamChat(const std::string& text, const std::string& s
                                    const std::optional<std::string>& model,
                                    std::function<void(const std::string&)> onChunk, ChatCompletion onComplete) {
   const auto answer = std::make_shared<StreamedAnswer>(environment_.queue, std::move(onChunk), std::move(onComplete));
-  trace::mark("request sent");
+  trace::mark(trace::requestSent);
   makeClient().streamMessage(
       messageParameter(text, systemPrompt, modelOrDefault(model), true),
       [answer](const MessageStreamResponse& event) {

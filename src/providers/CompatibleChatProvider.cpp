@@ -57,7 +57,7 @@ void CompatibleChatProvider::chat(const std::string& text, const std::string& sy
     const auto& content = result->choices.front().message.content;
     completion(content ? std::optional(withoutBraces(*content)) : std::nullopt);
   };
-  trace::mark("request sent");
+  trace::mark(trace::requestSent);
   environment_.transport.send<GenericChatResult>(chatRequest(dialect, text, systemPrompt, model, false),
                                                  dialect.chatRecord.name, dialect.chatRecord.decode, finish);
 }

@@ -164,7 +164,7 @@ void HttpTransport::sendForBody(TransportRequest request, const std::string& typ
   fetch(session_, std::move(prepared),
         [&queue = queue_, judge = std::move(judge),
          handler = std::move(handler)](Expected<HttpResponse, HttpFailure> response) {
-          trace::mark("answer received");
+          trace::mark(trace::answerReceived);
           queue.async(handler(judge(std::move(response))));
         });
 }
@@ -194,7 +194,7 @@ void HttpTransport::stream(TransportRequest request, std::function<void(std::str
   };
   handlers.onComplete = [&queue = queue_, onComplete = std::move(onComplete), head, anyBytes,
                          accept = headerValue(prepared.headers, "accept")](const std::optional<HttpFailure>& failure) {
-    trace::mark("answer received");
+    trace::mark(trace::answerReceived);
     auto error = failure ? std::optional(TransportError::sessionFailed(failure->description))
                          : validate(*head, !*anyBytes, accept);
     queue.async([onComplete, error = std::move(error)] { onComplete(error); });

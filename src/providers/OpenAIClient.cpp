@@ -111,7 +111,7 @@ template <class T>
 void OpenAIClient::perform(HttpRequest request, T (*decode)(const Json&), Completion<T> completion) const {
   fetch(session_, std::move(request),
         [decode, completion = std::move(completion)](const Expected<HttpResponse, HttpFailure>& response) {
-          trace::mark("answer received");
+          trace::mark(trace::answerReceived);
           completion(response ? decoded(response->body, decode) : unexpected(response.error().description));
         });
 }
@@ -132,7 +132,7 @@ void OpenAIClient::chatsStream(const Json& query, std::function<void(const ChatS
   handlers.onHead = [stream](const HttpResponseHead& head) { return stream->handleHead(head); };
   handlers.onBytes = [stream](const std::string& bytes) { stream->handleBytes(bytes); };
   handlers.onComplete = [stream](const std::optional<HttpFailure>& failure) {
-    trace::mark("answer received");
+    trace::mark(trace::answerReceived);
     stream->end(failure ? std::optional(failure->description) : std::nullopt);
   };
   session_.start(std::move(prepared), std::move(handlers));

@@ -31,7 +31,7 @@ std::function<void(const std::string&, const std::string&)> OpenAIProvider::repo
 
 void OpenAIProvider::chat(const std::string& text, const std::string& systemPrompt,
                           const std::optional<std::string>& model, ChatCompletion completion) {
-  trace::mark("request sent");
+  trace::mark(trace::requestSent);
   makeClient().chats(chatQuery(text, systemPrompt, modelOrDefault(model), false),
                      [report = reporter(), completion = std::move(completion)](const auto& result) {
                        if (!result) {
@@ -53,7 +53,7 @@ void OpenAIProvider::streamChat(const std::string& text, const std::string& syst
                                 const std::optional<std::string>& model,
                                 std::function<void(const std::string&)> onChunk, ChatCompletion onComplete) {
   const auto answer = std::make_shared<StreamedAnswer>(environment_.queue, std::move(onChunk), std::move(onComplete));
-  trace::mark("request sent");
+  trace::mark(trace::requestSent);
   makeClient().chatsStream(
       chatQuery(text, systemPrompt, modelOrDefault(model), true),
       [answer](const ChatStreamResult& result) {

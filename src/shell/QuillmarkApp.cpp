@@ -57,12 +57,8 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, const PanelWindows& windows
       checkForUpdatesViewModel_(platform_.mainQueue, updater_, updaterDelegate_),
       updateMenuButton_(checkForUpdatesViewModel_, updaterDelegate_, updater_),
       menuBar_(actionService_, promptStore_, {languageStore_, toneStore_}, updateMenuButton_,
-               {[this] {
-                  alertHandler_.show(AlertKind::notice(
-                      tr("Settings"), tr("The settings window is not part of this version yet. The command 'quillmark "
-                                         "defaults' reads and changes settings.")));
-                },
-                [this] { platform_.workspace.openUrl(QUILLMARK_HELP_URL); }, std::move(options.quit)}) {
+               {[this] { openSettings(); }, [this] { platform_.workspace.openUrl(QUILLMARK_HELP_URL); },
+                std::move(options.quit)}) {
   commandPanel_.actionService = &actionService_;
   // The subscriptions above have registered the fixed shortcuts; the commands' follow when their list arrives here.
   promptStore_.load();
@@ -119,6 +115,13 @@ ShortcutRecorder::Collaborators QuillmarkApp::shortcutRecording() {
   return {shortcuts_, platform_.hotKeys, alertHandler_,
           [this](const KeyCombination& combination) { return menuItemUsing(combination); },
           [this](const std::string& name) { return titleOfShortcut(name); }};
+}
+
+void QuillmarkApp::openSettings() {
+  alertHandler_.show(AlertKind::notice(
+      tr("Settings"),
+      tr("The settings window is not part of this version yet. The command 'quillmark defaults' reads and changes "
+         "settings.")));
 }
 
 void QuillmarkApp::triggerCommand(const std::string& slug) {

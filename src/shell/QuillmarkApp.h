@@ -59,7 +59,7 @@ class QuillmarkApp {
   QuillmarkApp(const QuillmarkApp&) = delete;
   QuillmarkApp& operator=(const QuillmarkApp&) = delete;
 
-  Setting<bool> showDockIcon;  ///< whether the program has a task bar entry
+  Setting<bool> showDockIcon;  ///< whether the program has a task bar entry, which opens the settings
 
   ActionService& actionService() { return actionService_; }
   PanelSettings& panelSettings() { return panelSettings_; }
@@ -93,6 +93,8 @@ class QuillmarkApp {
   /// What a hot key would do, asked for by another program: runs a command on the selection in front.
   void triggerCommand(const std::string& slug);
   void triggerCommandMenu();
+  /// What the tray menu's entry and the task bar entry lead to.
+  void openSettings();
 
  private:
   /// Runs before any store is made: what they find in the database must already be in place.

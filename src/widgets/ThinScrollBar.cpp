@@ -45,15 +45,12 @@ class Geometry : public QProxyStyle {
   }
 };
 
-Geometry& thinGeometry() {
-  static Geometry style;
-  return style;
-}
-
 }  // namespace
 
 ThinScrollBar::ThinScrollBar(QWidget* parent) : QScrollBar(Qt::Vertical, parent) {
-  setStyle(&thinGeometry());
+  auto* const geometry = new Geometry;
+  geometry->setParent(this);
+  setStyle(geometry);
   setAttribute(Qt::WA_Hover);
 }
 

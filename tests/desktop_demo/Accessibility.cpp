@@ -16,7 +16,7 @@ constexpr auto deadline = 10s;
 /// Somebody who knows of the panels only what a screen reader says.
 class Listener {
  public:
-  explicit Listener(Desk& desk) : desk_(desk), bus_(desk.session().environment()["DBUS_SESSION_BUS_ADDRESS"]) {}
+  explicit Listener(LiveDesktop& desk) : desk_(desk), bus_(desk.session().environment()["DBUS_SESSION_BUS_ADDRESS"]) {}
 
   /// Waits until the lines of what shows are just these.
   void hear(const std::string& lines) {
@@ -58,7 +58,7 @@ class Listener {
     throw std::runtime_error("no " + role + ' ' + name);
   }
 
-  Desk& desk_;
+  LiveDesktop& desk_;
   AccessibilityBus bus_;
 };
 
@@ -181,7 +181,7 @@ Outcome accessibility(const Programs& programs, const std::string& editorKind) {
     return ++runs == 1 ? Answer::eventStream().waitFor(answer).chunk("color sat here").end()
                        : Answer::eventStream().end();
   });
-  Desk desk(programs.quillmark, backend.port());
+  LiveDesktop desk(programs.quillmark, backend.port());
   desk.endQuillmark();
   desk.session().environment()["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"] = "1";
   SqliteUserDefaults(desk.data() / "defaults.sqlite").set("defaultBehavior", std::string("showReview"));

@@ -19,7 +19,7 @@ constexpr int reviews = 30;
 /// Steps of a case: each throws with what went wrong.
 class Steps {
  public:
-  Steps(Desk& desk, Editor& editor) : desk_(desk), editor_(editor), session_(desk.session()) {}
+  Steps(LiveDesktop& desk, Editor& editor) : desk_(desk), editor_(editor), session_(desk.session()) {}
 
   void select(const std::string& text) {
     editor_.write(text);
@@ -29,9 +29,9 @@ class Steps {
   }
 
   /// Waits for a mark since the last step that looked for one.
-  void await(std::string_view mark) {
-    if (!waitUntil([&] { return desk_.trace().momentOf(mark).has_value(); }, deadline)) {
-      fail(std::string("no \"").append(mark).append("\"; ") + marksOf(desk_.trace()));
+  void await(trace::Stage stage) {
+    if (!waitUntil([&] { return desk_.trace().momentOf(stage).has_value(); }, deadline)) {
+      fail(std::string("no \"").append(stage.name).append("\"; ") + marksOf(desk_.trace()));
     }
   }
   /// The panel has the keyboard.
@@ -40,23 +40,23 @@ class Steps {
       fail("the panel did not get the keyboard");
     }
   }
-  void tap(const std::vector<std::string_view>& keys, std::string_view mark = {}) {
+  void tap(const std::vector<std::string_view>& keys, std::optional<trace::Stage> stage = std::nullopt) {
     desk_.trace().startAnew();
     session_.tap(keys);
-    if (!mark.empty()) {
-      await(mark);
+    if (stage) {
+      await(*stage);
     }
   }
   void review(const std::string& text) {
     select(text);
     desk_.triggerHotKey();
-    await("review answered");
+    await(trace::reviewAnswered);
     awaitKeyboard();
   }
   void openMenu() {
     desk_.trace().startAnew();
     session_.tap({"Control_L", "Alt_L", "k"});
-    await("command menu shown");
+    await(trace::commandMenuShown);
     awaitKeyboard();
   }
 
@@ -87,7 +87,7 @@ class Steps {
   }
   /// Nothing that would change the editor's text happens.
   void expectNothingPasted(std::chrono::milliseconds during = 500ms) {
-    if (waitUntil([&] { return desk_.trace().momentOf("paste key posted").has_value(); }, during)) {
+    if (waitUntil([&] { return desk_.trace().momentOf(trace::pasteKeyPosted).has_value(); }, during)) {
       fail("something was pasted");
     }
   }
@@ -106,13 +106,13 @@ class Steps {
  private:
   bool isPanel(xcb_window_t window) { return window != 0 && window == panel(); }
 
-  Desk& desk_;
+  LiveDesktop& desk_;
   Editor& editor_;
   XSession& session_;
   xcb_window_t editorWindow_ = 0;
 };
 
-void store(Desk& desk, const std::vector<std::pair<std::string, DefaultsValue>>& settings) {
+void store(LiveDesktop& desk, const std::vector<std::pair<std::string, DefaultsValue>>& settings) {
   SqliteUserDefaults defaults(desk.data() / "defaults.sqlite");
   for (const auto& [key, value] : settings) {
     defaults.set(key, value);
@@ -156,7 +156,7 @@ Answer answerTo(const ReceivedRequest& request) {
 }
 
 /// Two more providers: one that answers, with two models, and one that never says anything.
-void addProviders(Desk& desk, const TestHttpServer& backend) {
+void addProviders(LiveDesktop& desk, const TestHttpServer& backend) {
   SqliteUserDefaults defaults(desk.data() / "defaults.sqlite");
   ProviderStore providers(defaults);
   providers.load();
@@ -185,7 +185,7 @@ Outcome guarded(const std::function<std::string()>& run) {
 }  // namespace
 
 Outcome reviewRuns(const Programs& programs, const std::string& editorKind) {
-  Desk desk(programs);
+  LiveDesktop desk(programs);
   store(desk, {withReview});
   Editor editor(desk, editorKind);
   Steps steps(desk, editor);
@@ -193,11 +193,11 @@ Outcome reviewRuns(const Programs& programs, const std::string& editorKind) {
     const auto outcome = guarded([&] {
       const auto sample = sampleText(number);
       steps.review(sample.typed);
-      for (const auto* mark :
-           {"review shows styled", "review shows lines", "review shows words", "review shows text"}) {
-        steps.tap({"Tab"}, mark);
+      for (const auto stage :
+           {trace::reviewShowsStyled, trace::reviewShowsLines, trace::reviewShowsWords, trace::reviewShowsText}) {
+        steps.tap({"Tab"}, stage);
       }
-      steps.tap({"Return"}, "paste key posted");
+      steps.tap({"Return"}, trace::pasteKeyPosted);
       steps.expectSaved(sample.corrected);
       steps.expectEditorInFront();
       steps.expectNoPanel();
@@ -213,7 +213,7 @@ Outcome reviewRuns(const Programs& programs, const std::string& editorKind) {
 Outcome reviewEndings(const Programs& programs, const std::string& editorKind) {
   TestHttpServer backend;
   backend.answerOthers(answerTo);
-  Desk desk(programs.quillmark, backend.port());
+  LiveDesktop desk(programs.quillmark, backend.port());
   desk.endQuillmark();
   store(desk, {withReview});
   addProviders(desk, backend);
@@ -222,7 +222,7 @@ Outcome reviewEndings(const Programs& programs, const std::string& editorKind) {
   Steps steps(desk, editor);
   return guarded([&] {
     steps.review("to copy");
-    steps.tap({"Control_L", "c"}, "pasteboard written");
+    steps.tap({"Control_L", "c"}, trace::pasteboardWritten);
     steps.expectEditorInFront();
     steps.expectClipboard("Corrected to copy");
     steps.expectNothingPasted();
@@ -254,8 +254,8 @@ Outcome reviewEndings(const Programs& programs, const std::string& editorKind) {
     choose(1);
     steps.tap({"Right"});
     choose(1);
-    steps.tap({"Control_L", "r"}, "review answered");
-    steps.tap({"Return"}, "paste key posted");
+    steps.tap({"Control_L", "r"}, trace::reviewAnswered);
+    steps.tap({"Return"}, trace::pasteKeyPosted);
     steps.expectSaved("second-small again");
     steps.expectEditorInFront();
 
@@ -266,8 +266,8 @@ Outcome reviewEndings(const Programs& programs, const std::string& editorKind) {
       steps.tap({"Left"});
     }
     choose(2);
-    steps.tap({"Control_L", "r"}, "review failed");
-    steps.await("review shows error");
+    steps.tap({"Control_L", "r"}, trace::reviewFailed);
+    steps.await(trace::reviewShowsError);
     steps.tap({"Return"});
     steps.expectNothingPasted();
     steps.tap({"Control_L", "c"});
@@ -284,7 +284,7 @@ Outcome reviewEndings(const Programs& programs, const std::string& editorKind) {
 Outcome commandMenu(const Programs& programs, const std::string& editorKind) {
   TestHttpServer backend;
   backend.answerOthers(answerTo);
-  Desk desk(programs.quillmark, backend.port());
+  LiveDesktop desk(programs.quillmark, backend.port());
   store(desk, {{"KeyboardShortcuts_commandMenu", std::string(R"({"carbonKeyCode":40,"carbonModifiers":6144})")}});
   Editor editor(desk, editorKind);
   Steps steps(desk, editor);
@@ -292,7 +292,7 @@ Outcome commandMenu(const Programs& programs, const std::string& editorKind) {
     steps.select("by keys");
     steps.openMenu();
     steps.session().type("improve text");
-    steps.tap({"Return"}, "paste key posted");
+    steps.tap({"Return"}, trace::pasteKeyPosted);
     steps.expectSaved("Corrected by keys");
     steps.expectEditorInFront();
 
@@ -302,7 +302,7 @@ Outcome commandMenu(const Programs& programs, const std::string& editorKind) {
     constexpr int secondRow = 45 + 8 + 36 + 18;
     desk.trace().startAnew();
     steps.session().click(menu.x + menu.width / 2, menu.y + secondRow);
-    steps.await("paste key posted");
+    steps.await(trace::pasteKeyPosted);
     steps.expectSaved("Corrected by mouse");
     steps.expectEditorInFront();
 
@@ -310,9 +310,9 @@ Outcome commandMenu(const Programs& programs, const std::string& editorKind) {
     steps.openMenu();
     steps.tap({"Tab"});
     steps.session().type("make it rhyme");
-    steps.tap({"Return"}, "review answered");
+    steps.tap({"Return"}, trace::reviewAnswered);
     steps.awaitKeyboard();
-    steps.tap({"Return"}, "paste key posted");
+    steps.tap({"Return"}, trace::pasteKeyPosted);
     steps.expectSaved("Rhymed a task");
 
     steps.select("left alone");

@@ -23,9 +23,9 @@ constexpr auto answerDeadline = 15s;
 constexpr int runsPerCase = 10;
 
 /// Waits for the corrected text after the hot key.
-Outcome awaitCorrection(Desk& desk, Editor& editor, const std::string& expected, std::chrono::milliseconds deadline,
-                        Latencies* latencies = nullptr) {
-  if (!waitUntil([&] { return desk.trace().momentOf("paste key posted").has_value(); }, deadline)) {
+Outcome awaitCorrection(LiveDesktop& desk, Editor& editor, const std::string& expected,
+                        std::chrono::milliseconds deadline, Latencies* latencies = nullptr) {
+  if (!waitUntil([&] { return desk.trace().momentOf(trace::pasteKeyPosted).has_value(); }, deadline)) {
     return failed(desk, "nothing was pasted; " + marksOf(desk.trace()));
   }
   if (!editor.savesAs(expected, deadline)) {
@@ -38,16 +38,16 @@ Outcome awaitCorrection(Desk& desk, Editor& editor, const std::string& expected,
 }
 
 /// Triggers with nothing selected: no text may be sent, least of all an old clipboard.
-Outcome runWithoutSelection(Desk& desk, Editor& editor) {
+Outcome runWithoutSelection(LiveDesktop& desk, Editor& editor) {
   const auto before = editor.fileContents();
   editor.deselect();
   desk.trace().startAnew();
   desk.triggerHotKey();
-  if (!waitUntil([&] { return desk.trace().momentOf("copy key posted").has_value(); }, 5s)) {
+  if (!waitUntil([&] { return desk.trace().momentOf(trace::copyKeyPosted).has_value(); }, 5s)) {
     return failed(desk, "the hot key was not taken; " + marksOf(desk.trace()));
   }
   // Far longer than a copy takes.
-  if (waitUntil([&] { return desk.trace().momentOf("request sent").has_value(); }, 2s)) {
+  if (waitUntil([&] { return desk.trace().momentOf(trace::requestSent).has_value(); }, 2s)) {
     return failed(desk, "a text was sent though nothing was selected");
   }
   // A letter more, so that the editor has something to save.
@@ -58,7 +58,7 @@ Outcome runWithoutSelection(Desk& desk, Editor& editor) {
   return {true, ""};
 }
 
-Outcome manyRuns(Desk& desk, Editor& editor, int count, const Trigger& trigger = &Desk::triggerHotKey) {
+Outcome manyRuns(LiveDesktop& desk, Editor& editor, int count, const Trigger& trigger = &LiveDesktop::triggerHotKey) {
   for (int number = 0; number < count; ++number) {
     if (auto outcome = runOnce(desk, editor, number, trigger); !outcome.passed) {
       return {false, "run " + std::to_string(number + 1) + ": " + outcome.reason};
@@ -68,7 +68,7 @@ Outcome manyRuns(Desk& desk, Editor& editor, int count, const Trigger& trigger =
 }
 
 Outcome terminal(const Programs& programs, const std::string&) {
-  Desk desk(programs);
+  LiveDesktop desk(programs);
   const auto interrupted = desk.home() / "interrupted";
   const auto ready = desk.home() / "ready";
   const auto script =
@@ -82,7 +82,7 @@ Outcome terminal(const Programs& programs, const std::string&) {
   for (int i = 0; i < 3; ++i) {
     desk.trace().startAnew();
     desk.triggerHotKey();
-    if (!waitUntil([&] { return desk.trace().momentOf("hot key released").has_value(); }, 5s)) {
+    if (!waitUntil([&] { return desk.trace().momentOf(trace::hotKeyReleased).has_value(); }, 5s)) {
       return failed(desk, "the hot key was not taken; " + marksOf(desk.trace()));
     }
     std::this_thread::sleep_for(1s);
@@ -102,8 +102,8 @@ Outcome terminal(const Programs& programs, const std::string&) {
 /// the manager has taken notice of what the owner put there.
 Outcome withClipboardManager(const Programs& programs, const std::string& editorKind,
                              const std::vector<std::string>& command,
-                             const std::function<bool(Desk&, Process& manager)>& isAtWork) {
-  Desk desk(programs);
+                             const std::function<bool(LiveDesktop&, Process& manager)>& isAtWork) {
+  LiveDesktop desk(programs);
   auto manager = desk.session().start(command, desk.home() / "manager.log");
   std::this_thread::sleep_for(2s);
   std::unique_ptr<Process> owner;
@@ -136,14 +136,14 @@ Outcome withClipboardManager(const Programs& programs, const std::string& editor
 }
 
 Outcome copyq(const Programs& programs, const std::string& editorKind) {
-  return withClipboardManager(programs, editorKind, {"copyq"}, [](Desk& desk, Process&) {
+  return withClipboardManager(programs, editorKind, {"copyq"}, [](LiveDesktop& desk, Process&) {
     return desk.session().run({"sh", "-c", "test \"$(copyq size)\" -ge 2"}) == 0;
   });
 }
 
 /// Clipman tells of its history only by the file that it writes at its end, so another one of it goes first.
 Outcome clipman(const Programs& programs, const std::string& editorKind) {
-  return withClipboardManager(programs, editorKind, {"xfce4-clipman"}, [](Desk& desk, Process& manager) {
+  return withClipboardManager(programs, editorKind, {"xfce4-clipman"}, [](LiveDesktop& desk, Process& manager) {
     manager.end();
     return desk.session().run({"grep", "-q", "old entry", desk.home() / ".cache/xfce4/clipman/textsrc"}) == 0;
   });
@@ -152,7 +152,7 @@ Outcome clipman(const Programs& programs, const std::string& editorKind) {
 /// Two applications that hang with the clipboard in their hands: one that had it before the trigger, and one in front
 /// that takes it on the copy key and never hands it out.
 Outcome hangingOwner(const Programs& programs, const std::string& editorKind) {
-  Desk desk(programs);
+  LiveDesktop desk(programs);
   auto& session = desk.session();
   Editor editor(desk, editorKind);
 
@@ -211,9 +211,9 @@ Outcome hangingOwner(const Programs& programs, const std::string& editorKind) {
 }
 
 Outcome heldModifiers(const Programs& programs, const std::string& editorKind) {
-  Desk desk(programs);
+  LiveDesktop desk(programs);
   Editor editor(desk, editorKind);
-  return manyRuns(desk, editor, runsPerCase, [](Desk& at) {
+  return manyRuns(desk, editor, runsPerCase, [](LiveDesktop& at) {
     at.pressHotKey();
     at.session().release("g");
     std::this_thread::sleep_for(300ms);
@@ -229,7 +229,7 @@ Outcome large(const Programs& programs, const std::string& editorKind) {
     whole.typed += sample.typed + ".\n";
     whole.corrected += sample.corrected + ".\n";
   }
-  Desk desk(programs);
+  LiveDesktop desk(programs);
   Editor editor(desk, editorKind, whole.typed);
   std::this_thread::sleep_for(1s);  // editors load large files after they show their window
   editor.selectAll();
@@ -241,9 +241,9 @@ Outcome large(const Programs& programs, const std::string& editorKind) {
 
 /// What a key of the desktop's own settings would do, and what a second start of the program does.
 Outcome trigger(const Programs& programs, const std::string& editorKind) {
-  Desk desk(programs);
+  LiveDesktop desk(programs);
   Editor editor(desk, editorKind);
-  const auto outcome = manyRuns(desk, editor, runsPerCase, [&](Desk& at) {
+  const auto outcome = manyRuns(desk, editor, runsPerCase, [&](LiveDesktop& at) {
     if (at.session().run({programs.commandLine, "trigger", "fix-grammar-spelling"}) != 0) {
       throw std::runtime_error("the running program did not take the trigger");
     }
@@ -292,7 +292,7 @@ Outcome shortcuts(const Programs& programs, const std::string& editorKind) {
   };
   TestHttpServer backend;
   backend.answerOthers([&samples](const ReceivedRequest& request) { return answerTo(request, samples); });
-  Desk desk(programs.quillmark, backend.port());
+  LiveDesktop desk(programs.quillmark, backend.port());
   auto& session = desk.session();
   desk.endQuillmark();
   {
@@ -328,7 +328,7 @@ Outcome shortcuts(const Programs& programs, const std::string& editorKind) {
       std::ranges::for_each(keys, [&](auto key) { session.press(key); });
       std::this_thread::sleep_for(held);
       std::for_each(std::rbegin(keys), std::rend(keys), [&](auto key) { session.release(key); });
-      waitUntil([&] { return desk.trace().momentOf("paste key posted").has_value(); }, 5s);
+      waitUntil([&] { return desk.trace().momentOf(trace::pasteKeyPosted).has_value(); }, 5s);
       for (const auto lock : locks) {
         session.tap({lock});
       }
@@ -371,19 +371,19 @@ Outcome shortcuts(const Programs& programs, const std::string& editorKind) {
 
 }  // namespace
 
-Outcome failed(Desk& desk, const std::string& reason) {
+Outcome failed(LiveDesktop& desk, const std::string& reason) {
   return {false, desk.quillmarkRuns() ? reason : reason + "; Quillmark has ended: " + desk.quillmarkLog()};
 }
 
 std::string marksOf(const Trace& trace) {
   std::string events;
   for (const auto& mark : trace.later()) {
-    events += (events.empty() ? "" : ", ") + mark.event;
+    events += (events.empty() ? "" : ", ") + mark.stage;
   }
   return events.empty() ? "no trace" : "trace: " + events;
 }
 
-Outcome runOnce(Desk& desk, Editor& editor, int number, const Trigger& trigger, Latencies* latencies) {
+Outcome runOnce(LiveDesktop& desk, Editor& editor, int number, const Trigger& trigger, Latencies* latencies) {
   const auto sample = sampleText(number);
   editor.write(sample.typed);
   editor.selectAll();
@@ -393,7 +393,7 @@ Outcome runOnce(Desk& desk, Editor& editor, int number, const Trigger& trigger, 
 }
 
 Outcome takePictures(const Programs& programs, const std::string& editorKind, const std::filesystem::path& directory) {
-  Desk desk(programs, 1500ms);
+  LiveDesktop desk(programs, 1500ms);
   Editor editor(desk, editorKind);
   const auto sample = sampleText(2);
   editor.write(sample.typed);
@@ -401,12 +401,12 @@ Outcome takePictures(const Programs& programs, const std::string& editorKind, co
   desk.takePicture(directory / "before.png");
   desk.trace().startAnew();
   desk.triggerHotKey();
-  if (!waitUntil([&] { return desk.trace().momentOf("request sent").has_value(); }, answerDeadline)) {
+  if (!waitUntil([&] { return desk.trace().momentOf(trace::requestSent).has_value(); }, answerDeadline)) {
     return failed(desk, "no request was sent; " + marksOf(desk.trace()));
   }
   std::this_thread::sleep_for(500ms);  // into the middle of the service's delay
   desk.takePicture(directory / "during.png");
-  if (desk.trace().momentOf("answer received")) {
+  if (desk.trace().momentOf(trace::answerReceived)) {
     return {false, "the answer came before the picture of the waiting"};
   }
   auto outcome = awaitCorrection(desk, editor, sample.corrected, answerDeadline);

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "support/Desk.h"
+#include "support/LiveDesktop.h"
 
 namespace quillmark::demo {
 
@@ -14,17 +14,17 @@ struct Outcome {
 };
 
 /// What starts a run; throws std::runtime_error when it can't.
-using Trigger = std::function<void(Desk&)>;
+using Trigger = std::function<void(LiveDesktop&)>;
 
 /// Types a text, selects it, triggers and waits until the editor saves the corrected text.
-Outcome runOnce(Desk& desk, Editor& editor, int number, const Trigger& trigger = &Desk::triggerHotKey,
+Outcome runOnce(LiveDesktop& desk, Editor& editor, int number, const Trigger& trigger = &LiveDesktop::triggerHotKey,
                 Latencies* latencies = nullptr);
 
 /// One run with a slow service, pictured before, while the answer is awaited, and after.
 Outcome takePictures(const Programs& programs, const std::string& editorKind, const std::filesystem::path& directory);
 
 /// A failure, with what the program said if it has ended.
-Outcome failed(Desk& desk, const std::string& reason);
+Outcome failed(LiveDesktop& desk, const std::string& reason);
 /// The names of the marks so far, for a failure.
 std::string marksOf(const Trace& trace);
 

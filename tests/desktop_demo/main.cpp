@@ -39,11 +39,12 @@ int runEditor(const Programs& programs, const std::string& editorKind, int runs,
   int begun = 0;
   Latencies latencies;
   const auto session = guarded([&]() -> Outcome {
-    Desk desk(programs);
+    LiveDesktop desk(programs);
     Editor editor(desk, editorKind);
     for (; begun < runs;) {
       ++begun;
-      const auto outcome = guarded([&] { return runOnce(desk, editor, begun, &Desk::triggerHotKey, &latencies); });
+      const auto outcome =
+          guarded([&] { return runOnce(desk, editor, begun, &LiveDesktop::triggerHotKey, &latencies); });
       passed += outcome.passed ? 1 : 0;
       print("run " + std::to_string(begun) + ": " + (outcome.passed ? "passed: " : "failed: ") + outcome.reason);
     }

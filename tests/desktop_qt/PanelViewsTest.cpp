@@ -98,8 +98,9 @@ struct PanelViews : testing::Test {
 
   Quiet quiet;
   SimulatedDesktop desktop;
-  QtPanelWindow reviewWindow{QtPanelWindow::Kind::surface, look::windowRadius};
-  QtPanelWindow menuWindow{QtPanelWindow::Kind::surface, look::windowRadius};
+  WindowHints hints;
+  QtPanelWindow reviewWindow{hints, QtPanelWindow::Kind::panel, look::windowRadius};
+  QtPanelWindow menuWindow{hints, QtPanelWindow::Kind::panel, look::windowRadius};
   QuillmarkApp app{desktop.platform(), {nullptr, reviewWindow, menuWindow}, {}};
   ReviewPanelVM& session = app.reviewPanel();
   ReviewViewState& state = app.reviewViewState();

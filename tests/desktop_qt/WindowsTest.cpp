@@ -10,7 +10,10 @@
 #include "desktop_qt/WaitFor.h"
 #include "panels/views/LoadingWindow.h"
 #include "platform/desktop/QtAlerts.h"
+#include "platform/desktop/QtMainQueue.h"
 #include "platform/desktop/WindowPanel.h"
+#include "platform/desktop/WindowSystem.h"
+#include "shell/views/TaskBarEntry.h"
 
 namespace quillmark {
 namespace {
@@ -31,12 +34,20 @@ void press(QWidget& widget, Qt::Key key) {
   }
 }
 
+/// Remembers what was brought to the front.
+struct RememberingHints : WindowHints {
+  void bringToFront(QWidget& window) override { inFront.push_back(&window); }
+  std::vector<QWidget*> inFront;
+};
+
 struct PresentedAlert : testing::Test {
   QDialog* present(const std::string& message) {
     alerts.present({AlertStyle::warning, "OpenAI Issue", message, {"Close"}}, [this](std::size_t) { ++closed; });
     return standingAlert();
   }
-  QtAlerts alerts;
+  RememberingHints hints;
+  QtPanelWindow panel{hints, QtPanelWindow::Kind::panel, 0};
+  QtAlerts alerts{hints, {&panel}};
   int closed = 0;
 };
 
@@ -113,8 +124,67 @@ TEST_F(PresentedAlert, mayPresentTheNextOneWhenItCloses) {
   EXPECT_EQ(closed, 1);
 }
 
+TEST_F(PresentedAlert, givesTheKeyboardBackToThePanelThatHadIt) {
+  const auto closeOne = [this] {
+    hints.inFront.clear();
+    QDialog* const alert = present("It did not work.");
+    EXPECT_EQ(hints.inFront, std::vector<QWidget*>{alert});
+    alert->close();
+    return hints.inFront.back() == &panel;
+  };
+  EXPECT_FALSE(closeOne());
+  panel.makeKeyAndOrderFront();
+  EXPECT_TRUE(closeOne()) << "also before the window system tells that the panel has it";
+  hints.activeWindow.emit(panel.winId());
+  EXPECT_TRUE(closeOne());
+  hints.activeWindow.emit(0);
+  EXPECT_FALSE(closeOne()) << "another window had it";
+  panel.makeKeyAndOrderFront();
+  panel.close();
+  EXPECT_FALSE(closeOne());
+}
+
+TEST(TaskBarEntry, isMinimisedAgainWhenItIsChosen) {
+  int chosen = 0;
+  TaskBarEntry entry([&] { ++chosen; });
+  EXPECT_FALSE(entry.isVisible());
+  for (int round = 1; round <= 2; ++round) {
+    entry.setShown(true);
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(entry.isMinimized());
+    EXPECT_EQ(chosen, round - 1) << "showing it is not choosing it";
+    entry.showNormal();  // what a task bar does
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(entry.isMinimized());
+    EXPECT_EQ(chosen, round);
+    entry.setShown(false);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(entry.isVisible());
+  }
+}
+
+TEST(NoWindowSystem, isWhatASessionWithoutAnyGets) {
+  ASSERT_TRUE(qunsetenv("DISPLAY"));
+  QtMainQueue queue;
+  const auto session = openWindowSystem(queue, "org.example.own");
+  EXPECT_TRUE(session->problem());
+  EXPECT_EQ(session->permissions().keyInjection(), Permission::unavailable);
+  EXPECT_FALSE(session->keyInjector().createKeyboardEvent(KeyCode::c, true));
+  EXPECT_FALSE(session->hotKeys().isAvailable({5, KeyCombination::control}));
+  EXPECT_EQ(session->workspace().frontmostApplication(), nullptr);
+  EXPECT_FALSE(session->screens().screens().empty()) << "panels have a place nevertheless";
+  session->pasteboard().setString("text");
+  bool read = false;
+  session->pasteboard().readString([&](const auto& text) {
+    read = true;
+    EXPECT_FALSE(text);
+  });
+  EXPECT_TRUE(read);
+}
+
 TEST(LoadingWindow, movesOnlyWhileItIsShown) {
-  LoadingWindow window;
+  WindowHints hints;
+  LoadingWindow window(hints);
   EXPECT_FALSE(window.view().pulsing());
   for (int round = 0; round < 3; ++round) {
     window.moveTopLeft({30, 40});
@@ -128,7 +198,8 @@ TEST(LoadingWindow, movesOnlyWhileItIsShown) {
 
 TEST(WindowPanel, tellsWhenTheUserClosesItAndCanBeShownAgain) {
   auto* const content = new QPushButton("Go on");
-  WindowPanel window("Welcome", *content);
+  WindowHints hints;
+  WindowPanel window(hints, "Welcome", *content);
   int closings = 0;
   window.closed = [&] { ++closings; };
   for (int round = 1; round <= 2; ++round) {

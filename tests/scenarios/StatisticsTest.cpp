@@ -22,6 +22,8 @@ struct Statistics : Scenario {
 TEST_F(Statistics, areSentThreeSecondsAfterTheLastCommand) {
   desktop.defaults.set("useLocalApi", true);
   desktop.defaults.set("serviceToken", std::string("t0ken"));
+  desktop.operatingSystem = {"Linux", 12, 0, 34};
+  desktop.queue.setNow(Date{std::chrono::sys_days{std::chrono::January / 2 / 2001}});
   start();
   desktop.defaults.set("appVersion", std::string("not the bundle's"));
   editorWith("text");
@@ -47,15 +49,14 @@ TEST_F(Statistics, areSentThreeSecondsAfterTheLastCommand) {
               ElementsAre(HttpHeader{"Authorization", "Bearer t0ken"}, HttpHeader{"Accept", "application/json"},
                           HttpHeader{"X-AppVersion", "2.13.0"}));
   Json body = parseJson(*request.body);
-  EXPECT_EQ(body["osVersion"], "Linux 6.1.0");
+  EXPECT_EQ(body["osVersion"], "Linux 12.0.34");
   Json& sent = body["statistics"];
   EXPECT_TRUE(logged("Syncing statistics: " + toText(sent)));
   EXPECT_TRUE(Uuid::parse(sent["installationId"].get<std::string>()));
   sent.erase("installationId");
-  const auto now = std::chrono::duration<double>(desktop.queue.now().time_since_epoch()).count();
-  EXPECT_EQ(sent["lastUsedDate"], now - 978307200 - 3);
+  EXPECT_NEAR(sent["lastUsedDate"].get<double>(), 24 * 60 * 60 + 70.097, 1e-4) << "seconds since 2001";
   sent.erase("lastUsedDate");
-  EXPECT_EQ(body, parseJson(R"({"osVersion":"Linux 6.1.0","statistics":{"commandUsage":{"Mine":3,"Summarize":1},)"
+  EXPECT_EQ(body, parseJson(R"({"osVersion":"Linux 12.0.34","statistics":{"commandUsage":{"Mine":3,"Summarize":1},)"
                             R"("providerUsage":["Local"],"totalRewrites":4,"characterCount":0,)"
                             R"("popClipNames":["Summarize"]}})"));
 }
@@ -64,9 +65,11 @@ TEST_F(Statistics, areSentAgainWhenMoreThanADayHasPassed) {
   start();
   sync().answerJson(R"({"success":true,"message":"thanks"})");
   desktop.queue.settle();
-  EXPECT_FALSE(statistics().shouldSync());
-  desktop.advance(24h);
-  EXPECT_FALSE(statistics().shouldSync()) << "a day exactly";
+  const Date synced = desktop.queue.now();
+  for (const auto later : {0h, -1000h, 24h}) {
+    desktop.queue.setNow(synced + later);
+    EXPECT_FALSE(statistics().shouldSync()) << later.count() << ": a day exactly, or a calendar that was set back";
+  }
   statistics().recordCommand("Summarize");
   desktop.advance(10s);
   EXPECT_EQ(syncs().size(), 1u);

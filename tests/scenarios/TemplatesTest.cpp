@@ -128,6 +128,9 @@ TEST_F(Catalogue, isFetchedOnceTheProgramHasStarted) {
     start();
   }
   EXPECT_EQ(desktop.http.exchanges.size(), 1u);
+  desktop.queue.setNow(desktop.queue.now() + 7 * 24h);
+  start();
+  EXPECT_EQ(desktop.http.exchanges.size(), 2u) << "a week later";
 }
 
 }  // namespace

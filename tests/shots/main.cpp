@@ -178,8 +178,9 @@ class Shots {
   QString directory_;
   QString name_;
   SimulatedDesktop desktop_;
-  QtPanelWindow reviewWindow_{QtPanelWindow::Kind::surface, look::windowRadius};
-  QtPanelWindow menuWindow_{QtPanelWindow::Kind::surface, look::windowRadius};
+  WindowHints hints_;
+  QtPanelWindow reviewWindow_{hints_, QtPanelWindow::Kind::panel, look::windowRadius};
+  QtPanelWindow menuWindow_{hints_, QtPanelWindow::Kind::panel, look::windowRadius};
   IcuLocaleInfo locale_;
   QuillmarkApp app_{platformWith(desktop_.platform(), locale_), {nullptr, reviewWindow_, menuWindow_}, {}};
   ReviewView review_{app_.reviewPanel(), app_.reviewViewState(), desktop_.pasteboard};

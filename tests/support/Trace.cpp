@@ -8,17 +8,10 @@
 namespace quillmark {
 namespace {
 
-constexpr std::string_view released = "hot key released";
-
 /// The stages of a run in their order; each lasts from the mark before it.
-constexpr std::string_view stageEnds[] = {released,          "copy key posted",    "pasteboard read", "request sent",
-                                          "answer received", "pasteboard written", "paste key posted"};
-
-std::string stageName(std::string_view from, std::string_view to) {
-  std::string name(from);
-  name += " -> ";
-  return name.append(to);
-}
+constexpr trace::Stage stagesOfRun[] = {trace::hotKeyReleased, trace::copyKeyPosted,  trace::pasteboardRead,
+                                        trace::requestSent,    trace::answerReceived, trace::pasteboardWritten,
+                                        trace::pasteKeyPosted};
 
 /// The smallest value that `share` of all are not above (nearest rank).
 double quantile(const std::vector<double>& sorted, double share) {
@@ -54,31 +47,38 @@ std::vector<Trace::Mark> Trace::later() const {
   return marks;
 }
 
-std::optional<Moment> Trace::momentOf(std::string_view event) const {
+std::optional<Moment> Trace::momentOf(trace::Stage stage) const {
   for (const auto& mark : later()) {
-    if (mark.event == event) {
+    if (mark.stage == stage.name) {
       return mark.at;
     }
   }
   return std::nullopt;
 }
 
+std::string nameOf(trace::Stage from, trace::Stage to) { return std::string(from.name) + " -> " + to.name; }
+
 void Latencies::add(const Trace& trace, Moment saved) {
   std::optional<Moment> before;
-  std::string_view beforeName;
-  for (const auto stage : stageEnds) {
+  trace::Stage stageBefore = trace::hotKeyReleased;
+  for (const auto stage : stagesOfRun) {
     const auto at = trace.momentOf(stage);
     if (at && before) {
-      milliseconds_[stageName(beforeName, stage)].push_back(millisecondsBetween(*before, *at));
+      milliseconds_[nameOf(stageBefore, stage)].push_back(millisecondsBetween(*before, *at));
     }
     if (at) {
       before = at;
-      beforeName = stage;
+      stageBefore = stage;
     }
   }
-  if (const auto start = trace.momentOf(released)) {
-    milliseconds_[stageName(released, "file saved")].push_back(millisecondsBetween(*start, saved));
+  if (const auto start = trace.momentOf(trace::hotKeyReleased)) {
+    milliseconds_[nameOf(trace::hotKeyReleased, fileSaved)].push_back(millisecondsBetween(*start, saved));
   }
+}
+
+std::vector<double> Latencies::between(trace::Stage from, trace::Stage to) const {
+  const auto found = milliseconds_.find(nameOf(from, to));
+  return found == milliseconds_.end() ? std::vector<double>() : found->second;
 }
 
 Json Latencies::report() const {

@@ -5,10 +5,10 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "base/Json.h"
+#include "base/Trace.h"
 
 namespace quillmark {
 
@@ -33,7 +33,7 @@ class Trace {
  public:
   struct Mark {
     Moment at;
-    std::string event;
+    std::string stage;  ///< its name
   };
 
   explicit Trace(std::filesystem::path file) : file_(std::move(file)) {}
@@ -44,25 +44,31 @@ class Trace {
   /// The marks since startAnew(), in the order of the file.
   std::vector<Mark> later() const;
   /// The first such mark.
-  std::optional<Moment> momentOf(std::string_view event) const;
+  std::optional<Moment> momentOf(trace::Stage stage) const;
 
  private:
   std::filesystem::path file_;
   std::uintmax_t start_ = 0;
 };
 
+/// "pasteboard read -> request sent"
+std::string nameOf(trace::Stage from, trace::Stage to);
+
 /// The time each stage of the runs took.
 class Latencies {
  public:
+  /// The end of a run, which the program does not see.
+  static constexpr trace::Stage fileSaved{"file saved"};
+
   /// Adds one run, from its trace and the moment in which the saved file was right.
   void add(const Trace& trace, Moment saved);
   /// Per stage, in milliseconds: count, min, median, p95, max. Stages without a run are left out.
   Json report() const;
-  /// In milliseconds, by the name of the stage, such as "pasteboard read -> request sent".
-  const std::map<std::string, std::vector<double>>& stages() const { return milliseconds_; }
+  /// Milliseconds of each run from one stage to the next one, or from the first to `fileSaved`.
+  std::vector<double> between(trace::Stage from, trace::Stage to) const;
 
  private:
-  std::map<std::string, std::vector<double>> milliseconds_;
+  std::map<std::string, std::vector<double>> milliseconds_;  ///< by nameOf()
 };
 
 }  // namespace quillmark

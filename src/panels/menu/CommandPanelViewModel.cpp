@@ -21,7 +21,7 @@ void CommandPanelViewModel::togglePanel() {
   }
   menuPanel_.windowPosition = collaborators_.settings.commandMenuPosition.get();
   menuPanel_.present();
-  trace::mark("command menu shown");
+  trace::mark(trace::commandMenuShown);
   collaborators_.tracker.markCommandTriggered(false);
 }
 

@@ -56,7 +56,7 @@ void ReviewPanelVM::open(const std::string& newText, const std::string& newIniti
   panel_.setContentSize(startSize);
   panel_.windowPosition = collaborators_.settings.reviewWindowPosition.get();
   panel_.present();
-  trace::mark("review panel shown");
+  trace::mark(trace::reviewPanelShown);
 }
 
 void ReviewPanelVM::execute(const Command& command, const std::string& textToSend) {
@@ -120,7 +120,7 @@ void ReviewPanelVM::addChunk(unsigned run, const std::string& chunk) {
     errorMessage.set("");
   }
   text.append(chunk);
-  trace::mark("review chunk");
+  trace::mark(trace::reviewChunk);
 }
 
 void ReviewPanelVM::finish(const Run& run, std::optional<std::string> answer) {
@@ -145,7 +145,7 @@ void ReviewPanelVM::finish(const Run& run, std::optional<std::string> answer) {
     hasError.set(false);
     errorMessage.set("");
   }
-  trace::mark("review answered");
+  trace::mark(trace::reviewAnswered);
 }
 
 void ReviewPanelVM::handleError(const std::string& message) {
@@ -153,7 +153,7 @@ void ReviewPanelVM::handleError(const std::string& message) {
   errorMessage.set(message);
   loading.set(false);
   isStreaming.set(false);
-  trace::mark("review failed");
+  trace::mark(trace::reviewFailed);
 }
 
 void ReviewPanelVM::reload() {

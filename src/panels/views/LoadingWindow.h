@@ -8,7 +8,7 @@ namespace quillmark {
 /// The loading indicator's window; made once, shown and closed again and again.
 class LoadingWindow : public QtPanelWindow {
  public:
-  LoadingWindow() : QtPanelWindow(Kind::indicator, LoadingView::cornerRadius) {
+  explicit LoadingWindow(WindowHints& hints) : QtPanelWindow(hints, Kind::indicator, LoadingView::cornerRadius) {
     setWindowTitle(QStringLiteral("Quillmark"));
     setFixedSize(view_.size());
   }

@@ -7,7 +7,6 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPixmap>
-#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollBar>
@@ -17,9 +16,7 @@
 #include <QTextEdit>
 #include <QVBoxLayout>
 #include <algorithm>
-
-#include "platform/desktop/QtPanelWindow.h"
-#include "platform/desktop/X11Hints.h"
+#include <utility>
 
 namespace quillmark {
 
@@ -164,13 +161,15 @@ class QtAlerts::Window : public QDialog {
   int last_ = 0;
 };
 
-QtAlerts::QtAlerts() = default;
+QtAlerts::QtAlerts(WindowHints& hints, std::vector<QtPanelWindow*> panels)
+    : hints_(hints), panels_(std::move(panels)) {}
 QtAlerts::~QtAlerts() = default;
 
 void QtAlerts::present(const Alert& alert, Closed closed) {
   Window* const window = windows_.insert(std::make_unique<Window>(alert)).first->get();
-  // A panel of ours that had the keyboard gets it back. Another application's window is the window manager's affair.
-  const QPointer<QtPanelWindow> before(QtPanelWindow::withKeyboard());
+  // Another application's window is the window manager's affair.
+  const auto panel = std::ranges::find_if(panels_, &QtPanelWindow::hasKeyboard);
+  QtPanelWindow* const before = panel == panels_.end() ? nullptr : *panel;
   QObject::connect(window, &QDialog::finished, window, [this, window, before, closed = std::move(closed)](int button) {
     const auto found =
         std::find_if(windows_.begin(), windows_.end(), [&](const auto& one) { return one.get() == window; });
@@ -186,7 +185,7 @@ void QtAlerts::present(const Alert& alert, Closed closed) {
     }
   });
   window->show();
-  x11::bringToFront(*window);
+  hints_.bringToFront(*window);
 }
 
 }  // namespace quillmark

@@ -1,6 +1,5 @@
 #include "platform/desktop/QtPanelWindow.h"
 
-#include <QApplication>
 #include <QBitmap>
 #include <QCloseEvent>
 #include <QMouseEvent>
@@ -11,7 +10,6 @@
 #include <utility>
 
 #include "base/Trace.h"
-#include "platform/desktop/X11Hints.h"
 
 namespace quillmark {
 
@@ -60,8 +58,8 @@ void drawShadow(QPainter& painter, const QRectF& content, double radius) {
 
 }  // namespace
 
-QtPanelWindow::QtPanelWindow(Kind kind, int cornerRadius)
-    : QWidget(nullptr, flagsFor(kind)), kind_(kind), cornerRadius_(cornerRadius) {
+QtPanelWindow::QtPanelWindow(WindowHints& hints, Kind kind, int cornerRadius)
+    : QWidget(nullptr, flagsFor(kind)), hints_(hints), kind_(kind), cornerRadius_(cornerRadius) {
   setAttribute(Qt::WA_QuitOnClose, false);
   // Also without a compositor, which can come later: a window can't gain translucency after it is made.
   setAttribute(Qt::WA_TranslucentBackground);
@@ -72,6 +70,7 @@ QtPanelWindow::QtPanelWindow(Kind kind, int cornerRadius)
     layout->setContentsMargins({});
     layout->setSizeConstraint(QLayout::SetNoConstraint);
     setMouseTracking(true);
+    activeWindows_ = hints_.activeWindow.connect([this](WId window) { activeWindowIs(window); });
   }
   winId();  // makes the native window now rather than at the first show
 }
@@ -103,7 +102,7 @@ void QtPanelWindow::prepare() {
   }
   main_ = false;
   drawn_ = false;
-  translucent_ = x11::compositorRunning();
+  translucent_ = hints_.compositorRunning();
   if (kind_ == Kind::indicator) {
     shapeIndicator();
   } else if (const int shadow = translucent_ ? shadowWidth : 0; shadow != shadow_) {
@@ -114,8 +113,8 @@ void QtPanelWindow::prepare() {
     setContentSize(content);
     move(corner);
   }
-  x11::markAsPanel(*this);
-  x11::setShadow(*this, shadow_);
+  hints_.markAsPanel(*this);
+  hints_.setShadow(*this, shadow_);
 }
 
 void QtPanelWindow::orderFront() {
@@ -124,21 +123,11 @@ void QtPanelWindow::orderFront() {
   raise();
 }
 
-QtPanelWindow* QtPanelWindow::withKeyboard() {
-  for (QWidget* window : QApplication::topLevelWidgets()) {
-    auto* const panel = dynamic_cast<QtPanelWindow*>(window);
-    if (panel && panel->isVisible() && panel->wantsKeyboard_) {
-      return panel;
-    }
-  }
-  return nullptr;
-}
-
 void QtPanelWindow::makeKeyAndOrderFront() {
   prepare();
   show();
   wantsKeyboard_ = true;
-  x11::bringToFront(*this);
+  hints_.bringToFront(*this);
 }
 
 void QtPanelWindow::close() {
@@ -153,7 +142,7 @@ void QtPanelWindow::activeWindowIs(WId window) {
   if (window == winId()) {
     wantsKeyboard_ = true;
     if (!std::exchange(main_, true)) {
-      trace::mark("panel has the keyboard");
+      trace::mark(trace::panelHasKeyboard);
     }
   } else if (main_) {
     main_ = wantsKeyboard_ = false;
@@ -171,7 +160,7 @@ void QtPanelWindow::resizeEvent(QResizeEvent* event) {
   if (kind_ == Kind::indicator) {
     shapeIndicator();
   } else {
-    x11::setShadow(*this, shadow_);
+    hints_.setShadow(*this, shadow_);
   }
 }
 
@@ -179,7 +168,7 @@ void QtPanelWindow::paintEvent(QPaintEvent* event) {
   if (!std::exchange(drawn_, true)) {
     // What lies on this ground is drawn with it, but after it.
     QMetaObject::invokeMethod(
-        this, [] { trace::mark("panel drawn"); }, Qt::QueuedConnection);
+        this, [] { trace::mark(trace::panelDrawn); }, Qt::QueuedConnection);
   }
   QPainter painter(this);
   if (kind_ == Kind::indicator) {

@@ -3,39 +3,36 @@
 #include <QWidget>
 
 #include "platform/PanelWindow.h"
+#include "platform/desktop/WindowHints.h"
 
 namespace quillmark {
 
 /// The frameless window behind a floating panel; its content is a child widget. Where a compositor runs its corners are
-/// rounded, and a surface throws a soft shadow; where none does it is opaque, with a hairline around a surface.
+/// rounded, and a panel throws a soft shadow; where none does it is opaque, with a hairline around a panel.
 class QtPanelWindow : public QWidget, public PanelWindow {
  public:
   enum class Kind {
     indicator,  ///< never takes the keyboard, lets clicks through
-    surface,    ///< takes the keyboard when asked to, can be dragged by its background
+    panel,      ///< takes the keyboard when asked to, can be dragged by its background
   };
 
-  QtPanelWindow(Kind kind, int cornerRadius);
+  QtPanelWindow(WindowHints& hints, Kind kind, int cornerRadius);
 
-  /// The widget that fills a surface inside its shadow; it becomes a child of the window and gives it its
-  /// title.
+  /// The widget that fills a panel inside its shadow; it becomes a child of the window and gives it its title.
   void setContent(QWidget& content);
-  /// Lets the user drag the edges of a surface.
+  /// Lets the user drag the edges of a panel.
   void setResizable(bool resizable) { resizable_ = resizable; }
 
   void moveTopLeft(Point corner) override;
   void orderFront() override;
   void close() override;
-  /// See x11::markAsPanel for how the application in front stays what it is.
+  /// See WindowHints::markAsPanel for how the application in front stays what it is.
   void makeKeyAndOrderFront() override;
   Size contentSize() const override;
   void setContentSize(Size size) override;
 
-  /// The visible panel that has the keyboard, or has been given it a moment ago; null when there is none.
-  static QtPanelWindow* withKeyboard();
-
-  /// To be told of each window that becomes the active one of the desktop.
-  void activeWindowIs(WId window);
+  /// Whether it is shown and has the keyboard, or has been given it a moment ago.
+  bool hasKeyboard() const { return isVisible() && wantsKeyboard_; }
 
   /// Whether what is drawn half transparent shows what is behind the window. Settled anew before each show.
   bool translucent() const { return translucent_; }
@@ -51,11 +48,13 @@ class QtPanelWindow : public QWidget, public PanelWindow {
 
  private:
   void prepare();
+  void activeWindowIs(WId window);
   void shapeIndicator();
   QRect contentRect() const { return rect().adjusted(shadow_, shadow_, -shadow_, -shadow_); }
-  /// The edges of a resizable surface that a point lies on.
+  /// The edges of a resizable panel that a point lies on.
   Qt::Edges edgesAt(QPoint point) const;
 
+  WindowHints& hints_;
   Kind kind_;
   int cornerRadius_;
   int shadow_ = 0;  ///< width of the margin around the content
@@ -65,6 +64,7 @@ class QtPanelWindow : public QWidget, public PanelWindow {
   bool wantsKeyboard_ = false;  ///< has been given it, and no other window has taken it since
   bool main_ = false;           ///< is or was the desktop's active window since it was shown
   bool drawn_ = false;          ///< since it was shown
+  Connection activeWindows_;
 };
 
 }  // namespace quillmark

@@ -4,17 +4,17 @@
 #include <memory>
 
 #include "base/Signal.h"
+#include "platform/desktop/WindowHints.h"
 
 namespace quillmark {
 
 /// Knows whether anything on this desktop shows tray icons: a StatusNotifierItem host (freedesktop.org draft) on the
-/// session bus, or a system tray selection (freedesktop.org System Tray Protocol) on the X server. Finds out without
-/// the toolkit's tray class, which settles on the older protocol for good when it is touched before a host of the newer
-/// one is there.
+/// session bus, or a tray manager of the window system. Finds out without the toolkit's tray class, which settles on
+/// the older protocol for good when it is touched before a host of the newer one is there.
 class TrayHost {
  public:
   /// The answer comes through the event loop: `available` starts as false.
-  TrayHost();
+  explicit TrayHost(WindowHints& hints);
   TrayHost(const TrayHost&) = delete;
   TrayHost& operator=(const TrayHost&) = delete;
   ~TrayHost();
@@ -26,14 +26,14 @@ class TrayHost {
 
  private:
   class Notifier;
-  class Embedder;
 
   void update();
 
+  WindowHints& hints_;
   bool started_ = false;
   std::unique_ptr<Notifier> notifier_;
-  std::unique_ptr<Embedder> embedder_;
   QTimer settle_;  // gives a host of the newer protocol its chance
+  Connection trayManagerChanges_;
 };
 
 }  // namespace quillmark

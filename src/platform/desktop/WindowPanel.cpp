@@ -5,12 +5,11 @@
 #include <QVBoxLayout>
 #include <QWindow>
 
-#include "platform/desktop/X11Hints.h"
-
 namespace quillmark {
 
-WindowPanel::WindowPanel(const QString& title, QWidget& content)
-    : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint) {
+WindowPanel::WindowPanel(WindowHints& hints, const QString& title, QWidget& content)
+    : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint),
+      hints_(hints) {
   setAttribute(Qt::WA_QuitOnClose, false);
   setWindowTitle(title);
   auto* const layout = new QVBoxLayout(this);
@@ -21,7 +20,7 @@ WindowPanel::WindowPanel(const QString& title, QWidget& content)
 
 void WindowPanel::makeKeyAndOrderFront() {
   show();
-  x11::bringToFront(*this);
+  hints_.bringToFront(*this);
 }
 
 void WindowPanel::closeEvent(QCloseEvent* event) {

@@ -3,6 +3,8 @@
 #include <QWidget>
 #include <functional>
 
+#include "platform/desktop/WindowHints.h"
+
 namespace quillmark {
 
 /// An ordinary window of this program with a title bar that can only be closed, such as the one that greets a new user.
@@ -11,7 +13,7 @@ namespace quillmark {
 class WindowPanel : public QWidget {
  public:
   /// The content becomes a child of the window and gives it its size.
-  WindowPanel(const QString& title, QWidget& content);
+  WindowPanel(WindowHints& hints, const QString& title, QWidget& content);
 
   void makeKeyAndOrderFront();
   std::function<void()> closed;  ///< by the user
@@ -19,6 +21,9 @@ class WindowPanel : public QWidget {
  protected:
   void closeEvent(QCloseEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+
+ private:
+  WindowHints& hints_;
 };
 
 }  // namespace quillmark

@@ -356,24 +356,34 @@ CurlHttpSession::CurlHttpSession() : CurlHttpSession(CurlHttpOptions{}) {}
 
 CurlHttpSession::CurlHttpSession(CurlHttpOptions options) : options_(std::move(options)) {}
 
-CurlHttpSession::~CurlHttpSession() {
-  stopping_ = true;
-  lookAtClock();
+CurlHttpSession::~CurlHttpSession() { stop(); }
+
+void CurlHttpSession::stop() {
+  {
+    const std::lock_guard lock(mutex_);
+    stopping_ = true;
+    wake();
+  }
   if (thread_.joinable()) {
     thread_.join();
   }
+  takeSubmitted();
 }
 
 void CurlHttpSession::start(HttpRequest request, HttpHandlers handlers) {
   auto transfer = std::make_unique<Transfer>(*this, std::move(request), std::move(handlers));
   const std::lock_guard lock(mutex_);
-  submitted_.push_back(std::move(transfer));
-  ensureRunning();
+  if (!stopping_) {
+    submitted_.push_back(std::move(transfer));
+    ensureRunning();
+  }
 }
 
 void CurlHttpSession::warmUp() {
   const std::lock_guard lock(mutex_);
-  ensureRunning();
+  if (!stopping_) {
+    ensureRunning();
+  }
 }
 
 /// To be called with the mutex held.

@@ -30,8 +30,11 @@ class CurlHttpSession final : public HttpSession {
  public:
   CurlHttpSession();
   explicit CurlHttpSession(CurlHttpOptions options);
-  /// Drops the requests under way. No handler runs any more when it returns; never destroy it inside one.
   ~CurlHttpSession() override;
+
+  /// Ends the thread and drops every request, also those that come later: no handler runs any more when it returns.
+  /// To be called before anything goes that handlers call, and never inside one.
+  void stop();
 
   void start(HttpRequest request, HttpHandlers handlers) override;
   std::string userAgentToken() const override;

@@ -4,7 +4,7 @@
 
 namespace quillmark {
 
-ThreadQueue::~ThreadQueue() {
+void ThreadQueue::stop() {
   std::deque<Block> dropped;
   {
     const std::lock_guard lock(mutex_);
@@ -21,6 +21,9 @@ ThreadQueue::~ThreadQueue() {
 void ThreadQueue::async(Block block) {
   {
     const std::lock_guard lock(mutex_);
+    if (ending_) {
+      return;
+    }
     waiting_.push_back(std::move(block));
     if (!worker_.joinable()) {
       worker_ = std::thread([this] { run(); });

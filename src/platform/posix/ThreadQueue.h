@@ -9,14 +9,15 @@
 
 namespace quillmark {
 
-/// One thread, which starts with the first block and runs them in order. What has not begun when the queue goes never
-/// runs; what has begun is waited for.
+/// One thread, which starts with the first block and runs them in order.
 class ThreadQueue final : public BackgroundQueue {
  public:
   ThreadQueue() = default;
-  ~ThreadQueue() override;
+  ~ThreadQueue() override { stop(); }
 
   void async(Block block) override;
+  /// Waits for the block that runs and drops the others, also those that come later.
+  void stop();
 
  private:
   void run();

@@ -106,7 +106,7 @@ SimulatedDesktop::SimulatedDesktop()
 
 Platform SimulatedDesktop::platform() {
   return {{"quillmark-desktop", ownBundleId, "2.13.0", "7", {"de", "en", "es", "fr"}},
-          {"Linux", 6, 1, 0},
+          operatingSystem,
           queue,
           background,
           defaults,

@@ -230,6 +230,7 @@ class SimulatedDesktop {
   void activateOwnWindow();
   void advance(Duration by) { queue.advance(by); }
 
+  OperatingSystem operatingSystem{"Linux", 6, 1, 0};
   SimulatedQueue queue;
   SimulatedBackgroundQueue background;
   SimulatedDefaults defaults;

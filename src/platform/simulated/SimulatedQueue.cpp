@@ -13,8 +13,9 @@ void SimulatedQueue::advance(Duration by) {
 }
 
 Date SimulatedQueue::now() const {
-  constexpr std::chrono::seconds start{1'772'355'600};  // some morning in 2026
-  return Date{start} + std::chrono::duration_cast<Date::duration>(instant_.time_since_epoch());
+  return start_ + std::chrono::duration_cast<Date::duration>(instant_.time_since_epoch());
 }
+
+void SimulatedQueue::setNow(Date date) { start_ += date - now(); }
 
 }  // namespace quillmark

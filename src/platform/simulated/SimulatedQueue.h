@@ -13,6 +13,8 @@ class SimulatedQueue : public SerialQueue {
   void settle() { runReady(); }
 
   Date now() const override;
+  /// Sets the calendar, forward or back; what waits for a delay is not touched.
+  void setNow(Date date);
 
  protected:
   Instant instant() const override { return instant_; }
@@ -20,6 +22,7 @@ class SimulatedQueue : public SerialQueue {
 
  private:
   Instant instant_{};
+  Date start_{std::chrono::seconds{1'772'355'600}};  ///< what the calendar says at the first instant; a morning in 2026
 };
 
 }  // namespace quillmark

@@ -6,13 +6,12 @@
 
 namespace quillmark {
 
-namespace {
-
-// Most hosts show our picture as it is, on a panel of which we know nothing: this blue has a contrast of more than 4:1
-// to white as well as to black.
-constexpr QRgb trayColour = 0xFF387AE5;
-
-}  // namespace
+QIcon programIcon() {
+  // Panels show it as it is, on a ground of which we know nothing: this blue has a contrast of more than 4:1 to white as
+  // well as to black.
+  constexpr QRgb colour = 0xFF387AE5;
+  return symbols::icon("pencil.line", QColor(colour));
+}
 
 TrayMenu::TrayMenu(TrayHost& host, std::function<std::vector<MenuItem>()> build)
     : host_(host), build_(std::move(build)) {
@@ -31,7 +30,7 @@ TrayMenu::~TrayMenu() = default;
 void TrayMenu::appear() {
   painter_ = host_.drawsMenus() ? MenuPainter::host : MenuPainter::toolkit;
   fill();
-  icon_ = std::make_unique<QSystemTrayIcon>(symbols::icon("pencil.line", QColor(trayColour)));
+  icon_ = std::make_unique<QSystemTrayIcon>(programIcon());
   icon_->setToolTip(QStringLiteral("Quillmark"));
   icon_->setContextMenu(&menu_);
   QObject::connect(icon_.get(), &QSystemTrayIcon::activated, &menu_, [this](QSystemTrayIcon::ActivationReason reason) {

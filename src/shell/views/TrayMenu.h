@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QMenu>
 #include <QSystemTrayIcon>
 #include <QTimer>
@@ -13,6 +14,9 @@
 #include "shell/views/MenuFiller.h"
 
 namespace quillmark {
+
+/// The picture that stands for the program in the tray and in task bars.
+QIcon programIcon();
 
 /// The status item: an icon with a menu, there as soon as something on the desktop shows tray icons. Choosing an entry
 /// leaves the active application what it is.

@@ -1,11 +1,11 @@
-#include "desktop/x11/X11Desk.h"
+#include "desktop/x11/X11Adapters.h"
 
 namespace quillmark {
 namespace {
 
 using namespace std::chrono_literals;
 
-using X11ConnectionTest = X11Desk;
+using X11ConnectionTest = X11Adapters;
 
 TEST_F(X11ConnectionTest, aServerThatGoesAwayIsSurvived) {
   session.endServer();

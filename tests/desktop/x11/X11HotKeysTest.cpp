@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "desktop/x11/X11Desk.h"
+#include "desktop/x11/X11Adapters.h"
 
 namespace quillmark {
 namespace {
@@ -14,7 +14,7 @@ using testing::Not;
 
 constexpr KeyCombination controlOptionK{0x28, KeyCombination::control | KeyCombination::option};
 
-struct X11HotKeysTest : X11Desk {
+struct X11HotKeysTest : X11Adapters {
   std::vector<std::string> fired;
   std::vector<std::string> refusals;
   Connection releases = hotKeys.released.connect([this](const std::string& name) { fired.push_back(name); });

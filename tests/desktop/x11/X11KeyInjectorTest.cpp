@@ -1,7 +1,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "desktop/x11/X11Desk.h"
+#include "desktop/x11/X11Adapters.h"
 
 namespace quillmark {
 namespace {
@@ -21,7 +21,7 @@ struct Layout {
   int group = 0;
 };
 
-struct X11KeyInjectorTest : X11Desk {
+struct X11KeyInjectorTest : X11Adapters {
   std::filesystem::path file = session.home() / "note.txt";
   std::unique_ptr<Process> editor;
 

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "desktop/x11/X11Desk.h"
+#include "desktop/x11/X11Adapters.h"
 
 namespace quillmark {
 namespace {
@@ -23,7 +23,7 @@ std::string longText(std::size_t size) {
   return text;
 }
 
-struct X11PasteboardTest : X11Desk {
+struct X11PasteboardTest : X11Adapters {
   ClipboardClient other{session.display(), loop};
 
   const ClipboardClient::Answer& fetch(const std::string& target) {

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
-#include "desktop/x11/X11Desk.h"
+#include "desktop/x11/X11Adapters.h"
 #include "platform/desktop/x11/X11Screens.h"
 
 namespace quillmark {
@@ -10,7 +10,7 @@ namespace {
 using namespace std::chrono_literals;
 using testing::ElementsAre;
 
-struct X11WorkspaceTest : X11Desk {
+struct X11WorkspaceTest : X11Adapters {
   std::vector<std::string> activations;
   Connection activated = workspace.didActivateApplication.connect([this](const Application& application) {
     activations.push_back(application->bundleIdentifier().value_or("none"));

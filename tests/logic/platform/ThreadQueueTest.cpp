@@ -35,20 +35,22 @@ TEST(ThreadQueue, runsBlocksInOrderOnOneThreadOfItsOwn) {
   EXPECT_NE(threads[0], std::this_thread::get_id());
 }
 
-TEST(ThreadQueue, finishesWhatHasBegunAndDropsTheRestWhenItGoes) {
+TEST(ThreadQueue, finishesWhatHasBegunAndDropsTheRestWhenItStops) {
   std::promise<void> begun, dropped;
   bool finished = false, ranLater = false;
+  ThreadQueue queue;
+  queue.async([&] {
+    begun.set_value();
+    EXPECT_EQ(dropped.get_future().wait_for(10s), std::future_status::ready) << "it stops while this block runs";
+    finished = true;
+  });
   {
-    ThreadQueue queue;
-    queue.async([&] {
-      begun.set_value();
-      EXPECT_EQ(dropped.get_future().wait_for(10s), std::future_status::ready) << "it goes while this block runs";
-      finished = true;
-    });
     const std::shared_ptr<void> held(nullptr, [&](void*) { dropped.set_value(); });
     queue.async([&ranLater, held] { ranLater = true; });
-    begun.get_future().wait();
   }
+  begun.get_future().wait();
+  queue.stop();
+  queue.async([&ranLater] { ranLater = true; });
   EXPECT_TRUE(finished);
   EXPECT_FALSE(ranLater);
 }

@@ -375,12 +375,12 @@ TEST_F(HttpOverTheWire, theEndOfTheSessionDropsWhatIsUnderWay) {
   Gate never;
   Outcome pending;
   server.answer(Answer::eventStream().chunk("one").waitFor(never).end());
-  {
-    CurlHttpSession shortLived;
-    shortLived.start(get("/"), pending.handlers());
-    ASSERT_TRUE(pending.waitForBody("one"));
-    shortLived.start(get("/never sent, perhaps"), {});
-  }
+  CurlHttpSession shortLived;
+  shortLived.start(get("/"), pending.handlers());
+  ASSERT_TRUE(pending.waitForBody("one"));
+  shortLived.start(get("/never sent, perhaps"), {});
+  shortLived.stop();
+  shortLived.start(get("/too late"), pending.handlers());
   EXPECT_EQ(pending.order, "hb");
   { CurlHttpSession unused; }
   { CurlHttpSession().warmUp(); }

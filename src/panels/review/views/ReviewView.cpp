@@ -32,15 +32,15 @@ QString qt(const std::string& string) { return QString::fromStdString(string); }
 /// For the trace.
 struct ShownMark {
   ReviewContent key;
-  const char* stage;
+  trace::Stage stage;
 };
 constexpr EnumTable<ShownMark> shownMarks{{
-    {ReviewContent::text, "review shows text"},
-    {ReviewContent::styled, "review shows styled"},
-    {ReviewContent::lineByLine, "review shows lines"},
-    {ReviewContent::wordByWord, "review shows words"},
-    {ReviewContent::error, "review shows error"},
-    {ReviewContent::loading, "review shows loading"},
+    {ReviewContent::text, trace::reviewShowsText},
+    {ReviewContent::styled, trace::reviewShowsStyled},
+    {ReviewContent::lineByLine, trace::reviewShowsLines},
+    {ReviewContent::wordByWord, trace::reviewShowsWords},
+    {ReviewContent::error, trace::reviewShowsError},
+    {ReviewContent::loading, trace::reviewShowsLoading},
 }};
 
 QStringList modeTitles() {

@@ -147,7 +147,7 @@ void TypewriterText::draw(std::string_view added) {
     lastLine_ = std::size_t(text::splitAtNewlines(whole.substr(lastLine_)).back().data() - whole.data());
     replaceFrom(first, std::move(lines), follow);
   }
-  trace::mark("review text drawn");
+  trace::mark(trace::reviewTextDrawn);
 }
 
 bool TypewriterText::event(QEvent* event) {

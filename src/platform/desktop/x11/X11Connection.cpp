@@ -32,15 +32,28 @@ constexpr AtomName atomNames[] = {
     {&X11Atoms::netActiveWindow, "_NET_ACTIVE_WINDOW"},
     {&X11Atoms::netClientListStacking, "_NET_CLIENT_LIST_STACKING"},
     {&X11Atoms::netCurrentDesktop, "_NET_CURRENT_DESKTOP"},
+    {&X11Atoms::netWmDesktop, "_NET_WM_DESKTOP"},
     {&X11Atoms::netWmName, "_NET_WM_NAME"},
     {&X11Atoms::netWmPid, "_NET_WM_PID"},
+    {&X11Atoms::netWmState, "_NET_WM_STATE"},
+    {&X11Atoms::netWmStateAbove, "_NET_WM_STATE_ABOVE"},
+    {&X11Atoms::netWmStateSkipPager, "_NET_WM_STATE_SKIP_PAGER"},
+    {&X11Atoms::netWmStateSkipTaskbar, "_NET_WM_STATE_SKIP_TASKBAR"},
+    {&X11Atoms::netWmStateSticky, "_NET_WM_STATE_STICKY"},
     {&X11Atoms::netWorkArea, "_NET_WORKAREA"},
+    {&X11Atoms::gtkFrameExtents, "_GTK_FRAME_EXTENTS"},
+    {&X11Atoms::compositor, "_NET_WM_CM_S"},
+    {&X11Atoms::systemTray, "_NET_SYSTEM_TRAY_S"},
     {&X11Atoms::quillmarkCleared, "application/x-quillmark-cleared"},
     {&X11Atoms::quillmarkPanel, "_QUILLMARK_PANEL"},
     {&X11Atoms::quillmarkTime, "_QUILLMARK_TIME"},
 };
 
+/// The names of selections that there are once for each screen end in its number.
+bool isOfScreen(std::string_view name) { return name.ends_with("_S"); }
+
 constexpr std::uint8_t sentByClient = 0x80;
+constexpr std::uint32_t asTaskBar = 2;  // EWMH: an action of the user, not of an application that wants attention
 
 }  // namespace
 
@@ -53,7 +66,7 @@ X11Connection::X11Connection(const std::string& display) {
     return;
   }
   auto screen = xcb_setup_roots_iterator(xcb_get_setup(connection_));
-  for (; screenNumber > 0 && screen.rem > 1; --screenNumber) {
+  for (int i = 0; i < screenNumber && screen.rem > 1; ++i) {
     xcb_screen_next(&screen);
   }
   root_ = screen.data->root;
@@ -61,7 +74,7 @@ X11Connection::X11Connection(const std::string& display) {
   const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
   xcb_create_window(connection_, 0, window_, root_, -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
                     XCB_CW_EVENT_MASK, &events);
-  internAtoms();
+  internAtoms(screenNumber);
 }
 
 X11Connection::~X11Connection() { xcb_disconnect(connection_); }
@@ -70,10 +83,11 @@ bool X11Connection::alive() const { return xcb_connection_has_error(connection_)
 
 int X11Connection::descriptor() const { return xcb_get_file_descriptor(connection_); }
 
-void X11Connection::internAtoms() {
+void X11Connection::internAtoms(int screenNumber) {
   std::vector<xcb_intern_atom_cookie_t> cookies;
   for (const auto& [atom, name] : atomNames) {
-    cookies.push_back(xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data()));
+    const std::string whole = std::string(name) + (isOfScreen(name) ? std::to_string(screenNumber) : "");
+    cookies.push_back(xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(whole.size()), whole.data()));
   }
   for (std::size_t i = 0; i < cookies.size(); ++i) {
     if (auto reply = x11Owned(xcb_intern_atom_reply(connection_, cookies[i], nullptr))) {
@@ -86,6 +100,20 @@ xcb_atom_t X11Connection::internAtom(std::string_view name) {
   auto reply = x11Owned(xcb_intern_atom_reply(
       connection_, xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr));
   return reply ? reply->atom : xcb_atom_t{};
+}
+
+void X11Connection::askToActivate(xcb_window_t window, xcb_timestamp_t time, xcb_connection_t* over) {
+  auto* const connection = over ? over : connection_;
+  xcb_client_message_event_t message{};
+  message.response_type = XCB_CLIENT_MESSAGE;
+  message.format = 32;
+  message.window = window;
+  message.type = atoms_.netActiveWindow;
+  message.data.data32[0] = asTaskBar;
+  message.data.data32[1] = time;
+  xcb_send_event(connection, 0, root_, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                 reinterpret_cast<const char*>(&message));
+  xcb_flush(connection);
 }
 
 Connection X11Connection::onEvent(std::uint8_t type, EventHandler handler) {

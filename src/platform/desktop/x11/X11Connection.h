@@ -31,7 +31,10 @@ struct X11Atoms {
   xcb_atom_t atomPair, clipboard, clipboardManager, incr, multiple, targets, text, textPlain, textPlainUtf8, timestamp,
       utf8String;
   xcb_atom_t passwordManagerHint;
-  xcb_atom_t netActiveWindow, netClientListStacking, netCurrentDesktop, netWmName, netWmPid, netWorkArea;
+  xcb_atom_t netActiveWindow, netClientListStacking, netCurrentDesktop, netWmDesktop, netWmName, netWmPid, netWmState,
+      netWmStateAbove, netWmStateSkipPager, netWmStateSkipTaskbar, netWmStateSticky, netWorkArea;
+  xcb_atom_t gtkFrameExtents;
+  xcb_atom_t compositor, systemTray;  ///< selections that the compositor and the tray manager of this screen own
   xcb_atom_t quillmarkCleared, quillmarkPanel, quillmarkTime;
 };
 
@@ -64,6 +67,9 @@ class X11Connection {
   const X11Atoms& atoms() const { return atoms_; }
 
   xcb_atom_t internAtom(std::string_view name);
+  /// Asks the window manager to bring a window to the front, as a task bar does. Window managers weigh a time against
+  /// the user's last key. `over`: another connection to the same server, whose requests this one is to follow.
+  void askToActivate(xcb_window_t window, xcb_timestamp_t time, xcb_connection_t* over = nullptr);
   /// The present time of the server, in one round trip.
   xcb_timestamp_t serverTime();
 
@@ -90,7 +96,7 @@ class X11Connection {
  private:
   using Event = X11Owned<xcb_generic_event_t>;
   Event nextEvent();
-  void internAtoms();
+  void internAtoms(int screenNumber);
   void lose();
 
   xcb_connection_t* connection_;

@@ -1,19 +1,15 @@
 #include "platform/desktop/x11/X11Workspace.h"
 
-#include <QProcess>
 #include <algorithm>
 
 #include <unistd.h>
 
-#include "base/Localization.h"
-#include "base/Log.h"
 #include "base/Text.h"
+#include "platform/desktop/Browser.h"
 #include "platform/desktop/x11/X11WindowClass.h"
 
 namespace quillmark {
 namespace {
-
-constexpr std::uint32_t fromPager = 2;  // EWMH: an action of the user, not of an application that wants attention
 
 constexpr auto passing = std::chrono::milliseconds(150);
 
@@ -129,17 +125,7 @@ void X11Workspace::activate(const Key& key, xcb_window_t lastActive) {
     }
     target = *other;
   }
-  xcb_client_message_event_t message{};
-  message.response_type = XCB_CLIENT_MESSAGE;
-  message.format = 32;
-  message.window = target;
-  message.type = connection_.atoms().netActiveWindow;
-  message.data.data32[0] = fromPager;
-  message.data.data32[1] = connection_.serverTime();
-  xcb_send_event(connection_.xcb(), 0, connection_.root(),
-                 XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                 reinterpret_cast<const char*>(&message));
-  xcb_flush(connection_.xcb());
+  connection_.askToActivate(target, connection_.serverTime());
   if (target != activeWindowNow()) {
     awaited_ = target;
     patience_.cancel();
@@ -163,22 +149,6 @@ void X11Workspace::endWait() {
   }
 }
 
-void X11Workspace::openUrl(const std::string& url) {
-  QProcess opener;
-  opener.setProgram(QStringLiteral("xdg-open"));
-  opener.setArguments({QString::fromStdString(url)});
-  // The language that was chosen for this program is not the other one's.
-  auto environment = QProcessEnvironment::systemEnvironment();
-  const auto language = localization::languageOfEnvironment();
-  if (language) {
-    environment.insert(QStringLiteral("LANGUAGE"), QString::fromStdString(*language));
-  } else {
-    environment.remove(QStringLiteral("LANGUAGE"));
-  }
-  opener.setProcessEnvironment(environment);
-  if (!opener.startDetached()) {
-    log("Can't open " + url + ": xdg-open is missing");
-  }
-}
+void X11Workspace::openUrl(const std::string& url) { openInBrowser(url); }
 
 }  // namespace quillmark

@@ -32,12 +32,12 @@ void prepareData(const std::filesystem::path& directory);
 
 /// A screen with a session bus, a backend and Quillmark, ready to take its hot key. Throws std::runtime_error when
 /// something does not come up.
-class Desk {
+class LiveDesktop {
  public:
   /// With the local service; `serviceDelay` is its latency.
-  explicit Desk(const Programs& programs, std::chrono::milliseconds serviceDelay = {});
+  explicit LiveDesktop(const Programs& programs, std::chrono::milliseconds serviceDelay = {});
   /// With a backend that listens on the loopback interface already.
-  Desk(std::filesystem::path quillmark, int backendPort);
+  LiveDesktop(std::filesystem::path quillmark, int backendPort);
 
   XSession& session() { return session_; }
   Trace& trace() { return trace_; }
@@ -78,7 +78,7 @@ class Desk {
 class Editor {
  public:
   /// `kind` is "mousepad" or "featherpad".
-  Editor(Desk& desk, const std::string& kind, const std::string& contents = "");
+  Editor(LiveDesktop& desk, const std::string& kind, const std::string& contents = "");
 
   pid_t pid() const { return process_->pid(); }
   void focus();
@@ -92,7 +92,7 @@ class Editor {
   std::string fileContents() const;
 
  private:
-  Desk& desk_;
+  LiveDesktop& desk_;
   std::filesystem::path file_;
   std::unique_ptr<Process> process_;
   XSession::Window window_;

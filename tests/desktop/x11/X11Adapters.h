@@ -14,7 +14,7 @@
 namespace quillmark {
 
 /// A screen with the adapters at work on it, in one test.
-struct X11Desk : testing::Test {
+struct X11Adapters : testing::Test {
   XSession session;
   EventLoop loop;
   X11Connection connection{session.display()};
@@ -25,11 +25,11 @@ struct X11Desk : testing::Test {
   X11HotKeys hotKeys{connection, keyboard};
   std::string lines;  ///< of the log
 
-  X11Desk() {
+  X11Adapters() {
     loop.watch(connection.descriptor(), [this] { connection.drain(); });
     setLogSink([this](std::string_view line) { lines.append(line).append("\n"); });
   }
-  ~X11Desk() override { setLogSink({}); }
+  ~X11Adapters() override { setLogSink({}); }
 
   void post(KeyCode letter) {
     std::vector<KeyboardEvent> events;

@@ -1,4 +1,4 @@
-#include "support/Desk.h"
+#include "support/LiveDesktop.h"
 
 #include <algorithm>
 #include <array>
@@ -71,7 +71,7 @@ void prepareData(const std::filesystem::path& directory) {
   }
 }
 
-Desk::Desk(const Programs& programs, std::chrono::milliseconds serviceDelay)
+LiveDesktop::LiveDesktop(const Programs& programs, std::chrono::milliseconds serviceDelay)
     : trace_(session_.home() / "trace"), program_(programs.quillmark) {
   const auto output = session_.home() / "service.log";
   service_ =
@@ -83,12 +83,12 @@ Desk::Desk(const Programs& programs, std::chrono::milliseconds serviceDelay)
   setUp(*port);
 }
 
-Desk::Desk(std::filesystem::path quillmark, int backendPort)
+LiveDesktop::LiveDesktop(std::filesystem::path quillmark, int backendPort)
     : trace_(session_.home() / "trace"), program_(std::move(quillmark)) {
   setUp(std::to_string(backendPort));
 }
 
-void Desk::setUp(const std::string& backendPort) {
+void LiveDesktop::setUp(const std::string& backendPort) {
   auto& environment = session_.environment();
   const auto busSocket = session_.home() / "bus";
   environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=" + busSocket.string();
@@ -105,50 +105,50 @@ void Desk::setUp(const std::string& backendPort) {
   startQuillmark();
 }
 
-void Desk::startQuillmark() {
+void LiveDesktop::startQuillmark() {
   trace_.startAnew();
   quillmark_ = session_.start({program_, "--data-dir", data()}, session_.home() / "quillmark.log");
-  waitUntil([this] { return !quillmark_->running() || trace_.momentOf("ready"); });
+  waitUntil([this] { return !quillmark_->running() || trace_.momentOf(trace::ready); });
   if (!quillmark_->running()) {
     throw std::runtime_error("Quillmark does not come up: " + quillmarkLog());
   }
 }
 
-bool Desk::quillmarkEndsWell() {
+bool LiveDesktop::quillmarkEndsWell() {
   quillmark_->signal(SIGTERM);
   return quillmark_->exitStatus() == 0;
 }
 
-void Desk::pressHotKey() {
+void LiveDesktop::pressHotKey() {
   for (const auto* key : {"Control_L", "Alt_L", "g"}) {
     session_.press(key);
   }
 }
 
-void Desk::releaseHotKeyModifiers() {
+void LiveDesktop::releaseHotKeyModifiers() {
   session_.release("Alt_L");
   session_.release("Control_L");
 }
 
-void Desk::triggerHotKey() {
+void LiveDesktop::triggerHotKey() {
   pressHotKey();
   session_.release("g");
   releaseHotKeyModifiers();
 }
 
-std::string Desk::quillmarkLog() const {
+std::string LiveDesktop::quillmarkLog() const {
   constexpr std::size_t enough = 2000;
   const auto log = readFile(session_.home() / "quillmark.log");
   return log.size() <= enough ? log : log.substr(log.size() - enough);
 }
 
-void Desk::takePicture(const std::filesystem::path& file) const {
+void LiveDesktop::takePicture(const std::filesystem::path& file) const {
   if (session_.run({"import", "-silent", "-window", "root", file}) != 0) {
     throw std::runtime_error("no picture of the screen");
   }
 }
 
-Editor::Editor(Desk& desk, const std::string& kind, const std::string& contents)
+Editor::Editor(LiveDesktop& desk, const std::string& kind, const std::string& contents)
     : desk_(desk), file_(desk.home() / "letter.txt") {
   writeFile(file_, contents);
   if (kind == "mousepad") {

@@ -1,0 +1,28 @@
+#include "platform/desktop/Browser.h"
+
+#include <QProcess>
+
+#include "base/Localization.h"
+#include "base/Log.h"
+
+namespace quillmark {
+
+void openInBrowser(const std::string& url) {
+  QProcess opener;
+  opener.setProgram(QStringLiteral("xdg-open"));
+  opener.setArguments({QString::fromStdString(url)});
+  // The language that was chosen for this program is not the other one's.
+  auto environment = QProcessEnvironment::systemEnvironment();
+  const auto language = localization::languageOfEnvironment();
+  if (language) {
+    environment.insert(QStringLiteral("LANGUAGE"), QString::fromStdString(*language));
+  } else {
+    environment.remove(QStringLiteral("LANGUAGE"));
+  }
+  opener.setProcessEnvironment(environment);
+  if (!opener.startDetached()) {
+    log("Can't open " + url + ": xdg-open is missing");
+  }
+}
+
+}  // namespace quillmark

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/desktop/WindowSystem.h"
+
+namespace quillmark {
+
+/// The set for a session whose window system gives us nothing: no keys, no pasteboard, no application in front. Screens
+/// and windows are what the toolkit makes of them. A set that has only some of the adapters takes the others from here.
+class NoWindowSystem : public WindowSystem {
+ public:
+  NoWindowSystem();
+  ~NoWindowSystem() override;
+
+  Pasteboard& pasteboard() override;
+  KeyInjector& keyInjector() override;
+  HotKeys& hotKeys() override;
+  Workspace& workspace() override;
+  Screens& screens() override;
+  Permissions& permissions() override;
+  WindowHints& windowHints() override;
+  std::optional<std::string> problem() const override;
+
+ private:
+  struct Adapters;
+  std::unique_ptr<Adapters> adapters_;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,10 @@
+#include "platform/desktop/WindowHints.h"
+
+namespace quillmark {
+
+void WindowHints::bringToFront(QWidget& window) {
+  window.raise();
+  window.activateWindow();
+}
+
+}  // namespace quillmark
