@@ -7,8 +7,6 @@
 #include "commands/CustomPromptStore.h"
 #include "commands/VariablesStore.h"
 #include "execution/ActiveApplicationTracker.h"
-#include "execution/CommandPanel.h"
-#include "execution/InvocationSource.h"
 #include "execution/LoadingPanel.h"
 #include "execution/ReviewSession.h"
 #include "execution/SelectionCapture.h"
@@ -40,7 +38,6 @@ class ActionService {
     ProviderFactory& providerFactory;
     UsageRecorder& statistics;
     ReviewSession& reviewSession;
-    CommandPanel& commandPanel;
     LoadingPanel* loadingPanel;  ///< may be null
   };
 
@@ -57,7 +54,6 @@ class ActionService {
   /// Runs the stored command of the action with the action's parameter; the stored command stays as it is.
   void runAction(const UserAction& action, bool shouldCopy);
   void runCommandBySlug(const std::string& slug, bool shouldCopy);
-  void openCommandMenu(InvocationSource source);
 
   const std::optional<Command>& lastRunCommand() const { return lastRunCommand_; }
 

@@ -8,11 +8,13 @@ namespace quillmark {
 
 KeyboardSubscriptions::KeyboardSubscriptions(GlobalShortcuts& shortcuts, CustomPromptStore& promptStore,
                                              LanguageStore& languageStore, ToneStore& toneStore,
-                                             ActionService& actionService, ActiveApplicationTracker& tracker)
+                                             ActionService& actionService, CommandPanel& commandPanel,
+                                             ActiveApplicationTracker& tracker)
     : shortcuts_(shortcuts),
       languageStore_(languageStore),
       toneStore_(toneStore),
       actionService_(actionService),
+      commandPanel_(commandPanel),
       tracker_(tracker) {
   commandChanges_ = promptStore.prompts.bind([this](const std::vector<Command>& commands) { subscribe(commands); });
 }
@@ -32,7 +34,7 @@ void KeyboardSubscriptions::subscribe(const std::vector<Command>& commands) {
   log("Subscribe to keyboard shortcuts. Prompt count " + std::to_string(count) +
       " prevCount: " + std::to_string(promptCount_));
   shortcuts_.removeAllHandlers();
-  onKeyUp(commandMenu, [this] { actionService_.openCommandMenu(InvocationSource::keyboardShortcut); });
+  onKeyUp(commandMenu, [this] { commandPanel_.togglePanel(InvocationSource::keyboardShortcut); });
   onKeyUp(translate, [this] {
     if (const auto item = languageStore_.defaultItem()) {
       actionService_.runAction(UserAction::translate(item->name), true);

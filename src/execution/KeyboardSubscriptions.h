@@ -10,6 +10,7 @@
 #include "commands/ToneStore.h"
 #include "execution/ActionService.h"
 #include "execution/ActiveApplicationTracker.h"
+#include "execution/CommandPanel.h"
 #include "execution/GlobalShortcuts.h"
 
 namespace quillmark {
@@ -24,7 +25,8 @@ class KeyboardSubscriptions {
   static constexpr const char* changeTone = "changeTone";
 
   KeyboardSubscriptions(GlobalShortcuts& shortcuts, CustomPromptStore& promptStore, LanguageStore& languageStore,
-                        ToneStore& toneStore, ActionService& actionService, ActiveApplicationTracker& tracker);
+                        ToneStore& toneStore, ActionService& actionService, CommandPanel& commandPanel,
+                        ActiveApplicationTracker& tracker);
 
  private:
   void subscribe(const std::vector<Command>& commands);
@@ -34,6 +36,7 @@ class KeyboardSubscriptions {
   LanguageStore& languageStore_;
   ToneStore& toneStore_;
   ActionService& actionService_;
+  CommandPanel& commandPanel_;
   ActiveApplicationTracker& tracker_;
   std::ptrdiff_t promptCount_ = -1;  // no list has this length, so the first one always registers
   Connection commandChanges_;

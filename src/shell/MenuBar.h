@@ -41,11 +41,7 @@ class MenuBar {
   ToneStore& toneStore_;
   UpdateMenuButton& updateButton_;
   Actions actions_;
-  Connection loadingChanges_;
-  Connection commandChanges_;
-  Connection languageChanges_;
-  Connection toneChanges_;
-  Connection updateChanges_;
+  Connections connections_;
 };
 
 }  // namespace quillmark

@@ -136,6 +136,13 @@ void drawHairline(QPainter& painter, const QRectF& rect, const QPalette& palette
   painter.fillRect(QRectF(rect.left(), rect.top(), rect.width(), thickness), hairline(palette));
 }
 
+void fillRounded(QPainter& painter, const QRectF& rect, double radius, const QColor& colour) {
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(colour);
+  painter.drawRoundedRect(rect, radius, radius);
+}
+
 void drawFocusRing(QPainter& painter, const QRectF& rect, double radius, const QPalette& palette) {
   constexpr double width = 2;
   constexpr double away = 2;

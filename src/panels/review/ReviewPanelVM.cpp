@@ -34,19 +34,21 @@ auto onMainQueue(MainQueue& queue, Operation operation) {
 }  // namespace
 
 ReviewPanelVM::ReviewPanelVM(const Collaborators& collaborators)
-    : collaborators_(collaborators), panel_(collaborators_.window, collaborators_.screens, isReviewOpen, false) {
+    : collaborators_(collaborators), panel_(collaborators_.window, collaborators_.screens, false) {
   const auto changed = [this](const auto&) { menusChanged.emit(); };
-  menuChanges_ = {collaborators_.providerStore.configs.observe(changed), selectedProvider.observe(changed),
-                  selectedModel.observe(changed), availableModels.observe(changed)};
-  closings_ = collaborators_.window.closedBySystem.connect([this] { discard(); });
+  connections_ += collaborators_.providerStore.configs.observe(changed);
+  connections_ += selectedProvider_.observe(changed);
+  connections_ += selectedModel_.observe(changed);
+  connections_ += availableModels_.observe(changed);
+  connections_ += collaborators_.window.closedBySystem.connect([this] { discard(); });
 }
 
 void ReviewPanelVM::setCommand(const std::optional<Command>& command) {
   currentCommand_ = command;
   if (const auto config = collaborators_.providerStore.config(command ? command->provider : std::nullopt)) {
     const auto provider = collaborators_.providerFactory.makeProvider(*config);
-    selectedProvider.set(provider->id());
-    selectedModel.set(command && command->model ? command->model : provider->defaultModel());
+    selectedProvider_.set(provider->id());
+    selectedModel_.set(command && command->model ? command->model : provider->defaultModel());
     log("provider found and selected " + provider->name());
   } else {
     log("!!! no provider found");
@@ -55,12 +57,12 @@ void ReviewPanelVM::setCommand(const std::optional<Command>& command) {
 }
 
 void ReviewPanelVM::open(const std::string& newText, const std::string& newInitialText) {
-  text.set(newText);
-  if (initialText.get() != newInitialText) {
-    initialText.set(newInitialText);
+  text_.set(newText);
+  if (initialText_.get() != newInitialText) {
+    initialText_.set(newInitialText);
   }
-  hasError.set(false);
-  errorMessage.set("");
+  hasError_.set(false);
+  errorMessage_.set("");
   panel_.setContentSize(startSize);
   panel_.windowPosition = collaborators_.settings.reviewWindowPosition.get();
   panel_.present();
@@ -69,12 +71,12 @@ void ReviewPanelVM::open(const std::string& newText, const std::string& newIniti
 
 void ReviewPanelVM::execute(const Command& command, const std::string& textToSend) {
   ++run_;
-  loading.set(true);
-  isStreaming.set(false);  // it may be the request before that streamed
+  loading_.set(true);
+  isStreaming_.set(false);  // it may be the request before that streamed
   currentCommand_ = command;
-  text.set("");
-  hasError.set(false);
-  errorMessage.set("");
+  text_.set("");
+  hasError_.set(false);
+  errorMessage_.set("");
 
   const std::string prompt = promptFor(command, collaborators_.variablesStore.allVariables());
   const auto config = collaborators_.providerStore.config(command.provider);
@@ -98,7 +100,7 @@ void ReviewPanelVM::execute(const Command& command, const std::string& textToSen
       onMainQueue(collaborators_.queue,
                   lifetime_.guard([this, run](std::optional<std::string> answer) { finish(run, std::move(answer)); }));
   if (run.streams) {
-    isStreaming.set(true);
+    isStreaming_.set(true);
     auto chunk = [this, number = run.number](const std::string& piece) { addChunk(number, piece); };
     provider->streamChat(textToSend, prompt, command.model, onMainQueue(collaborators_.queue, lifetime_.guard(chunk)),
                          std::move(finished));
@@ -120,11 +122,11 @@ void ReviewPanelVM::addChunk(unsigned run, const std::string& chunk) {
   if (run != run_) {
     return;
   }
-  if (hasError.get()) {
-    hasError.set(false);
-    errorMessage.set("");
+  if (hasError_.get()) {
+    hasError_.set(false);
+    errorMessage_.set("");
   }
-  text.append(chunk);
+  text_.append(chunk);
   trace::mark("review chunk");
 }
 
@@ -142,22 +144,22 @@ void ReviewPanelVM::finish(const Run& run, std::optional<std::string> answer) {
     handleError(tr("Failed to complete the request. The AI provider returned an empty response. Please try again."));
     return;
   }
-  text.set(std::move(*answer));
-  loading.set(false);
+  text_.set(std::move(*answer));
+  loading_.set(false);
   if (run.streams) {
-    isStreaming.set(false);
+    isStreaming_.set(false);
   } else {
-    hasError.set(false);
-    errorMessage.set("");
+    hasError_.set(false);
+    errorMessage_.set("");
   }
   trace::mark("review answered");
 }
 
 void ReviewPanelVM::handleError(const std::string& message) {
-  hasError.set(true);
-  errorMessage.set(message);
-  loading.set(false);
-  isStreaming.set(false);
+  hasError_.set(true);
+  errorMessage_.set(message);
+  loading_.set(false);
+  isStreaming_.set(false);
   trace::mark("review failed");
 }
 
@@ -168,35 +170,40 @@ void ReviewPanelVM::reload() {
     return;
   }
   Command command = *currentCommand_;
-  command.provider = selectedProvider.get();
-  command.model = selectedModel.get();
-  execute(command, initialText.get());
+  command.provider = selectedProvider_.get();
+  command.model = selectedModel_.get();
+  execute(command, initialText_.get());
 }
 
 void ReviewPanelVM::changeProvider(const std::optional<Uuid>& id) {
-  selectedProvider.set(id);
+  selectedProvider_.set(id);
   auto config = collaborators_.providerStore.config(id);
   if (!config) {
     config = collaborators_.providerStore.defaultConfig();
   }
-  selectedModel.set(config ? std::optional(collaborators_.providerFactory.makeProvider(*config)->defaultModel())
-                           : std::nullopt);
+  selectedModel_.set(config ? std::optional(collaborators_.providerFactory.makeProvider(*config)->defaultModel())
+                            : std::nullopt);
   updateAvailableModels();
 }
 
 void ReviewPanelVM::updateAvailableModels() {
-  const auto config = collaborators_.providerStore.config(selectedProvider.get());
-  availableModels.set(config ? collaborators_.modelStore.modelsFor(config->providerType)
-                             : std::vector<ProviderModel>());
+  const auto config = collaborators_.providerStore.config(selectedProvider_.get());
+  availableModels_.set(config ? collaborators_.modelStore.modelsFor(config->providerType)
+                              : std::vector<ProviderModel>());
+}
+
+bool ReviewPanelVM::canApply(ActionBehavior behavior) const {
+  const bool isThere = !loading_ || (behavior == ActionBehavior::copyToClipboard && !text_.empty());
+  return isThere && !hasError_;
 }
 
 void ReviewPanelVM::apply(ActionBehavior behavior) {
-  if (!canApply()) {
+  if (!canApply(behavior)) {
     return;
   }
   close();
   collaborators_.tracker.restoreFocus();
-  collaborators_.capture.apply(behavior, text.get(), initialText.get());
+  collaborators_.capture.apply(behavior, text_.get(), initialText_.get());
 }
 
 void ReviewPanelVM::discard() {
@@ -211,7 +218,7 @@ void ReviewPanelVM::close() {
 
 std::string ReviewPanelVM::providerLabel() const {
   for (const auto& config : collaborators_.providerStore.configs.get()) {
-    if (config.enabled && config.id == selectedProvider.get()) {
+    if (config.enabled && config.id == selectedProvider_.get()) {
       return config.name;
     }
   }
@@ -229,17 +236,17 @@ std::vector<ReviewPanelVM::ProviderItem> ReviewPanelVM::providerItems() const {
 }
 
 std::string ReviewPanelVM::modelLabel() const {
-  const auto& selected = selectedModel.get();
+  const auto& selected = selectedModel_.get();
   if (!selected) {
     return tr("Model");
   }
-  const auto& models = availableModels.get();
+  const auto& models = availableModels_.get();
   const auto found = std::ranges::find(models, *selected, &ProviderModel::identifier);
   return found == models.end() ? *selected : withoutOrigins(found->name);
 }
 
 std::vector<ReviewPanelVM::ModelItem> ReviewPanelVM::modelItems() const {
-  const auto& models = availableModels.get();
+  const auto& models = availableModels_.get();
   if (models.empty()) {
     return {{tr("No models"), std::nullopt}};
   }
@@ -248,7 +255,7 @@ std::vector<ReviewPanelVM::ModelItem> ReviewPanelVM::modelItems() const {
   for (const auto& model : models) {
     items.push_back({model.name, model.identifier});
   }
-  const auto& selected = selectedModel.get();
+  const auto& selected = selectedModel_.get();
   if (selected && std::ranges::find(models, *selected, &ProviderModel::identifier) == models.end()) {
     items.push_back({*selected, selected});
   }

@@ -332,6 +332,9 @@ TEST(Lines, areTheTextsOwnOrItsSentencesOrItsParts) {
   const std::string word(79, 'x');
   EXPECT_THAT(splitIntoLines(word + "\u00e9"), ElementsAre(word + "\u00e9"));
   EXPECT_THAT(splitIntoLines(word + " \u00e9"), ElementsAre(word, "\u00e9"));
+  // A mark at a word's beginning joins the blank before it: 38 + 1 + 39 characters, and room for one more.
+  const std::string marked = std::string(38, 'x') + " \u0301" + std::string(39, 'x') + " y";
+  EXPECT_THAT(splitIntoLines(marked + " z"), ElementsAre(marked, "z"));
   EXPECT_THAT(splitIntoLines("a  b " + std::string(90, 'y') + " c"), ElementsAre("a  b", std::string(90, 'y'), "c"));
 }
 
