@@ -16,7 +16,7 @@ namespace quillmark::look {
 constexpr int windowRadius = 12;
 constexpr int fieldRadius = 8;
 constexpr int chipRadius = 6;
-constexpr int panelPadding = 16;
+constexpr int windowPadding = 16;
 constexpr int targetHeight = 28;  ///< the least height of what a pointer can hit
 
 using Scheme = DesktopAppearance::ColorScheme;

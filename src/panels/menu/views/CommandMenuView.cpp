@@ -162,7 +162,7 @@ CommandMenuView::CommandMenuView(CommandPanelViewModel& viewModel, QWidget* pare
   auto* const row = new QHBoxLayout(&head_);
   row->setContentsMargins({});
   row->setSpacing(0);
-  row->addSpacing(look::panelPadding + iconSide + 8);
+  row->addSpacing(look::windowPadding + iconSide + 8);
   row->addWidget(&field_);
   row->addWidget(&modeButton_);
   row->addSpacing(10 - Button::ringRoom);
@@ -300,7 +300,7 @@ void CommandMenuView::pointerAt(QPoint global, QPoint inList) {
 
 void CommandMenuView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  const QRect icon(look::panelPadding, (fieldHeight - iconSide) / 2, iconSide, iconSide);
+  const QRect icon(look::windowPadding, (fieldHeight - iconSide) / 2, iconSide, iconSide);
   symbols::draw(painter, QStyle::visualRect(layoutDirection(), QRect(0, 0, width(), fieldHeight), icon).topLeft(),
                 iconSide, isFilter() ? "sparkle.magnifyingglass" : "pencil.and.scribble", look::secondary(palette()));
   const double hairline = 1 / devicePixelRatioF();

@@ -49,7 +49,7 @@ void ErrorView::fill() {
 }
 
 void ErrorView::place() {
-  const int width = std::min(widestMessage, this->width() - 2 * look::panelPadding);
+  const int width = std::min(widestMessage, this->width() - 2 * look::windowPadding);
   const int room = std::max(0, height() - head);
   const int messageHeight = std::min(room, int(std::ceil(message_.heightForText())));
   top_ = std::max(0, (height() - head - messageHeight) / 2);

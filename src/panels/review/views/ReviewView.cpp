@@ -137,7 +137,7 @@ void ReviewView::makeBar(QWidget& bar) {
   bar.setFixedHeight(barHeight);
   auto* const row = new QHBoxLayout(&bar);
   // So that the titles of the menus begin where the text does.
-  constexpr int side = look::panelPadding - Button::ringRoom - 4;
+  constexpr int side = look::windowPadding - Button::ringRoom - 4;
   row->setContentsMargins(side, 0, side, 0);
   row->setSpacing(0);
   provider_.setMaximumWidth(widestProvider + 2 * Button::ringRoom);
