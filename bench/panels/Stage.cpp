@@ -59,7 +59,7 @@ Stage::Stage(DrawingApplication& application)
 }
 
 void Stage::openMenu() {
-  app_.commandPanel().togglePanel();
+  app_.commandPanel().togglePanel(InvocationSource::keyboardShortcut);
   waitUntilShown(menuWindow_);
 }
 
@@ -69,26 +69,25 @@ void Stage::closeMenu() {
 }
 
 void Stage::openReview(ReviewViewMode mode) {
+  const std::string selection = "What the user had selected.";
+  const Command command = *app_.promptStore().commandFor(ActionCase::fixGrammar);
   auto& session = app_.reviewPanel();
-  session.open("", "What the user had selected.");
+  session.setCommand(command);
+  session.open("", selection);
   app_.reviewViewState().setViewMode(mode);
-  session.loading.set(true);
-  session.isStreaming.set(true);
+  session.execute(command, selection);
+  answering_ = &desktop_.http.exchanges.back();
   waitUntilShown(reviewWindow_);
 }
 
 void Stage::closeReview() {
-  auto& session = app_.reviewPanel();
-  session.isStreaming.set(false);
-  session.loading.set(false);
-  session.discard();
+  answering_->end();
+  settle();
+  app_.reviewPanel().discard();
   waitUntilNothingIsShown();
 }
 
 void Stage::pulse() {
-  auto& session = app_.reviewPanel();
-  session.isStreaming.set(false);
-  session.isStreaming.set(true);
   const QDeadlineTimer end(400);
   waitUntil([&] { return end.hasExpired(); });
 }

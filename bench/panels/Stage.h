@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "panels/menu/views/CommandMenuView.h"
@@ -34,7 +35,6 @@ class Stage {
  public:
   explicit Stage(DrawingApplication& application);
 
-  QtMainQueue& queue() { return queue_; }
   QuillmarkApp& app() { return app_; }
   CommandMenuView& menu() { return menu_; }
 
@@ -42,8 +42,10 @@ class Stage {
   void closeMenu();
   /// A review of an answer that is on its way.
   void openReview(ReviewViewMode mode);
+  /// A piece of that answer comes in; any thread.
+  void receive(std::string_view chunk) { answering_->bytes(std::string(chunk)); }
   void closeReview();
-  /// Starts the pulse of the answer anew and gets into it, for what is half transparent takes longer to draw.
+  /// Lets the pulse of the answer go on for a while, for what is half transparent takes longer to draw.
   void pulse();
   /// How many lines of the answer are laid out.
   std::size_t linesOfAnswer() const { return answer_->blockCount(); }
@@ -71,6 +73,7 @@ class Stage {
   ReviewView review_{app_.reviewPanel(), app_.reviewViewState(), desktop_.pasteboard};
   CommandMenuView menu_{app_.commandPanel()};
   const TextColumn* answer_ = nullptr;
+  const SimulatedHttpSession::Exchange* answering_ = nullptr;
 };
 
 }  // namespace quillmark::bench

@@ -120,7 +120,7 @@ std::vector<Figure> measureStream(Stage& stage, ReviewViewMode mode, const char*
       if (i == 0 || i == full || i == much) {
         stage.pulse();
       }
-      const double time = stage.drawingTimeOf([&] { stage.app().reviewPanel().text.append(chunkOf(text, i)); });
+      const double time = stage.drawingTimeOf([&] { stage.receive(chunkOf(text, i)); });
       if (run > 0 && (i < full + sample || i >= much)) {
         (i == 0 ? first : i < full ? filling : i < much ? atStart : behindMuch).push_back(time);
       }
@@ -158,7 +158,7 @@ std::vector<Figure> measureFlood(DrawingApplication& application, Stage& stage, 
     };
     std::thread source([&] {
       for (std::size_t i = 0; i < chunkCount; ++i) {
-        stage.queue().async([&, i] { stage.app().reviewPanel().text.append(chunkOf(text, i)); });
+        stage.receive(chunkOf(text, i));
       }
     });
     loop.exec();

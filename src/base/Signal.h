@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <utility>
+#include <vector>
 
 #include <sigc++/connection.h>
 #include <sigc++/signal.h>
@@ -29,18 +30,30 @@ class Connection {
   sigc::connection connection_;
 };
 
-/// A list of handlers that one owner calls. Main thread only.
+/// What one object listens to: its handlers are dropped with it.
+class Connections {
+ public:
+  Connections& operator+=(Connection connection) {
+    all_.push_back(std::move(connection));
+    return *this;
+  }
+
+ private:
+  std::vector<Connection> all_;
+};
+
+/// A list of handlers. Who gets a const one may listen; only its owner calls the handlers. Main thread only.
 template <class... Args>
 class Signal {
  public:
-  [[nodiscard]] Connection connect(std::function<void(Args...)> handler) {
+  [[nodiscard]] Connection connect(std::function<void(Args...)> handler) const {
     return Connection(signal_.connect(std::move(handler)));
   }
 
-  void emit(Args... args) const { signal_.emit(args...); }
+  void emit(Args... args) { signal_.emit(args...); }
 
  private:
-  sigc::signal<void(Args...)> signal_;
+  mutable sigc::signal<void(Args...)> signal_;
 };
 
 /// A value that tells its observers when it is set. Who gets a const one may look and observe, and nothing else. Main
@@ -50,6 +63,8 @@ class Observable {
  public:
   Observable() = default;
   explicit Observable(T value) : value_(std::move(value)) {}
+  Observable(const Observable&) = delete;
+  Observable& operator=(const Observable&) = delete;
 
   const T& get() const { return value_; }
   operator const T&() const { return value_; }
@@ -86,7 +101,7 @@ class Observable {
 
  private:
   T value_{};
-  mutable Signal<const T&> changed_;
+  Signal<const T&> changed_;
 };
 
 }  // namespace quillmark

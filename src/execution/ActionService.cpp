@@ -103,12 +103,6 @@ void ActionService::runCommandBySlug(const std::string& slug, bool shouldCopy) {
   }
 }
 
-void ActionService::openCommandMenu(InvocationSource source) {
-  log("Open command menu from source " + std::string(rawValue(source)));
-  collaborators_.commandPanel.setSource(source);
-  collaborators_.commandPanel.togglePanel();
-}
-
 void ActionService::handleDirectAction(const std::string& text, const Command& command, ActionBehavior behavior) {
   if (text.empty()) {
     log("copied text is empty");

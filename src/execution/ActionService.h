@@ -6,8 +6,6 @@
 #include "base/Lifetime.h"
 #include "commands/CustomPromptStore.h"
 #include "execution/ActiveApplicationTracker.h"
-#include "execution/CommandPanel.h"
-#include "execution/InvocationSource.h"
 #include "execution/LoadingPanel.h"
 #include "execution/PreparedRun.h"
 #include "execution/ReviewSession.h"
@@ -36,7 +34,6 @@ class ActionService {
     RunSources runSources;
     UsageRecorder& statistics;
     ReviewSession& reviewSession;
-    CommandPanel& commandPanel;
     LoadingPanel* loadingPanel;  ///< may be null
   };
 
@@ -53,7 +50,6 @@ class ActionService {
   /// Runs the stored command of the action with the action's parameter; the stored command stays as it is.
   void runAction(const UserAction& action, bool shouldCopy);
   void runCommandBySlug(const std::string& slug, bool shouldCopy);
-  void openCommandMenu(InvocationSource source);
 
   const std::optional<Command>& lastRunCommand() const { return lastRunCommand_; }
 

@@ -4,7 +4,7 @@
 
 namespace quillmark {
 
-/// The command menu, as the service that opens it sees it.
+/// The command menu, as the triggers that open it see it.
 class CommandPanel {
  public:
   CommandPanel() = default;
@@ -12,9 +12,8 @@ class CommandPanel {
   CommandPanel& operator=(const CommandPanel&) = delete;
   virtual ~CommandPanel() = default;
 
-  virtual void setSource(InvocationSource source) = 0;
   /// Opens a closed menu and closes an open one.
-  virtual void togglePanel() = 0;
+  virtual void togglePanel(InvocationSource source) = 0;
 };
 
 }  // namespace quillmark

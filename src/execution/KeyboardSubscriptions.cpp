@@ -6,8 +6,12 @@ namespace quillmark {
 
 KeyboardSubscriptions::KeyboardSubscriptions(GlobalShortcuts& shortcuts, CustomPromptStore& promptStore,
                                              const ItemStores& itemStores, ActionService& actionService,
-                                             ActiveApplicationTracker& tracker)
-    : shortcuts_(shortcuts), itemStores_(itemStores), actionService_(actionService), tracker_(tracker) {
+                                             CommandPanel& commandPanel, ActiveApplicationTracker& tracker)
+    : shortcuts_(shortcuts),
+      itemStores_(itemStores),
+      actionService_(actionService),
+      commandPanel_(commandPanel),
+      tracker_(tracker) {
   commandChanges_ = promptStore.prompts.bind([this](const std::vector<Command>& commands) { subscribe(commands); });
 }
 
@@ -26,7 +30,7 @@ void KeyboardSubscriptions::subscribe(const std::vector<Command>& commands) {
   log("Subscribe to keyboard shortcuts. Prompt count " + std::to_string(count) +
       " prevCount: " + std::to_string(promptCount_));
   shortcuts_.removeAllHandlers();
-  onKeyUp(commandMenu, [this] { actionService_.openCommandMenu(InvocationSource::keyboardShortcut); });
+  onKeyUp(commandMenu, [this] { commandPanel_.togglePanel(InvocationSource::keyboardShortcut); });
   for (const ActionCase action : filteredActions()) {
     onKeyUp(UserAction(action).identifier(), [this, action] {
       if (const auto item = itemStores_[*info(action).items()].defaultItem()) {

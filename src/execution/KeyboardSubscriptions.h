@@ -9,6 +9,7 @@
 #include "commands/ItemStores.h"
 #include "execution/ActionService.h"
 #include "execution/ActiveApplicationTracker.h"
+#include "execution/CommandPanel.h"
 #include "execution/GlobalShortcuts.h"
 
 namespace quillmark {
@@ -21,7 +22,7 @@ class KeyboardSubscriptions {
   static constexpr const char* commandMenu = "commandMenu";
 
   KeyboardSubscriptions(GlobalShortcuts& shortcuts, CustomPromptStore& promptStore, const ItemStores& itemStores,
-                        ActionService& actionService, ActiveApplicationTracker& tracker);
+                        ActionService& actionService, CommandPanel& commandPanel, ActiveApplicationTracker& tracker);
 
  private:
   void subscribe(const std::vector<Command>& commands);
@@ -30,6 +31,7 @@ class KeyboardSubscriptions {
   GlobalShortcuts& shortcuts_;
   ItemStores itemStores_;
   ActionService& actionService_;
+  CommandPanel& commandPanel_;
   ActiveApplicationTracker& tracker_;
   std::ptrdiff_t promptCount_ = -1;  // no list has this length, so the first one always registers
   Connection commandChanges_;

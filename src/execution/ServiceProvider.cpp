@@ -9,7 +9,7 @@ void ServiceProvider::service(const std::optional<std::string>& text) {
     alertHandler_.show(AlertKind::unknownError(tr("Could not find the text for parsing.")));
     return;
   }
-  mainQueue_.async([this] { actionService_.openCommandMenu(InvocationSource::serviceProvider); });
+  mainQueue_.async([this] { commandPanel_.togglePanel(InvocationSource::serviceProvider); });
 }
 
 }  // namespace quillmark

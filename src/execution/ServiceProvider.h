@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "execution/ActionService.h"
+#include "execution/CommandPanel.h"
 #include "platform/AlertHandler.h"
 #include "platform/MainQueue.h"
 
@@ -12,15 +12,15 @@ namespace quillmark {
 /// Receives the Service message of another program. Main thread only.
 class ServiceProvider {
  public:
-  ServiceProvider(ActionService& actionService, AlertHandler& alertHandler, MainQueue& mainQueue)
-      : actionService_(actionService), alertHandler_(alertHandler), mainQueue_(mainQueue) {}
+  ServiceProvider(CommandPanel& commandPanel, AlertHandler& alertHandler, MainQueue& mainQueue)
+      : commandPanel_(commandPanel), alertHandler_(alertHandler), mainQueue_(mainQueue) {}
 
   /// Opens the command menu. The text that came with the message only has to be there: a command from the menu takes
   /// what is on the general pasteboard.
   void service(const std::optional<std::string>& text);
 
  private:
-  ActionService& actionService_;
+  CommandPanel& commandPanel_;
   AlertHandler& alertHandler_;
   MainQueue& mainQueue_;
 };

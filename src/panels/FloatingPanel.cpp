@@ -35,13 +35,13 @@ Point placement(ReviewWindowPosition position, Point mouse, const Rect& visible,
   return corner;
 }
 
-FloatingPanel::FloatingPanel(PanelWindow& window, const Screens& screens, Observable<bool>& isPresented, bool canHide)
-    : window_(window), screens_(screens), isPresented_(isPresented) {
+FloatingPanel::FloatingPanel(PanelWindow& window, const Screens& screens, bool canHide)
+    : window_(window), screens_(screens) {
   if (canHide) {
-    resignations_ = window_.resignedMain.connect([this] { close(); });
+    connections_ += window_.resignedMain.connect([this] { close(); });
   }
-  closings_ = window_.closedBySystem.connect([this] { close(); });
-  moves_ = window_.movedByUser.connect([this] { moved_ = true; });
+  connections_ += window_.closedBySystem.connect([this] { close(); });
+  connections_ += window_.movedByUser.connect([this] { moved_ = true; });
 }
 
 void FloatingPanel::present() {
@@ -51,8 +51,10 @@ void FloatingPanel::present() {
 }
 
 void FloatingPanel::close() {
-  window_.close();
-  isPresented_.set(false);
+  window_.close();  // which may cost it the keyboard, and come here once more
+  if (isPresented_) {
+    isPresented_.set(false);
+  }
 }
 
 void FloatingPanel::place() {

@@ -15,16 +15,18 @@ namespace quillmark {
 Point placement(ReviewWindowPosition position, Point mouse, const Rect& visible, Size frame,
                 std::optional<double> contentWidth);
 
-/// A panel above the applications that leaves the one in front active. Its owner shows it by present() and hears of its
-/// end through `isPresented`, by whatever way it closes. Main thread only.
+/// A panel above the applications that leaves the one in front active. Main thread only.
 class FloatingPanel {
  public:
   /// `canHide`: closes by itself as soon as another window takes the keyboard.
-  FloatingPanel(PanelWindow& window, const Screens& screens, Observable<bool>& isPresented, bool canHide);
+  FloatingPanel(PanelWindow& window, const Screens& screens, bool canHide);
 
   ReviewWindowPosition windowPosition = ReviewWindowPosition::center;
 
-  /// Shows the panel at its place, with the keyboard, and sets `isPresented`.
+  /// Tells of each present(), and once of each end, by whatever way the panel closes.
+  const Observable<bool>& isPresented() const { return isPresented_; }
+
+  /// Shows the panel at its place, with the keyboard.
   void present();
   void close();
   /// Moves the panel to its place, on the screen where the pointer is, or else on the main screen; without any screen
@@ -41,11 +43,9 @@ class FloatingPanel {
  private:
   PanelWindow& window_;
   const Screens& screens_;
-  Observable<bool>& isPresented_;
+  Observable<bool> isPresented_;
   bool moved_ = false;
-  Connection resignations_;
-  Connection closings_;
-  Connection moves_;
+  Connections connections_;
 };
 
 }  // namespace quillmark

@@ -43,13 +43,13 @@ void AppUpdaterDelegate::didReceiveUserAttention(const AppcastItem&) { stopLater
 void AppUpdaterDelegate::willFinishUpdateSession() { stopLater(); }
 
 void AppUpdaterDelegate::setAvailable(const AppcastItem& update) {
-  updateAvailable.set(true);
-  availableUpdate.set(update);
+  updateAvailable_.set(true);
+  availableUpdate_.set(update);
 }
 
 void AppUpdaterDelegate::clear() {
-  updateAvailable.set(false);
-  availableUpdate.set(std::nullopt);
+  updateAvailable_.set(false);
+  availableUpdate_.set(std::nullopt);
 }
 
 void AppUpdaterDelegate::stopLater() {

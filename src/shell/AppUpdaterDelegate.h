@@ -17,8 +17,8 @@ class AppUpdaterDelegate : public UpdaterDelegate {
  public:
   explicit AppUpdaterDelegate(MainQueue& queue) : queue_(queue) {}
 
-  Observable<bool> updateAvailable{false};
-  Observable<std::optional<AppcastItem>> availableUpdate;
+  const Observable<bool>& updateAvailable() const { return updateAvailable_; }
+  const Observable<std::optional<AppcastItem>>& availableUpdate() const { return availableUpdate_; }
   Signal<> stopGentleReminders;  ///< the user knows, or there is nothing to know
 
   void didFindValidUpdate(const AppcastItem& update) override;
@@ -38,6 +38,8 @@ class AppUpdaterDelegate : public UpdaterDelegate {
   void stopLater();
 
   MainQueue& queue_;
+  Observable<bool> updateAvailable_{false};
+  Observable<std::optional<AppcastItem>> availableUpdate_;
   Lifetime lifetime_;
 };
 

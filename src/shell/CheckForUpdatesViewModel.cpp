@@ -4,10 +4,10 @@ namespace quillmark {
 
 CheckForUpdatesViewModel::CheckForUpdatesViewModel(MainQueue& queue, Updater& updater, AppUpdaterDelegate& delegate)
     : queue_(queue) {
-  checkable_ = updater.canCheckForUpdates.bind([this](bool can) { canCheckForUpdates.set(can); });
-  availability_ = delegate.updateAvailable.bind(
+  connections_ += updater.canCheckForUpdates.bind([this](bool can) { canCheckForUpdates_.set(can); });
+  connections_ += delegate.updateAvailable().bind(
       [this](bool available) { available ? startGentleReminders() : stopGentleReminders(); });
-  stops_ = delegate.stopGentleReminders.connect([this] { stopGentleReminders(); });
+  connections_ += delegate.stopGentleReminders.connect([this] { stopGentleReminders(); });
 }
 
 void CheckForUpdatesViewModel::stopGentleReminders() {
@@ -16,7 +16,7 @@ void CheckForUpdatesViewModel::stopGentleReminders() {
   gentleReminderTimer_.cancel();
   reminderEnd_.cancel();
   reminderCount_ = 0;
-  shouldShowGentleReminder.set(false);
+  shouldShowGentleReminder_.set(false);
 }
 
 void CheckForUpdatesViewModel::startGentleReminders() {
@@ -33,9 +33,9 @@ void CheckForUpdatesViewModel::startGentleReminders() {
 }
 
 void CheckForUpdatesViewModel::showGentleReminder() {
-  shouldShowGentleReminder.set(true);
+  shouldShowGentleReminder_.set(true);
   reminderEnd_.cancel();
-  reminderEnd_ = queue_.after(reminderLength, lifetime_.guard([this] { shouldShowGentleReminder.set(false); }));
+  reminderEnd_ = queue_.after(reminderLength, lifetime_.guard([this] { shouldShowGentleReminder_.set(false); }));
 }
 
 }  // namespace quillmark

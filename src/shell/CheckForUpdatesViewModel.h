@@ -21,8 +21,9 @@ class CheckForUpdatesViewModel {
 
   CheckForUpdatesViewModel(MainQueue& queue, Updater& updater, AppUpdaterDelegate& delegate);
 
-  Observable<bool> canCheckForUpdates{false};
-  Observable<bool> shouldShowGentleReminder{false};  ///< the entry of the menu draws the eye
+  const Observable<bool>& canCheckForUpdates() const { return canCheckForUpdates_; }
+  /// The entry of the menu draws the eye.
+  const Observable<bool>& shouldShowGentleReminder() const { return shouldShowGentleReminder_; }
 
  private:
   void startGentleReminders();
@@ -30,13 +31,13 @@ class CheckForUpdatesViewModel {
   void showGentleReminder();
 
   MainQueue& queue_;
+  Observable<bool> canCheckForUpdates_{false};
+  Observable<bool> shouldShowGentleReminder_{false};
   TimerHandle initialReminder_;
   TimerHandle gentleReminderTimer_;
   TimerHandle reminderEnd_;
   int reminderCount_ = 0;
-  Connection checkable_;
-  Connection availability_;
-  Connection stops_;
+  Connections connections_;
   Lifetime lifetime_;
 };
 

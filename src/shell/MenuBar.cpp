@@ -13,11 +13,12 @@ MenuBar::MenuBar(ActionService& actionService, CustomPromptStore& promptStore, c
       itemStores_(itemStores),
       updateButton_(updateButton),
       actions_(std::move(actions)) {
-  loadingChanges_ = actionService_.isLoading.observe([this](bool) { changed.emit(); });
-  commandChanges_ = promptStore_.prompts.observe([this](const auto&) { changed.emit(); });
-  languageChanges_ = itemStores_.languages.itemsCache.observe([this](const auto&) { changed.emit(); });
-  toneChanges_ = itemStores_.tones.itemsCache.observe([this](const auto&) { changed.emit(); });
-  updateChanges_ = updateButton_.changed.connect([this] { changed.emit(); });
+  const auto tell = [this](const auto&...) { changed.emit(); };
+  connections_ += actionService_.isLoading.observe(tell);
+  connections_ += promptStore_.prompts.observe(tell);
+  connections_ += itemStores_.languages.itemsCache.observe(tell);
+  connections_ += itemStores_.tones.itemsCache.observe(tell);
+  connections_ += updateButton_.changed.connect(tell);
 }
 
 MenuItem MenuBar::commandItem(const Command& command, std::string_view icon) const {

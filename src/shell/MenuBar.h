@@ -39,11 +39,7 @@ class MenuBar {
   ItemStores itemStores_;
   UpdateMenuButton& updateButton_;
   Actions actions_;
-  Connection loadingChanges_;
-  Connection commandChanges_;
-  Connection languageChanges_;
-  Connection toneChanges_;
-  Connection updateChanges_;
+  Connections connections_;
 };
 
 }  // namespace quillmark

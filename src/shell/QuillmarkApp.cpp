@@ -1,6 +1,5 @@
 #include "shell/QuillmarkApp.h"
 
-#include <algorithm>
 #include <chrono>
 
 #include "base/Localization.h"
@@ -35,21 +34,17 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, const PanelWindows& windows
                     providerStore_, providerFactory_, modelStore_, statistics_, panelSettings_, windows.review,
                     platform_.screens}),
       reviewViewState_(platform_.mainQueue, platform_.backgroundQueue, reviewPanel_, panelSettings_),
-      commandPanel_({platform_.mainQueue, windows.commandMenu, platform_.screens, panelSettings_,
-                     activeApplicationTracker_, promptStore_}),
       actionService_({platform_.mainQueue, platform_.defaults, platform_.permissions, alertHandler_, capture_,
                       activeApplicationTracker_, promptStore_,
                       RunSources{variablesStore_, providerStore_, providerFactory_}, statistics_, reviewPanel_,
-                      commandPanel_, loadingPanel_.get()}),
-      serviceProvider_(actionService_, alertHandler_, platform_.mainQueue),
+                      loadingPanel_.get()}),
+      commandPanel_({platform_.mainQueue, windows.commandMenu, platform_.screens, panelSettings_,
+                     activeApplicationTracker_, promptStore_, actionService_}),
+      serviceProvider_(commandPanel_, alertHandler_, platform_.mainQueue),
       languageManager_(platform_.defaults, platform_.locale, platform_.bundle),
       commandImportService_({platform_.mainQueue, transport_, appConfig_, alertHandler_, platform_.locale,
                              languageManager_.currentLocale, promptStore_, providerStore_, providerFactory_}),
       launchAtLogin_(platform_.loginItem),
-      refusals_(platform_.hotKeys.refused.connect([this](const std::string& name) { shortcutRefused(name); })),
-      shortcuts_(platform_.defaults, platform_.hotKeys),
-      shortcutSubscriptions_(shortcuts_, promptStore_, {languageStore_, toneStore_}, actionService_,
-                             activeApplicationTracker_),
       versionInquiry_(apiClient_, appConfig_, alertHandler_, platform_.workspace, platform_.defaults),
       appUpdateService_(versionInquiry_, alertHandler_, platform_.defaults),
       updaterDelegate_(platform_.mainQueue),
@@ -58,8 +53,11 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, const PanelWindows& windows
       updateMenuButton_(checkForUpdatesViewModel_, updaterDelegate_, updater_),
       menuBar_(actionService_, promptStore_, {languageStore_, toneStore_}, updateMenuButton_,
                {[this] { openSettings(); }, [this] { platform_.workspace.openUrl(QUILLMARK_HELP_URL); },
-                std::move(options.quit)}) {
-  commandPanel_.actionService = &actionService_;
+                std::move(options.quit)}),
+      shortcutDirectory_(platform_.hotKeys, alertHandler_, promptStore_, menuBar_),
+      shortcuts_(platform_.defaults, platform_.hotKeys),
+      shortcutSubscriptions_(shortcuts_, promptStore_, {languageStore_, toneStore_}, actionService_, commandPanel_,
+                             activeApplicationTracker_) {
   // The subscriptions above have registered the fixed shortcuts; the commands' follow when their list arrives here.
   promptStore_.load();
   providerStore_.load();
@@ -81,40 +79,27 @@ const Platform& QuillmarkApp::prepare(const Platform& platform) {
   return platform;
 }
 
-void QuillmarkApp::shortcutRefused(const std::string& name) {
-  if (!refusedShortcuts_.insert(name).second) {
-    return;
-  }
-  alertHandler_.show(AlertKind::notice(
-      tr("Shortcut Not Available"),
-      tr("The keyboard shortcut of {} belongs to another program, or this keyboard has no such key. Please choose "
-         "another one.",
-         titleOfShortcut(name))));
-}
-
-std::string QuillmarkApp::titleOfShortcut(const std::string& name) const {
-  if (name == KeyboardSubscriptions::commandMenu) {
-    return tr("Command Menu");
-  }
-  const auto& commands = promptStore_.prompts.get();
-  const auto command = std::ranges::find(commands, name, &Command::shortcutName);
-  return command == commands.end() ? name : command->displayName();
-}
-
-std::optional<std::string> QuillmarkApp::menuItemUsing(const KeyCombination& combination) const {
-  if (combination.carbonModifiers != KeyCombination::control) {
-    return std::nullopt;  // those of the menu have Control and nothing else
-  }
-  const auto items = menuBar_.items();
-  const std::string shortcut = "Ctrl+" + platform_.hotKeys.keyLabel(combination.carbonKeyCode);
-  const auto item = std::ranges::find(items, shortcut, &MenuItem::shortcut);
-  return item == items.end() ? std::nullopt : std::optional(item->title);
-}
-
-ShortcutRecorder::Collaborators QuillmarkApp::shortcutRecording() {
-  return {shortcuts_, platform_.hotKeys, alertHandler_,
-          [this](const KeyCombination& combination) { return menuItemUsing(combination); },
-          [this](const std::string& name) { return titleOfShortcut(name); }};
+QuillmarkApp::Services QuillmarkApp::services() {
+  return {actionService_,
+          activeApplicationTracker_,
+          panelSettings_,
+          languageStore_,
+          toneStore_,
+          variablesStore_,
+          providerStore_,
+          modelStore_,
+          templateStore(),
+          commandImportService_,
+          statistics_,
+          languageManager_,
+          launchAtLogin_,
+          appUpdateService_,
+          updaterDelegate_,
+          updater_,
+          checkForUpdatesViewModel_,
+          {shortcuts_, platform_.hotKeys, alertHandler_,
+           [this](const KeyCombination& combination) { return shortcutDirectory_.menuItemUsing(combination); },
+           [this](const std::string& name) { return shortcutDirectory_.titleOf(name); }}};
 }
 
 void QuillmarkApp::openSettings() {
@@ -131,7 +116,7 @@ void QuillmarkApp::triggerCommand(const std::string& slug) {
 
 void QuillmarkApp::triggerCommandMenu() {
   activeApplicationTracker_.markCommandTriggered(true);
-  actionService_.openCommandMenu(InvocationSource::keyboardShortcut);
+  commandPanel_.togglePanel(InvocationSource::keyboardShortcut);
 }
 
 }  // namespace quillmark

@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <memory>
-#include <set>
 #include <string>
 
 #include "base/Lifetime.h"
@@ -41,6 +40,7 @@
 #include "shell/MenuBar.h"
 #include "shell/RefusedEdits.h"
 #include "shell/ServiceUpdater.h"
+#include "shell/ShortcutDirectory.h"
 #include "shell/UpdateMenuButton.h"
 #include "shell/VersionInquiry.h"
 
@@ -61,34 +61,36 @@ class QuillmarkApp {
 
   Setting<bool> showDockIcon;  ///< whether the program has a task bar entry, which opens the settings
 
-  ActionService& actionService() { return actionService_; }
-  PanelSettings& panelSettings() { return panelSettings_; }
+  AlertHandler& alertHandler() { return alertHandler_; }
+  CustomPromptStore& promptStore() { return promptStore_; }
   ReviewPanelVM& reviewPanel() { return reviewPanel_; }
   ReviewViewState& reviewViewState() { return reviewViewState_; }
   CommandPanelViewModel& commandPanel() { return commandPanel_; }
-  LanguageStore& languageStore() { return languageStore_; }
-  ToneStore& toneStore() { return toneStore_; }
-  CustomPromptStore& promptStore() { return promptStore_; }
-  ProviderStore& providerStore() { return providerStore_; }
-  ModelStore& modelStore() { return modelStore_; }
-  /// Made when it is first asked for, or a second after the start.
-  TemplateStore& templateStore();
-  CommandImportService& commandImportService() { return commandImportService_; }
-  VariablesStore& variablesStore() { return variablesStore_; }
-  ActiveApplicationTracker& activeApplicationTracker() { return activeApplicationTracker_; }
-  AppStatistics& statistics() { return statistics_; }
-  AlertHandler& alertHandler() { return alertHandler_; }
-  LanguageManager& languageManager() { return languageManager_; }
   ServiceProvider& serviceProvider() { return serviceProvider_; }
-  LaunchAtLogin& launchAtLogin() { return launchAtLogin_; }
-  AppUpdateService& appUpdateService() { return appUpdateService_; }
-  AppUpdaterDelegate& updaterDelegate() { return updaterDelegate_; }
-  ServiceUpdater& updater() { return updater_; }
-  CheckForUpdatesViewModel& checkForUpdatesViewModel() { return checkForUpdatesViewModel_; }
   MenuBar& menuBar() { return menuBar_; }
 
-  /// What a field needs to record a shortcut.
-  ShortcutRecorder::Collaborators shortcutRecording();
+  /// What else it has made, in one record: what a window for settings shows and changes, and what tests look at.
+  struct Services {
+    ActionService& actionService;
+    ActiveApplicationTracker& activeApplicationTracker;
+    PanelSettings& panelSettings;
+    LanguageStore& languageStore;
+    ToneStore& toneStore;
+    VariablesStore& variablesStore;
+    ProviderStore& providerStore;
+    ModelStore& modelStore;
+    TemplateStore& templateStore;  ///< made when this record is first asked for, or a second after the start
+    CommandImportService& commandImportService;
+    AppStatistics& statistics;
+    LanguageManager& languageManager;
+    LaunchAtLogin& launchAtLogin;
+    AppUpdateService& appUpdateService;
+    AppUpdaterDelegate& updaterDelegate;
+    ServiceUpdater& updater;
+    CheckForUpdatesViewModel& checkForUpdatesViewModel;
+    ShortcutRecorder::Collaborators shortcutRecording;  ///< what a field needs to record a shortcut
+  };
+  Services services();
 
   /// What a hot key would do, asked for by another program: runs a command on the selection in front.
   void triggerCommand(const std::string& slug);
@@ -99,10 +101,7 @@ class QuillmarkApp {
  private:
   /// Runs before any store is made: what they find in the database must already be in place.
   static const Platform& prepare(const Platform& platform);
-  std::string titleOfShortcut(const std::string& name) const;
-  std::optional<std::string> menuItemUsing(const KeyCombination& combination) const;
-  /// Tells the user once for each shortcut that it can't be used.
-  void shortcutRefused(const std::string& name);
+  TemplateStore& templateStore();
 
   AlertHandler alertHandler_;
   RefusedEdits refusedEdits_;
@@ -124,17 +123,13 @@ class QuillmarkApp {
   ActiveApplicationTracker activeApplicationTracker_;
   ReviewPanelVM reviewPanel_;
   ReviewViewState reviewViewState_;
-  CommandPanelViewModel commandPanel_;
   ActionService actionService_;
+  CommandPanelViewModel commandPanel_;
   ServiceProvider serviceProvider_;
   LanguageManager languageManager_;
   CommandImportService commandImportService_;
   std::unique_ptr<TemplateStore> templateStore_;
   LaunchAtLogin launchAtLogin_;
-  std::set<std::string> refusedShortcuts_;
-  Connection refusals_;
-  GlobalShortcuts shortcuts_;
-  KeyboardSubscriptions shortcutSubscriptions_;
   VersionInquiry versionInquiry_;
   AppUpdateService appUpdateService_;
   AppUpdaterDelegate updaterDelegate_;
@@ -142,6 +137,9 @@ class QuillmarkApp {
   CheckForUpdatesViewModel checkForUpdatesViewModel_;
   UpdateMenuButton updateMenuButton_;
   MenuBar menuBar_;
+  ShortcutDirectory shortcutDirectory_;
+  GlobalShortcuts shortcuts_;
+  KeyboardSubscriptions shortcutSubscriptions_;
   Lifetime lifetime_;
 };
 

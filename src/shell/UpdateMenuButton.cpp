@@ -8,24 +8,24 @@ UpdateMenuButton::UpdateMenuButton(CheckForUpdatesViewModel& checkForUpdatesView
                                    AppUpdaterDelegate& updaterDelegate, Updater& updater)
     : checkForUpdatesViewModel_(checkForUpdatesViewModel), updaterDelegate_(updaterDelegate), updater_(updater) {
   const auto tell = [this](const auto&) { changed.emit(); };
-  changes_[0] = checkForUpdatesViewModel_.canCheckForUpdates.observe(tell);
-  changes_[1] = checkForUpdatesViewModel_.shouldShowGentleReminder.observe(tell);
-  changes_[2] = updaterDelegate_.updateAvailable.observe(tell);
-  changes_[3] = updaterDelegate_.availableUpdate.observe(tell);
+  connections_ += checkForUpdatesViewModel_.canCheckForUpdates().observe(tell);
+  connections_ += checkForUpdatesViewModel_.shouldShowGentleReminder().observe(tell);
+  connections_ += updaterDelegate_.updateAvailable().observe(tell);
+  connections_ += updaterDelegate_.availableUpdate().observe(tell);
 }
 
 MenuItem UpdateMenuButton::item() const {
   MenuItem item = MenuItem::action(
       tr("Check for Updates…"), "arrow.counterclockwise.circle", [this] { updater_.checkForUpdates(); },
-      checkForUpdatesViewModel_.canCheckForUpdates.get());
-  if (!updaterDelegate_.updateAvailable.get()) {
+      checkForUpdatesViewModel_.canCheckForUpdates().get());
+  if (!updaterDelegate_.updateAvailable().get()) {
     item.help = tr("Check for new app updates");
     return item;
   }
-  if (const auto& update = updaterDelegate_.availableUpdate.get()) {
+  if (const auto& update = updaterDelegate_.availableUpdate().get()) {
     item.title = tr("Update to version {}", update->displayVersionString);
   }
-  item.symbol = checkForUpdatesViewModel_.shouldShowGentleReminder.get()
+  item.symbol = checkForUpdatesViewModel_.shouldShowGentleReminder().get()
                     ? "exclamationmark.arrow.counterclockwise.circle"
                     : "arrow.down.circle.fill";
   item.isAccented = true;

@@ -21,7 +21,7 @@ class UpdateMenuButton {
   CheckForUpdatesViewModel& checkForUpdatesViewModel_;
   AppUpdaterDelegate& updaterDelegate_;
   Updater& updater_;
-  Connection changes_[4];
+  Connections connections_;
 };
 
 }  // namespace quillmark

@@ -2,14 +2,14 @@
 
 #include <QAccessibleWidget>
 
-#include "widgets/PanelButton.h"
+#include "widgets/Button.h"
 
 namespace quillmark {
 
 /// What assistive technology is told about a button.
 class ButtonInterface : public QAccessibleWidget {
  public:
-  ButtonInterface(PanelButton& button, QAccessible::Role role) : QAccessibleWidget(&button, role), button_(button) {}
+  ButtonInterface(Button& button, QAccessible::Role role) : QAccessibleWidget(&button, role), button_(button) {}
 
   QAccessible::State state() const override;
   // What lies on a button is a drawing.
@@ -21,7 +21,7 @@ class ButtonInterface : public QAccessibleWidget {
   void doAction(const QString& action) override;
 
  private:
-  PanelButton& button_;
+  Button& button_;
 };
 
 }  // namespace quillmark

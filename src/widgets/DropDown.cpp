@@ -4,13 +4,11 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
-#include <QStyledItemDelegate>
 #include <algorithm>
 
 #include "widgets/ButtonInterface.h"
+#include "widgets/List.h"
 #include "widgets/Look.h"
-#include "widgets/Symbols.h"
-#include "widgets/ThinScrollBar.h"
 
 namespace quillmark {
 
@@ -18,6 +16,7 @@ namespace {
 
 constexpr int rowPadding = 10;
 constexpr int markSide = 12;
+constexpr int markGap = 6;
 constexpr int widest = 320;
 constexpr int margin = 4;
 
@@ -37,38 +36,19 @@ class MenuButtonInterface : public ButtonInterface {
   DropDown& menu_;
 };
 
-/// A title with a check mark before the chosen one.
-class Row : public QStyledItemDelegate {
+/// Titles, with a check mark before the chosen one.
+class Rows : public RowDelegate {
  public:
-  using QStyledItemDelegate::QStyledItemDelegate;
+  explicit Rows(QObject* parent) : RowDelegate(look::targetHeight, parent) {}
 
-  QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override { return {0, look::targetHeight}; }
-
-  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    const bool current = option.state & QStyle::State_Selected;
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    if (current) {
-      painter->setPen(Qt::NoPen);
-      painter->setBrush(option.palette.color(QPalette::Highlight));
-      painter->drawRoundedRect(option.rect, look::chipRadius, look::chipRadius);
-    }
-    const bool enabled = index.flags() & Qt::ItemIsEnabled;
-    const QColor ink = current   ? option.palette.color(QPalette::HighlightedText)
-                       : enabled ? option.palette.color(QPalette::WindowText)
-                                 : look::secondary(option.palette);
-    const QRect inside = option.rect.adjusted(rowPadding, 0, -rowPadding, 0);
-    if (index.data(Qt::CheckStateRole) == Qt::Checked) {
-      const QRect mark(inside.left(), inside.center().y() - markSide / 2, markSide, markSide);
-      painter->drawPixmap(QStyle::visualRect(option.direction, option.rect, mark),
-                          symbols::pixmap("checkmark", markSide, painter->device()->devicePixelRatioF(), ink));
-    }
-    const QRect title = inside.adjusted(markSide + 6, 0, 0, 0);
-    painter->setPen(ink);
-    painter->setFont(option.font);
-    painter->drawText(QStyle::visualRect(option.direction, option.rect, title), look::leading(option.direction),
-                      option.fontMetrics.elidedText(index.data().toString(), Qt::ElideMiddle, title.width()));
-    painter->restore();
+ protected:
+  RowStyle styleOf(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    return {.symbol = index.data(Qt::CheckStateRole) == Qt::Checked ? "checkmark" : "",
+            .symbolSide = markSide,
+            .gap = markGap,
+            .isLit = bool(option.state & QStyle::State_Selected),
+            .isFaint = !(index.flags() & Qt::ItemIsEnabled),
+            .elision = Qt::ElideMiddle};
   }
 };
 
@@ -76,16 +56,9 @@ class Row : public QStyledItemDelegate {
 class List : public QListWidget {
  public:
   explicit List(QWidget* parent) : QListWidget(parent) {
-    setFrameShape(QFrame::NoFrame);
-    setVerticalScrollBar(new ThinScrollBar);
-    setFont(look::font(13));
-    setItemDelegate(new Row(this));
-    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setUniformItemSizes(true);
-    setMouseTracking(true);
+    styleList(*this);
+    setItemDelegate(new Rows(this));
     setViewportMargins(margin, margin, margin, margin);
-    viewport()->setAutoFillBackground(false);
     QObject::connect(this, &QListWidget::itemEntered, this, [this](QListWidgetItem* item) {
       if (item->flags() & Qt::ItemIsEnabled) {
         setCurrentItem(item);
@@ -109,7 +82,7 @@ class List : public QListWidget {
 }  // namespace
 
 DropDown::DropDown(const QString& help, std::function<std::vector<Item>()> items, QWidget* parent)
-    : PanelButton(Look::plain, parent), help_(help), items_(std::move(items)) {
+    : Button(Look::plain, parent), help_(help), items_(std::move(items)) {
   setTrailingSymbol("chevron.down");
   QObject::connect(this, &QPushButton::clicked, this, [this] {
     if (isOpen()) {
@@ -140,7 +113,7 @@ void DropDown::open() {
       list_->setCurrentItem(row);
     }
     width = std::max(width, list_->fontMetrics().horizontalAdvance(item.title) + 2 * (rowPadding + margin) + markSide +
-                                6 + list_->verticalScrollBar()->sizeHint().width());
+                                markGap + list_->verticalScrollBar()->sizeHint().width());
   }
   const QRect area =
       window()->contentsRect().adjusted(look::chipRadius, look::chipRadius, -look::chipRadius, -look::chipRadius);
@@ -219,13 +192,13 @@ void DropDown::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Down || event->key() == Qt::Key_Up) {
     open();
   } else {
-    PanelButton::keyPressEvent(event);
+    Button::keyPressEvent(event);
   }
 }
 
 void DropDown::hideEvent(QHideEvent* event) {
   dismiss();
-  PanelButton::hideEvent(event);
+  Button::hideEvent(event);
 }
 
 }  // namespace quillmark

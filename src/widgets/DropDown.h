@@ -4,13 +4,13 @@
 #include <functional>
 #include <vector>
 
-#include "widgets/PanelButton.h"
+#include "widgets/Button.h"
 
 namespace quillmark {
 
-/// A button that opens a list of choices. The list lies inside the panel, not in a window of its own, which some window
-/// systems would not let stand beside a panel, and opens upwards where there is more room.
-class DropDown : public PanelButton {
+/// A button that opens a list of choices. The list lies inside the button's window: some window systems would
+/// not let it have one of its own beside a floating panel. It opens upwards where there is more room.
+class DropDown : public Button {
  public:
   struct Item {
     QString title;

@@ -15,7 +15,7 @@ namespace quillmark::look {
 namespace {
 
 struct Colours {
-  QColor panel, card, hairline, text, secondary, accent, added, removed, changed;
+  QColor ground, card, hairline, text, secondary, accent, added, removed, changed;
 };
 
 const Colours& coloursOf(Scheme scheme) {
@@ -49,8 +49,8 @@ QPalette palette(Scheme scheme, const std::optional<QColor>& accent) {
   const QColor highlight = accent.value_or(colours.accent);
   const QColor black(0x1B1B1E);
   const QColor onHighlight = contrast(Qt::white, highlight) >= contrast(black, highlight) ? QColor(Qt::white) : black;
-  QPalette result(colours.text, colours.card, colours.panel, colours.hairline, colours.secondary, colours.text,
-                  Qt::white, colours.panel, colours.panel);
+  QPalette result(colours.text, colours.card, colours.ground, colours.hairline, colours.secondary, colours.text,
+                  Qt::white, colours.ground, colours.ground);
   result.setColor(QPalette::AlternateBase, colours.card);
   result.setColor(QPalette::Mid, colours.hairline);
   result.setColor(QPalette::PlaceholderText, colours.secondary);
@@ -75,8 +75,8 @@ void apply(const DesktopAppearance::Wishes& wishes) {
   if (!accent && desktopHasPalette()) {
     accent = desktop.color(QPalette::Highlight);
   }
-  // An accent that can't be told from the panel is none.
-  if (accent && contrast(*accent, coloursOf(wanted).panel) < 2) {
+  // An accent that can't be told from its ground is none.
+  if (accent && contrast(*accent, coloursOf(wanted).ground) < 2) {
     accent.reset();
   }
   if (QApplication::style()->name() != QLatin1String("fusion")) {
@@ -134,6 +134,13 @@ int leading(Qt::LayoutDirection direction, Qt::Alignment vertical) {
 void drawHairline(QPainter& painter, const QRectF& rect, const QPalette& palette) {
   const double thickness = 1 / painter.device()->devicePixelRatioF();
   painter.fillRect(QRectF(rect.left(), rect.top(), rect.width(), thickness), hairline(palette));
+}
+
+void fillRounded(QPainter& painter, const QRectF& rect, double radius, const QColor& colour) {
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(colour);
+  painter.drawRoundedRect(rect, radius, radius);
 }
 
 void drawFocusRing(QPainter& painter, const QRectF& rect, double radius, const QPalette& palette) {

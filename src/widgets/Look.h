@@ -10,19 +10,19 @@
 class QPainter;
 class QWidget;
 
-/// Colours, type and measures of the panels and pages. Lengths are logical points on a grid of 4.
+/// Colours, type and measures of everything that is drawn here. Lengths are logical points on a grid of 4.
 namespace quillmark::look {
 
 constexpr int windowRadius = 12;
 constexpr int fieldRadius = 8;
 constexpr int chipRadius = 6;
-constexpr int panelPadding = 16;
+constexpr int windowPadding = 16;
 constexpr int targetHeight = 28;  ///< the least height of what a pointer can hit
 
 using Scheme = DesktopAppearance::ColorScheme;
 
-/// The palette behind all of it: Window is the panel, AlternateBase a card or field, Mid a hairline, PlaceholderText
-/// secondary text, Highlight the accent.
+/// The palette behind all of it: Window is the ground of a window, AlternateBase a card or field, Mid a hairline,
+/// PlaceholderText secondary text, Highlight the accent.
 QPalette palette(Scheme scheme, const std::optional<QColor>& accent = std::nullopt);
 
 /// Gives the application its style and palette; what the desktop does not wish for comes from the palette that the
@@ -52,6 +52,8 @@ int leading(Qt::LayoutDirection direction, Qt::Alignment vertical = Qt::AlignVCe
 
 /// A line of one device pixel along the top edge of the rectangle.
 void drawHairline(QPainter& painter, const QRectF& rect, const QPalette& palette);
+/// A rectangle with round corners and no outline.
+void fillRounded(QPainter& painter, const QRectF& rect, double radius, const QColor& colour);
 /// A ring around a control that has the keyboard, 2 wide and 2 away from the rectangle.
 void drawFocusRing(QPainter& painter, const QRectF& rect, double radius, const QPalette& palette);
 

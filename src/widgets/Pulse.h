@@ -10,6 +10,7 @@ namespace quillmark {
 /// eye can tell.
 class Pulse {
  public:
+  /// `halfPeriod` in milliseconds.
   Pulse(double from, double to, int halfPeriod, std::function<void(double)> step);
 
   /// Where the desktop asks for less motion, the opacity stays at the higher of the two.

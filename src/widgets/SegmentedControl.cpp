@@ -5,8 +5,8 @@
 #include <QPainter>
 
 #include "widgets/Accessibility.h"
+#include "widgets/Button.h"
 #include "widgets/Look.h"
-#include "widgets/PanelButton.h"
 
 namespace quillmark {
 
@@ -16,7 +16,7 @@ SegmentedControl::SegmentedControl(const QStringList& titles, QWidget* parent) :
   row->setContentsMargins(2, 2, 2, 2);
   row->setSpacing(2);
   for (int i = 0; i < titles.size(); ++i) {
-    auto* const segment = new PanelButton(PanelButton::Look::segment, this);
+    auto* const segment = new Button(Button::Look::segment, this);
     segment->describe(titles[i], "", {});
     segment->setCheckable(true);
     segment->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -38,7 +38,7 @@ void SegmentedControl::choose(int index) {
   for (int i = 0; i < int(segments_.size()); ++i) {
     auto& segment = *segments_[std::size_t(i)];
     segment.setChecked(i == index);
-    segment.setLook(i == index ? PanelButton::Look::raised : PanelButton::Look::segment);
+    segment.setLook(i == index ? Button::Look::raised : Button::Look::segment);
     segment.setFocusPolicy(i == index ? Qt::StrongFocus : Qt::ClickFocus);
   }
 }
@@ -59,10 +59,7 @@ void SegmentedControl::keyPressEvent(QKeyEvent* event) {
 
 void SegmentedControl::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(look::card(palette()));
-  painter.drawRoundedRect(rect(), look::fieldRadius, look::fieldRadius);
+  look::fillRounded(painter, rect(), look::fieldRadius, look::card(palette()));
 }
 
 }  // namespace quillmark

@@ -6,7 +6,7 @@
 
 namespace quillmark {
 
-class PanelButton;
+class Button;
 
 /// A row of titles of which one is chosen, by the pointer or by the arrow keys.
 class SegmentedControl : public QWidget {
@@ -22,7 +22,7 @@ class SegmentedControl : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  std::vector<PanelButton*> segments_;
+  std::vector<Button*> segments_;
   int chosen_ = -1;
 };
 

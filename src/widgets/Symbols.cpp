@@ -8,12 +8,14 @@
 #include <QSvgRenderer>
 #include <optional>
 
+#include "widgets/QtText.h"
+
 namespace quillmark::symbols {
 
 namespace {
 
 QString fileFor(const std::string& name) {
-  const QString file = QStringLiteral(":/icons/%1.svg").arg(QString::fromStdString(name));
+  const QString file = QStringLiteral(":/icons/%1.svg").arg(qt(name));
   return QFile::exists(file) ? file : QStringLiteral(":/icons/command.svg");
 }
 
@@ -105,6 +107,10 @@ QIcon icon(const std::string& name, const QColor& colour) {
 
 QIcon menuIcon(const std::string& name, QPalette::ColorRole role) {
   return QIcon(new Engine(fileFor(name), {.role = role, .active = QPalette::HighlightedText}));
+}
+
+void draw(QPainter& painter, QPointF corner, int points, const std::string& name, const QColor& colour) {
+  painter.drawPixmap(corner, pixmap(name, points, painter.device()->devicePixelRatioF(), colour));
 }
 
 QPixmap pixmap(const std::string& name, int points, qreal scale, const QColor& colour) {

@@ -6,7 +6,9 @@
 #include <QPixmap>
 #include <string>
 
-/// The drawings behind the symbol names that commands carry: one file of resources/icons/ for each name, drawn as lines
+class QPainter;
+
+/// Drawings that are known by a name: one file of resources/icons/ for each name, drawn as lines
 /// in one colour. A name without a drawing gets that of "command".
 namespace quillmark::symbols {
 
@@ -19,6 +21,9 @@ QIcon icon(const std::string& name, const QColor& colour);
 
 /// For entries of menus that the toolkit draws: they lie on the highlight colour while they are active.
 QIcon menuIcon(const std::string& name, QPalette::ColorRole role = QPalette::WindowText);
+
+/// Draws `points` by `points` logical points, as crisp as the painter's device allows.
+void draw(QPainter& painter, QPointF corner, int points, const std::string& name, const QColor& colour);
 
 /// One picture of `points` by `points` logical points, `scale` device pixels each.
 QPixmap pixmap(const std::string& name, int points, qreal scale, const QColor& colour);

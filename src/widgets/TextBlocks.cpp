@@ -2,6 +2,7 @@
 
 #include "base/Text.h"
 #include "widgets/Look.h"
+#include "widgets/QtText.h"
 
 namespace quillmark::blocks {
 
@@ -16,7 +17,7 @@ std::vector<TextBlock> plain(std::string_view text, const QPalette& palette) {
   std::vector<TextBlock> result;
   for (const auto line : text::splitAtNewlines(text)) {
     result.push_back(textBlock(palette));
-    result.back().text = QString::fromUtf8(line.data(), qsizetype(line.size()));
+    result.back().text = qt(line);
   }
   return result;
 }

@@ -12,7 +12,6 @@
 #include "widgets/ColumnInterface.h"
 #include "widgets/Look.h"
 #include "widgets/Symbols.h"
-#include "widgets/ThinScrollBar.h"
 
 namespace quillmark {
 
@@ -23,7 +22,7 @@ constexpr int symbolSide = 12;
 constexpr double barWidth = 4;
 constexpr double groundRadius = 4;
 
-/// What stands before a block's text in that of the whole column.
+/// What comes before a block's text in that of the whole column.
 QString prefixOf(const TextBlock& block) {
   QString prefix;
   for (const QString& part : {block.marker, block.sign}) {
@@ -52,14 +51,7 @@ struct TextColumn::Laid {
   }
 };
 
-TextColumn::TextColumn(QWidget* parent) : QAbstractScrollArea(parent) {
-  setFrameShape(QFrame::NoFrame);
-  setVerticalScrollBar(new ThinScrollBar);
-  setFocusPolicy(Qt::StrongFocus);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  viewport()->setCursor(Qt::IBeamCursor);
-  viewport()->setAutoFillBackground(false);
-}
+TextColumn::TextColumn(QWidget* parent) : ScrollArea(parent) { viewport()->setCursor(Qt::IBeamCursor); }
 
 TextColumn::~TextColumn() = default;
 
@@ -140,11 +132,8 @@ void TextColumn::layOutFrom(std::size_t first) {
   }
   height_ = y;
   widest_ = widest;
-  const int page = viewport()->height();
-  verticalScrollBar()->setPageStep(page);
-  verticalScrollBar()->setSingleStep(20);
-  verticalScrollBar()->setRange(0, std::max(0, int(std::ceil(heightForText())) - page));
-  const double top = changedFrom + margins_.top() - verticalScrollBar()->value();
+  setContentHeight(heightForText());
+  const double top = changedFrom + margins_.top() - scrolled();
   viewport()->update(QRectF(0, top, viewport()->width(), std::max(0.0, viewport()->height() - top)).toAlignedRect());
   if (measured) {
     measured();
@@ -152,17 +141,21 @@ void TextColumn::layOutFrom(std::size_t first) {
 }
 
 void TextColumn::resizeEvent(QResizeEvent* event) {
-  QAbstractScrollArea::resizeEvent(event);
+  ScrollArea::resizeEvent(event);
   layOutFrom(0);
 }
 
 bool TextColumn::event(QEvent* event) {
-  const bool result = QAbstractScrollArea::event(event);
+  const bool result = ScrollArea::event(event);
   if (event->type() == QEvent::LayoutDirectionChange) {
     for (auto& laid : blocks_) {
       laid->laidWidth = -1;
     }
     layOutFrom(0);
+  } else if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange) {
+    if (styleChanged) {
+      styleChanged();
+    }
   }
   return result;
 }
@@ -182,7 +175,7 @@ std::size_t TextColumn::blockAt(double y) const {
 void TextColumn::paintEvent(QPaintEvent* event) {
   QPainter painter(viewport());
   painter.setOpacity(opacity_);
-  const QPointF origin(margins_.left(), margins_.top() - verticalScrollBar()->value());
+  const QPointF origin(margins_.left(), margins_.top() - scrolled());
   painter.translate(origin);
   const QRectF area = QRectF(event->rect()).translated(-origin);
   for (std::size_t i = blockAt(area.top()); i < blocks_.size() && blocks_[i]->top < area.bottom(); ++i) {
@@ -197,10 +190,8 @@ void TextColumn::paintBlock(QPainter& painter, const Laid& laid, std::size_t ind
     return QRectF(laid.leftOf(distance, boxWidth, width), laid.top + top, boxWidth, height);
   };
   if (block.ground.isValid()) {
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(block.ground);
-    painter.drawRoundedRect(boxAt(block.groundAt, width - block.groundAt, 0, laid.height), groundRadius, groundRadius);
+    look::fillRounded(painter, boxAt(block.groundAt, width - block.groundAt, 0, laid.height), groundRadius,
+                      block.ground);
   }
   if (block.bar.isValid()) {
     painter.fillRect(boxAt(block.barAt, barWidth, 0, laid.height), block.bar);
@@ -213,7 +204,7 @@ void TextColumn::paintBlock(QPainter& painter, const Laid& laid, std::size_t ind
   const double firstLine = lineHeightOf(block.font);
   if (!block.symbol.empty()) {
     const QRectF box = boxAt(block.symbolAt, symbolSide, block.above + (firstLine - symbolSide) / 2, symbolSide);
-    painter.drawPixmap(box.topLeft(), symbols::pixmap(block.symbol, symbolSide, devicePixelRatioF(), block.colour));
+    symbols::draw(painter, box.topLeft(), symbolSide, block.symbol, block.colour);
   }
   if (!block.marker.isEmpty()) {
     painter.setLayoutDirection(laid.rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
@@ -241,7 +232,7 @@ TextColumn::Place TextColumn::placeAt(QPointF viewportPoint) const {
   if (blocks_.empty()) {
     return {};
   }
-  const QPointF point = viewportPoint - QPointF(margins_.left(), margins_.top() - verticalScrollBar()->value());
+  const QPointF point = viewportPoint - QPointF(margins_.left(), margins_.top() - scrolled());
   if (point.y() < 0) {
     return {};
   }
@@ -311,7 +302,7 @@ void TextColumn::keyPressEvent(QKeyEvent* event) {
   } else if (event->key() == Qt::Key_Home || event->key() == Qt::Key_End) {
     verticalScrollBar()->setValue(event->key() == Qt::Key_Home ? 0 : verticalScrollBar()->maximum());
   } else if (!event->matches(QKeySequence::Copy) || !copySelection()) {
-    QAbstractScrollArea::keyPressEvent(event);
+    ScrollArea::keyPressEvent(event);
   }
 }
 
@@ -352,8 +343,6 @@ void TextColumn::mouseDoubleClickEvent(QMouseEvent* event) {
   setSelection({place.block, start}, {place.block, end < 0 ? int(text.size()) : end});
 }
 
-void TextColumn::scrollContentsBy(int, int dy) { viewport()->scroll(0, dy); }
-
 QRectF TextColumn::rectOfCharacter(int offset) const {
   for (const auto& laid : blocks_) {
     const int before = int(prefixOf(laid->block).size());
@@ -367,7 +356,7 @@ QRectF TextColumn::rectOfCharacter(int offset) const {
       const double x = line.cursorToX(position);
       const double next = line.cursorToX(std::min(position + 1, int(laid->block.text.size())));
       return QRectF(std::min(x, next), laid->top + line.y(), std::abs(next - x), line.height())
-          .translated(margins_.left(), margins_.top() - verticalScrollBar()->value());
+          .translated(margins_.left(), margins_.top() - scrolled());
     }
     offset -= length + 1;
   }

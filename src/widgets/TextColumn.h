@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QAbstractScrollArea>
 #include <QTextLayout>
 #include <functional>
 #include <memory>
@@ -9,6 +8,7 @@
 #include <vector>
 
 #include "widgets/Accessibility.h"
+#include "widgets/ScrollArea.h"
 
 namespace quillmark {
 
@@ -40,9 +40,9 @@ struct TextBlock {
 };
 
 /// Scrolling read-only paragraphs whose text can be selected and copied. It never claims the primary selection: an
-/// editor that loses it forgets what was selected. Replacing the last blocks costs what they cost, whatever stands
-/// before.
-class TextColumn : public QAbstractScrollArea, public AccessibleView {
+/// editor that loses it forgets what was selected. Replacing the last blocks costs what they cost, whatever comes
+/// before them.
+class TextColumn : public ScrollArea, public AccessibleView {
  public:
   explicit TextColumn(QWidget* parent = nullptr);
   ~TextColumn() override;
@@ -67,7 +67,8 @@ class TextColumn : public QAbstractScrollArea, public AccessibleView {
   bool copySelection();
 
   std::function<void()> measured;                     ///< after each layout
-  std::function<void(const QString&)> copyRequested;  /// < the user copies what is selected
+  std::function<void()> styleChanged;                 ///< blocks have to be made anew, in other colours or fonts
+  std::function<void(const QString&)> copyRequested;  ///< the user copies what is selected
 
   QRectF rectOfCharacter(int offset) const;  ///< of allText(), in the viewport
   int offsetAt(QPointF point) const;
@@ -81,7 +82,6 @@ class TextColumn : public QAbstractScrollArea, public AccessibleView {
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void scrollContentsBy(int dx, int dy) override;
 
  private:
   struct Laid;

@@ -68,7 +68,7 @@ TEST_F(SingleInstanceTest, withoutABusEveryStartIsTheFirst) {
   std::string lines;
   setLogSink([&](std::string_view line) { lines += line; });
   const auto start = SingleInstance::claim(QDBusConnection(QStringLiteral("no such connection")), service, {});
-  setLogSink({});
+  setLogSink([](std::string_view) {});
   EXPECT_EQ(start, SingleInstance::Start::first);
   EXPECT_THAT(lines, HasSubstr("No session bus"));
 }

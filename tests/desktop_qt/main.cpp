@@ -2,9 +2,12 @@
 
 #include <gmock/gmock.h>
 
+#include "base/Log.h"
+
 int main(int count, char** arguments) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   testing::InitGoogleMock(&count, arguments);
+  quillmark::setLogSink([](std::string_view) {});
   const QApplication application(count, arguments);
   QApplication::setQuitOnLastWindowClosed(false);
   return RUN_ALL_TESTS();

@@ -14,12 +14,12 @@ enum Key { returnKey = 36, tab = 48, down = 125, up = 126 };
 
 struct CommandMenu : Scenario {
   void open(InvocationSource source = InvocationSource::keyboardShortcut) {
-    app->actionService().openCommandMenu(source);
+    menu().togglePanel(source);
     ASSERT_TRUE(window.hasKeyboard);
   }
   CommandPanelViewModel& menu() { return app->commandPanel(); }
   CommandMenuState& view() { return menu().view(); }
-  void type(const std::string& text) { menu().searchText.set(text); }
+  void type(const std::string& text) { menu().setSearchText(text); }
   void press(int key) { view().keyDown(key); }
   std::vector<std::string> rows() {
     std::vector<std::string> names;
@@ -42,9 +42,9 @@ struct CommandMenu : Scenario {
     return command;
   }
   bool isAsAtFirst() {
-    return !menu().isCommandOpen && !window.visible && menu().searchText->empty() &&
-           menu().currentMode == CommandMenuMode::filter && !view().selectedIndex.get() && !selected() &&
-           !app->activeApplicationTracker().commandTriggerTimestamp();
+    return !menu().isCommandOpen() && !window.visible && menu().searchText()->empty() &&
+           menu().currentMode() == CommandMenuMode::filter && !view().selectedIndex().get() && !selected() &&
+           !services().activeApplicationTracker.commandTriggerTimestamp();
   }
 
   SimulatedWindow& window = desktop.menuWindow;
@@ -133,7 +133,7 @@ TEST_F(CommandMenu, switchesBetweenSearchAndTask) {
   open();
   type("trans");
   press(tab);
-  EXPECT_EQ(menu().searchText.get(), "");
+  EXPECT_EQ(menu().searchText().get(), "");
   EXPECT_THAT(rows(), IsEmpty());
   EXPECT_EQ(view().itemCount(), 1u);
   EXPECT_EQ(selected(), std::nullopt);
@@ -142,7 +142,7 @@ TEST_F(CommandMenu, switchesBetweenSearchAndTask) {
   EXPECT_TRUE(window.visible) << "an empty task is none";
   type("x");
   press(tab);
-  EXPECT_EQ(menu().searchText.get(), "");
+  EXPECT_EQ(menu().searchText().get(), "");
   EXPECT_EQ(selected(), rows().front());
   haveOnly({});
   for (const int key : {up, down, returnKey}) {
@@ -156,7 +156,7 @@ TEST_F(CommandMenu, isAsAtFirstHoweverItCloses) {
   start();
   desktop.pasteboard.put("Someone", "text");
   const std::pair<const char*, std::function<void()>> ways[] = {
-      {"toggle", [&] { menu().togglePanel(); }},
+      {"toggle", [&] { menu().togglePanel(InvocationSource::menuBar); }},
       {"Escape", [&] { menu().cancel(); }},
       {"another window", [&] { window.loseKeyboard(); }},
       {"the window system", [&] { window.closedBySystem.emit(); }},
@@ -175,6 +175,7 @@ TEST_F(CommandMenu, isAsAtFirstHoweverItCloses) {
     logLines.clear();
     close();
     EXPECT_TRUE(isAsAtFirst()) << name;
+    std::erase(logLines, "Open command menu from source menuBar");
     EXPECT_THAT(logLines, ElementsAre(droppedRun, "Command trigger timestamp cleared")) << name;
     for (const int key : {down, tab, returnKey}) {
       press(key);
@@ -226,7 +227,7 @@ TEST_F(CommandMenu, givesTheFocusBackBeforeTheRun) {
   desktop.advance(100ms);
   EXPECT_EQ(desktop.workspace.front, editor);
   EXPECT_EQ(desktop.keyInjector.posted.size(), 4u);
-  EXPECT_EQ(app->activeApplicationTracker().commandTriggerTimestamp(), desktop.queue.now())
+  EXPECT_EQ(services().activeApplicationTracker.commandTriggerTimestamp(), desktop.queue.now())
       << "closing forgets the trigger, and the run marks its own moment";
 }
 
@@ -268,9 +269,12 @@ TEST_F(CommandMenu, selectsByArrowsUntilTheMouseEntersARow) {
   EXPECT_TRUE(view().isSelected(*view().visibleCommands()[2]));
   view().hover(1);
   EXPECT_EQ(selected(), std::nullopt);
-  EXPECT_EQ(view().hoveredIndex.get(), 1u);
+  EXPECT_EQ(view().hoveredIndex().get(), 1u);
+  EXPECT_EQ(view().commandOfReturn()->displayName(), "Two") << "Return runs what is lit";
+  view().hover({});
   press(returnKey);
   EXPECT_TRUE(logged("No prompt selected"));
+  view().hover(1);
   press(up);
   EXPECT_EQ(selected(), "One") << "the first arrow, whichever it is, selects the first row";
   view().hover(1);
@@ -283,6 +287,11 @@ TEST_F(CommandMenu, selectsByArrowsUntilTheMouseEntersARow) {
   EXPECT_EQ(selected(), "One");
   view().click(1);
   EXPECT_TRUE(logged("trigger command: Two"));
+  menu().cancel();
+  open();
+  view().hover(2);
+  press(returnKey);
+  EXPECT_TRUE(logged("trigger command: Three"));
 }
 
 TEST_F(CommandMenu, keepsItsSelectionWhenTheListChangesUnderIt) {
@@ -296,7 +305,7 @@ TEST_F(CommandMenu, keepsItsSelectionWhenTheListChangesUnderIt) {
   const auto connection = view().visibleCommandsChanged.connect([&] { ++changes; });
   ASSERT_TRUE(app->promptStore().add(custom("Another tone", 9)));
   EXPECT_EQ(changes, 1);
-  EXPECT_EQ(view().selectedIndex.get(), 2u);
+  EXPECT_EQ(view().selectedIndex().get(), 2u);
   EXPECT_EQ(selected(), tone);
   haveOnly({custom("Tone")});
   EXPECT_EQ(selected(), "Tone") << "the one that was selected is gone";

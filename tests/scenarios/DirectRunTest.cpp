@@ -20,7 +20,7 @@ TEST_F(DirectRun, rewritesTheSelectionOfAnotherApplication) {
   EXPECT_EQ(editor->text, "the cat");
   EXPECT_EQ(desktop.workspace.front, editor);
   EXPECT_FALSE(loading.visible);
-  EXPECT_FALSE(app->actionService().isLoading.get());
+  EXPECT_FALSE(services().actionService.isLoading.get());
   EXPECT_EQ(desktop.pasteboard.text, "the cat") << "nothing puts the old contents back";
 
   const Json body = parseJson(*request().request.body);
@@ -91,7 +91,7 @@ TEST_F(DirectRun, withoutPermissionChangesNothing) {
   EXPECT_TRUE(desktop.keyInjector.posted.empty());
   EXPECT_EQ(desktop.pasteboard.text, "earlier");
   EXPECT_FALSE(loading.visible);
-  EXPECT_FALSE(app->activeApplicationTracker().commandTriggerTimestamp().has_value());
+  EXPECT_FALSE(services().activeApplicationTracker.commandTriggerTimestamp().has_value());
 }
 
 TEST_F(DirectRun, dropsASecondTriggerWhileOneIsUnderWay) {
@@ -135,7 +135,7 @@ TEST_F(DirectRun, endsQuietlyOnAnEmptySelection) {
     EXPECT_TRUE(desktop.http.exchanges.empty()) << name;
     EXPECT_TRUE(desktop.alerts.shown.empty()) << name;
     EXPECT_FALSE(loading.visible) << name;
-    EXPECT_FALSE(app->actionService().isLoading.get()) << name;
+    EXPECT_FALSE(services().actionService.isLoading.get()) << name;
   }
   EXPECT_TRUE(logged("copied text is empty"));
 }
@@ -152,7 +152,7 @@ TEST_F(DirectRun, readsThePasteboardAsItIsWhenToldNotToCopy) {
   start();
   editorWith("selected");
   desktop.pasteboard.put("Someone", "lies there");
-  app->actionService().runCommand(commandOf(ActionCase::fixGrammar), false);
+  services().actionService.runCommand(commandOf(ActionCase::fixGrammar), false);
   desktop.advance(1s);
   EXPECT_TRUE(desktop.keyInjector.posted.empty());
   EXPECT_EQ(parseJson(*request().request.body)["messages"][1]["content"], "lies there");
@@ -160,7 +160,7 @@ TEST_F(DirectRun, readsThePasteboardAsItIsWhenToldNotToCopy) {
 
 TEST_F(DirectRun, withoutAProviderCountsAndKeepsTheIndicatorUntilTheAlertIsClosed) {
   start();
-  auto& providers = app->providerStore();
+  auto& providers = services().providerStore;
   ASSERT_TRUE(providers.changeConfig(providers.configs->front().id, [](auto& config) { config.enabled = false; }));
   const struct {
     std::optional<Uuid> provider;
@@ -171,19 +171,19 @@ TEST_F(DirectRun, withoutAProviderCountsAndKeepsTheIndicatorUntilTheAlertIsClose
     editorWith("teh cat");
     Command command = commandOf(ActionCase::fixGrammar);
     command.provider = provider;
-    app->actionService().runCommand(command, true);
+    services().actionService.runCommand(command, true);
     desktop.advance(10s);
     ASSERT_EQ(desktop.alerts.open.size(), 1u) << title;
     EXPECT_EQ(desktop.alerts.open[0].title, title);
     EXPECT_TRUE(loading.visible) << "the indicator waits behind the alert";
     EXPECT_EQ(commandOf(ActionCase::fixGrammar).usageCount, ++count);
-    EXPECT_EQ(app->statistics().read().commandUsage.at("Fix Grammar & Spelling"), count);
+    EXPECT_EQ(services().statistics.read().commandUsage.at("Fix Grammar & Spelling"), count);
     desktop.alerts.close();
     desktop.queue.settle();
     EXPECT_FALSE(loading.visible);
   }
   EXPECT_TRUE(requests().empty());
-  EXPECT_TRUE(app->statistics().read().providerUsage.empty());
+  EXPECT_TRUE(services().statistics.read().providerUsage.empty());
 }
 
 TEST_F(DirectRun, thatFailsLeavesTheOtherApplicationAsItWas) {
@@ -194,7 +194,7 @@ TEST_F(DirectRun, thatFailsLeavesTheOtherApplicationAsItWas) {
   request().answer(500, "application/json", "{}");
   desktop.advance(1s);
   ASSERT_EQ(desktop.alerts.open.size(), 1u);
-  EXPECT_TRUE(app->actionService().isLoading.get());
+  EXPECT_TRUE(services().actionService.isLoading.get());
   run(ActionCase::fixGrammar);
   desktop.alerts.close();
   desktop.advance(1s);
@@ -202,7 +202,7 @@ TEST_F(DirectRun, thatFailsLeavesTheOtherApplicationAsItWas) {
   EXPECT_EQ(desktop.pasteboard.text, "teh cat");
   EXPECT_FALSE(loading.visible);
   EXPECT_EQ(desktop.http.exchanges.size(), 1u);
-  EXPECT_EQ(app->statistics().read().providerUsage.count("Quillmark"), 1u);
+  EXPECT_EQ(services().statistics.read().providerUsage.count("Quillmark"), 1u);
 }
 
 TEST_F(DirectRun, usesTheCommandsOwnTemplateModelAndProvider) {
@@ -212,7 +212,7 @@ TEST_F(DirectRun, usesTheCommandsOwnTemplateModelAndProvider) {
   command.content = "";
   command.model = "special";
   command.behavior = ActionBehavior::copyToClipboard;
-  app->actionService().runCommand(command, true);
+  services().actionService.runCommand(command, true);
   desktop.advance(100ms);
   const Json body = parseJson(*request().request.body);
   EXPECT_EQ(body["messages"].size(), 1u) << "an empty template is a template";
@@ -224,7 +224,7 @@ TEST_F(DirectRun, fixesItsBehaviourAtTheTrigger) {
   const auto editor = editorWith("teh cat");
   everyRequestIsAnswered("the cat");
   run(ActionCase::fixGrammar);
-  app->actionService().defaultBehavior.set(ActionBehavior::copyToClipboard);
+  services().actionService.defaultBehavior.set(ActionBehavior::copyToClipboard);
   desktop.advance(1s);
   EXPECT_EQ(editor->text, "the cat");
 }
@@ -262,7 +262,7 @@ struct Lookups : Scenario {};
 
 TEST_F(Lookups, sayWhichCommandIsMissing) {
   start();
-  ActionService& service = app->actionService();
+  ActionService& service = services().actionService;
   const std::pair<std::function<void()>, std::pair<std::string, std::string>> cases[] = {
       {[&] { service.runCommandById(Uuid::random(), true); },
        {"Command Not Found", "The command is not available. Did you delete it?"}},
@@ -285,7 +285,7 @@ TEST_F(Lookups, sayWhichCommandIsMissing) {
 TEST_F(Lookups, putTheLanguageIntoACopyOfTheStoredCommand) {
   start();
   editorWith("cat");
-  app->actionService().runAction(UserAction::translate("de"), true);
+  services().actionService.runAction(UserAction::translate("de"), true);
   desktop.advance(1s);
   EXPECT_THAT(*request().request.body, HasSubstr("translate the following text to de."));
   EXPECT_EQ(commandOf(ActionCase::translate).type, UserAction(ActionCase::translate));
@@ -296,7 +296,7 @@ TEST_F(Lookups, runADisabledCommandAllTheSame) {
   start();
   ASSERT_TRUE(app->promptStore().save([](auto& list) { list.front().enabled = false; }, std::nullopt));
   editorWith("teh cat");
-  app->actionService().runCommandBySlug("fix-grammar-spelling", true);
+  services().actionService.runCommandBySlug("fix-grammar-spelling", true);
   desktop.advance(1s);
   EXPECT_EQ(desktop.http.exchanges.size(), 1u);
 }

@@ -22,7 +22,7 @@ TEST(InterfaceLanguageChoice, isTheUsersElseTheSystemsElseEnglish) {
 }
 
 struct Languages : Scenario {
-  LanguageManager& manager() { return start().languageManager(); }
+  LanguageManager& manager() { return start().services().languageManager; }
   Choice atLaunch() { return desktop.defaults.get<std::vector<std::string>>("AppleLanguages"); }
 };
 

@@ -36,6 +36,8 @@ struct Scenario : testing::Test {
     return *app;
   }
 
+  QuillmarkApp::Services services() { return app->services(); }
+
   /// Opens an editor that has been in front for a while.
   std::shared_ptr<SimulatedApplication> editorWith(const std::string& text) {
     auto editor = desktop.openEditor("Editor", text);
@@ -79,7 +81,7 @@ struct Scenario : testing::Test {
   void run(ActionCase action, std::optional<ActionBehavior> behavior = std::nullopt) {
     Command command = commandOf(action);
     command.behavior = behavior;
-    app->actionService().runCommand(command, true);
+    services().actionService.runCommand(command, true);
   }
 
   bool logged(const std::string& line) const {

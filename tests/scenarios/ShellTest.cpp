@@ -79,7 +79,7 @@ TEST_F(Shortcuts, areRecordedUnlessTheMenuOrAnotherCommandHasThem) {
   store(desktop.defaults, "fixGrammar", controlAltG);
   desktop.hotKeys.labels = {{12, "Q"}};
   start();
-  ShortcutRecorder recorder(app->shortcutRecording(), "commandMenu");
+  ShortcutRecorder recorder(services().shortcutRecording, "commandMenu");
   const auto record = [&](const KeyCombination& combination) {
     recorder.begin();
     recorder.keyPressed(static_cast<std::uint32_t>(combination.carbonKeyCode), combination.carbonModifiers);
@@ -243,7 +243,7 @@ TEST_F(Menu, showsARunAndOffersNothingThatRunsMeanwhile) {
 struct LoginSwitch : Scenario {};
 
 TEST_F(LoginSwitch, registersAnewWhatIsRegistered) {
-  auto& launch = start().launchAtLogin();
+  auto& launch = start().services().launchAtLogin;
   const auto& calls = desktop.loginItem.calls;
   int announced = 0;
   const auto watch = launch.willChange.connect([&] { announced += calls.empty() ? 1 : 0; });
@@ -257,7 +257,7 @@ TEST_F(LoginSwitch, registersAnewWhatIsRegistered) {
 }
 
 TEST_F(LoginSwitch, logsWhyItStaysAsItIs) {
-  auto& launch = start().launchAtLogin();
+  auto& launch = start().services().launchAtLogin;
   desktop.loginItem.fails = true;
   launch.setEnabled(true);
   launch.setEnabled(false);
@@ -295,7 +295,7 @@ TEST_F(Menu, staysAsItWasWhenAChangeCouldNotBeStored) {
   desktop.defaults.diskIsFull = true;
   for (int i = 1; i <= 2; ++i) {
     EXPECT_FALSE(app->promptStore().add(std::nullopt));
-    EXPECT_FALSE(app->languageStore().setEnabled("de", false)) << "is told with the one before";
+    EXPECT_FALSE(services().languageStore.setEnabled("de", false)) << "is told with the one before";
     desktop.advance(1s);
     ASSERT_EQ(desktop.alerts.open.size(), 1u);
     EXPECT_EQ(desktop.alerts.open.front().title, "Change Not Stored");

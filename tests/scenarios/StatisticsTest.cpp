@@ -9,7 +9,7 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 struct Statistics : Scenario {
-  AppStatistics& statistics() { return app->statistics(); }
+  AppStatistics& statistics() { return services().statistics; }
   std::vector<const Exchange*> syncs() const { return requestsThat(isSyncOfCounts); }
   /// Counts a command and lets the sync that follows go out.
   const Exchange& sync() {

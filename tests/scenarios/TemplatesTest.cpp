@@ -11,7 +11,7 @@ constexpr const char* bulletPoints =
 struct Installing : Scenario {
   bool installed(const std::string& slug) { return app->promptStore().commandForSlug(slug).has_value(); }
   void install(const std::string& slug) {
-    app->commandImportService().install(slug);
+    services().commandImportService.install(slug);
     desktop.queue.settle();
   }
   void answer(const std::string& body, int status = 200) {
@@ -29,7 +29,7 @@ struct Installing : Scenario {
   }
   /// Makes a configuration the one that commands use.
   void use(ProviderType type, bool enabled) {
-    auto& store = app->providerStore();
+    auto& store = services().providerStore;
     ProviderConfig config = *std::ranges::find(store.configs.get(), type, &ProviderConfig::providerType);
     config.enabled = enabled;
     ASSERT_TRUE(store.updateConfig(config));
@@ -124,7 +124,7 @@ TEST_F(Catalogue, isFetchedOnceTheProgramHasStarted) {
   request().answerJson("[" + std::string(bulletPoints) + "]");
   desktop.queue.settle();
   for (int i = 0; i < 2; ++i) {
-    EXPECT_EQ(app->templateStore().templates->at(0).name, "Bullet Points");
+    EXPECT_EQ(services().templateStore.templates->at(0).name, "Bullet Points");
     start();
   }
   EXPECT_EQ(desktop.http.exchanges.size(), 1u);

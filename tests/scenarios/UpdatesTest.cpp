@@ -44,7 +44,7 @@ using UpdateService = Updates;
 
 TEST_F(UpdateService, asksAsTheServiceWantsToBeAsked) {
   desktop.defaults.set("serviceToken", std::string("t0ken"));
-  auto& service = start().appUpdateService();
+  auto& service = start().services().appUpdateService;
   desktop.defaults.set("appVersion", std::string("2.12.9"));
   service.checkForUpdate(true);
   ASSERT_EQ(asked(), 1u);
@@ -62,7 +62,7 @@ TEST_F(UpdateService, comparesVersionsByTheirNumbers) {
     std::string version;
     bool isNewer;
   } cases[] = {{"2.14.0", true}, {"2.13.1", true}, {"10.0", true}, {"2.13.0", false}, {"2.9.10", false}};
-  auto& service = start().appUpdateService();
+  auto& service = start().services().appUpdateService;
   for (const auto& [version, isNewer] : cases) {
     serviceOffers(version);
     service.checkForUpdate(true);
@@ -92,7 +92,7 @@ TEST_F(UpdateService, opensThePageOfTheUpdateOrTheServicesOwn) {
   const std::pair<std::string, std::string> cases[] = {
       {page, page}, {"https://not a page", ownPage}, {"", ownPage}, {"--help", ownPage}, {"file:///bin/sh", ownPage},
   };
-  auto& service = start().appUpdateService();
+  auto& service = start().services().appUpdateService;
   for (const auto& [offered, opened] : cases) {
     serviceOffers("2.14.0", offered);
     service.checkForUpdate(false);
@@ -110,7 +110,7 @@ TEST_F(UpdateService, opensThePageOfTheUpdateOrTheServicesOwn) {
 }
 
 TEST_F(UpdateService, tellsOfAFailureUnlessSilent) {
-  auto& service = start().appUpdateService();
+  auto& service = start().services().appUpdateService;
   service.newVersion.set("2.12.0");
   serviceFails();
   for (const bool silent : {true, false}) {
@@ -160,11 +160,11 @@ TEST(UpdaterDelegate, turnsWhatTheUpdaterDoesIntoWhatIsKnown) {
     int stops = 0;
     const auto watch = delegate.stopGentleReminders.connect([&] { ++stops; });
     row.call(delegate);
-    EXPECT_EQ(delegate.updateAvailable.get(), row.offeredBefore)
+    EXPECT_EQ(delegate.updateAvailable().get(), row.offeredBefore)
         << row.name << ": not before the main queue gets to it";
     queue.settle();
-    EXPECT_EQ(delegate.updateAvailable.get(), row.offeredAfter) << row.name;
-    EXPECT_EQ(delegate.availableUpdate.get(), row.offeredAfter ? std::optional(update) : std::nullopt) << row.name;
+    EXPECT_EQ(delegate.updateAvailable().get(), row.offeredAfter) << row.name;
+    EXPECT_EQ(delegate.availableUpdate().get(), row.offeredAfter ? std::optional(update) : std::nullopt) << row.name;
     EXPECT_EQ(stops, row.stops ? 1 : 0) << row.name;
   }
 }
@@ -176,7 +176,7 @@ struct Reminders : testing::Test {
   };
 
   Reminders() {
-    changes = viewModel.shouldShowGentleReminder.observe([this](bool shown) {
+    changes = viewModel.shouldShowGentleReminder().observe([this](bool shown) {
       if (shown) {
         shownAt.push_back(queue.now() - start);
       }
@@ -186,7 +186,7 @@ struct Reminders : testing::Test {
     delegate.didFindValidUpdate({"2.14.0", ""});
     queue.settle();
   }
-  bool showing() const { return viewModel.shouldShowGentleReminder.get(); }
+  bool showing() const { return viewModel.shouldShowGentleReminder().get(); }
 
   SimulatedQueue queue;
   OtherUpdater updater;
@@ -208,7 +208,7 @@ TEST_F(Reminders, showAfterAnHourAndOnTheNextThreeDays) {
   queue.advance(24h * 10);
   EXPECT_THAT(shownAt, ElementsAre(1h, 24h, 48h, 72h));
   EXPECT_FALSE(queue.nextDue().has_value()) << "the fourth day ends it";
-  EXPECT_TRUE(delegate.updateAvailable.get());
+  EXPECT_TRUE(delegate.updateAvailable().get());
 }
 
 TEST_F(Reminders, stopForGood) {
@@ -237,10 +237,10 @@ TEST_F(Reminders, beginAgainWithTheNextFind) {
 }
 
 TEST_F(Reminders, knowWhetherThereCanBeACheck) {
-  EXPECT_FALSE(viewModel.canCheckForUpdates.get());
+  EXPECT_FALSE(viewModel.canCheckForUpdates().get());
   updater.canCheckForUpdates.set(true);
-  EXPECT_TRUE(viewModel.canCheckForUpdates.get());
-  EXPECT_TRUE(CheckForUpdatesViewModel(queue, updater, delegate).canCheckForUpdates.get());
+  EXPECT_TRUE(viewModel.canCheckForUpdates().get());
+  EXPECT_TRUE(CheckForUpdatesViewModel(queue, updater, delegate).canCheckForUpdates().get());
 }
 
 using UpdateRow = Updates;
@@ -256,7 +256,7 @@ TEST_F(UpdateRow, saysWhatIsKnown) {
   EXPECT_TRUE(item.enabled);
   EXPECT_FALSE(item.isAccented);
 
-  app->updaterDelegate().didFindValidUpdate({"2.14.0", page});
+  services().updaterDelegate.didFindValidUpdate({"2.14.0", page});
   desktop.queue.settle();
   EXPECT_GT(std::exchange(changes, 0), 0);
   item = row();
@@ -271,7 +271,8 @@ TEST_F(UpdateRow, saysWhatIsKnown) {
   desktop.advance(15s);
   EXPECT_EQ(row().symbol, "arrow.down.circle.fill");
 
-  app->updaterDelegate().availableUpdate.set(std::nullopt);
+  services().updaterDelegate.didNotFindUpdate();
+  desktop.queue.settle();
   EXPECT_EQ(row().title, "Check for Updates…");
 }
 
@@ -279,7 +280,7 @@ TEST_F(UpdateRow, looksAndShowsWhatItFinds) {
   start();
   row().trigger();
   EXPECT_FALSE(row().enabled) << "one check at a time";
-  app->updater().checkForUpdates();
+  services().updater.checkForUpdates();
   ASSERT_EQ(asked(), 1u);
   desktop.http.exchanges[0].fail("No network.");
   EXPECT_EQ(answerAlert().title, "Unknown Error");
@@ -340,8 +341,8 @@ TEST_F(AutomaticChecks, remindOfWhatTheyFindAndOpenNothing) {
   checkAutomatically(true);
   start();
   int reminders = 0;
-  const auto watch =
-      app->checkForUpdatesViewModel().shouldShowGentleReminder.observe([&](bool shown) { reminders += shown ? 1 : 0; });
+  const auto watch = services().checkForUpdatesViewModel.shouldShowGentleReminder().observe(
+      [&](bool shown) { reminders += shown ? 1 : 0; });
   serviceOffers("2.14.0");
   desktop.advance(24h * 10);
   EXPECT_EQ(row().title, "Update to version 2.14.0");

@@ -47,12 +47,12 @@ TEST_F(Upgrade, from203KeepsCommandsKeyAndSelections) {
   EXPECT_EQ(legal().behavior, ActionBehavior::copyToClipboard);
   EXPECT_EQ(legal().slug, "");
 
-  EXPECT_EQ(app->languageStore().defaultItem()->id, "fr");
-  EXPECT_EQ(app->toneStore().defaultItem()->id, "friendly");
+  EXPECT_EQ(services().languageStore.defaultItem()->id, "fr");
+  EXPECT_EQ(services().toneStore.defaultItem()->id, "friendly");
   EXPECT_FALSE(desktop.defaults.value("defaultLanguage").has_value());
   EXPECT_FALSE(desktop.defaults.value("defaultTone").has_value());
 
-  const auto& configs = app->providerStore().configs.get();
+  const auto& configs = services().providerStore.configs.get();
   const auto openAI = std::ranges::find(configs, ProviderType::openAI, &ProviderConfig::providerType);
   EXPECT_EQ(openAI->apiKey, "sk-from-before-there-were-providers");
   EXPECT_TRUE(openAI->enabled);
@@ -72,13 +72,13 @@ TEST_F(Upgrade, from230KeepsAnEmptyListOfVariables) {
   EXPECT_EQ(stored<std::string>("lastMigratedVersion"), "2.13.0");
   EXPECT_FALSE(logged("Onboarding migration completed for version 2.13.0"));
   EXPECT_EQ(app->promptStore().prompts.get().size(), 2u);
-  EXPECT_TRUE(app->variablesStore().variables.get().empty());
+  EXPECT_TRUE(services().variablesStore.variables.get().empty());
 }
 
 TEST_F(Upgrade, from269KeepsProviderAndShortcut) {
   startOn("2.6.9");
   EXPECT_TRUE(stored<bool>("hasCompletedOnboarding"));
-  EXPECT_EQ(app->providerStore().defaultConfig()->apiKey, "gsk-mine");
+  EXPECT_EQ(services().providerStore.defaultConfig()->apiKey, "gsk-mine");
   EXPECT_FALSE(legal().enabled);
   EXPECT_EQ(commandOf(ActionCase::fixGrammar).displayName(), "Fix Grammar & Spelling") << "its own name is not marked";
 
@@ -95,10 +95,10 @@ TEST_F(Upgrade, from2110MarksTheUsersOwnNames) {
   EXPECT_TRUE(legal().hasCustomName);
   EXPECT_TRUE(logged("Marked 'Grammatik' as customized (differs from English: 'Fix Grammar & Spelling')"));
 
-  EXPECT_EQ(app->languageStore().enabledItems().front().id, "ja");
-  EXPECT_EQ(app->languageStore().defaultItem()->id, "de_CH");
-  EXPECT_FALSE(app->toneStore().defaultItem().has_value());
-  EXPECT_EQ(app->toneStore().items().size(), 1u);
+  EXPECT_EQ(services().languageStore.enabledItems().front().id, "ja");
+  EXPECT_EQ(services().languageStore.defaultItem()->id, "de_CH");
+  EXPECT_FALSE(services().toneStore.defaultItem().has_value());
+  EXPECT_EQ(services().toneStore.items().size(), 1u);
 
   const auto afterFirst = desktop.defaults.values;
   start();

@@ -62,9 +62,9 @@ class Shots {
     reviewWindow_.setResizable(true);
     menuWindow_.setContent(menu_);
     menuWindow_.setContentSize({double(menu_.sizeHint().width()), double(menu_.sizeHint().height())});
-    app_.actionService().defaultBehavior.set(ActionBehavior::showReview);
+    app_.services().actionService.defaultBehavior.set(ActionBehavior::showReview);
     for (std::size_t i = 0; i < 3; ++i) {
-      auto& providers = app_.providerStore();
+      auto& providers = app_.services().providerStore;
       (void)providers.changeConfig(providers.configs.get()[i].id, [](auto& config) { config.enabled = true; });
     }
     settle();
@@ -74,24 +74,35 @@ class Shots {
     const std::string& from = arabic ? arabicOriginal : original;
     const std::string& to = arabic ? arabicImproved : improved;
     auto& session = app_.reviewPanel();
+    const SimulatedHttpSession::Exchange* request = nullptr;
+    const auto run = [&](const std::function<void()>& start) {
+      start();
+      request = &desktop_.http.exchanges.back();
+    };
     const auto open = [&](const std::string& initial) {
-      Command command = *app_.promptStore().commandFor(ActionCase::fixGrammar);
-      session.setCommand(command);
-      session.open("", initial);
-      session.loading.set(true);
-      session.isStreaming.set(true);
+      run([&] {
+        const Command command = *app_.promptStore().commandFor(ActionCase::fixGrammar);
+        session.setCommand(command);
+        session.open("", initial);
+        session.execute(command, initial);
+      });
     };
     const auto show = [&](const std::string& text) {
-      session.text.set(text);
-      session.loading.set(false);
-      session.isStreaming.set(false);
+      if (!text.empty()) {
+        request->bytes(text);
+      }
+      request->end();
       settle();
+    };
+    const auto showAgain = [&](const std::string& text) {
+      run([&] { session.reload(); });
+      show(text);
     };
     open(from);
     shoot("review-waiting", reviewWindow_);
-    session.text.set(to.substr(0, to.find('\n')));
+    request->bytes(to.substr(0, to.find('\n')));
     shoot("review-streaming", reviewWindow_);
-    show(to);
+    show(to.substr(to.find('\n')));
     using enum ReviewViewMode;
     for (const auto& [mode, name] :
          {std::pair{ReviewViewMode::text, "text"}, {lineByLine, "lines"}, {wordByWord, "words"}}) {
@@ -99,9 +110,9 @@ class Shots {
       shoot(std::string("review-") + name, reviewWindow_);
     }
     app_.reviewViewState().setViewMode(styled);
-    show(markdown);
+    showAgain(markdown);
     shoot("review-styled", reviewWindow_);
-    show(markdown + "\n" + markdown + "\n" + markdown);
+    showAgain(markdown + "\n" + markdown + "\n" + markdown);
     shoot("review-long", reviewWindow_);
     session.discard();
     open(from);
@@ -112,8 +123,7 @@ class Shots {
     review_.modelMenu().dismiss();
     review_.applyButton().setFocus();
     shoot("review-focus", reviewWindow_);
-    session.handleError(
-        quillmark::tr("Failed to complete the request. The AI provider returned an empty response. Please try again."));
+    showAgain("");
     shoot("review-error", reviewWindow_);
     session.discard();
     open("");
@@ -124,20 +134,20 @@ class Shots {
 
   void commandMenu() {
     auto& panel = app_.commandPanel();
-    panel.togglePanel();
+    panel.togglePanel(InvocationSource::menuBar);
     shoot("menu", menuWindow_);
     panel.view().keyDown(KeyPressModifier::downArrow);
     panel.view().keyDown(KeyPressModifier::downArrow);
     shoot("menu-third", menuWindow_);
-    panel.searchText.set("tr");
+    panel.setSearchText("tr");
     shoot("menu-search", menuWindow_);
     panel.view().hover(1);
     shoot("menu-hover", menuWindow_);
-    panel.searchText.set("xyzzy");
+    panel.setSearchText("xyzzy");
     shoot("menu-nothing", menuWindow_);
     panel.toggleMode();
     shoot("menu-freestyle", menuWindow_);
-    panel.searchText.set(
+    panel.setSearchText(
         "Write this as a limerick about a fox, with a dog in the last line, and keep the clocks in it.");
     shoot("menu-task", menuWindow_);
     panel.cancel();

@@ -45,17 +45,17 @@ CommandMenuState::CommandMenuState(CommandPanelViewModel& viewModel)
     : viewModel_(viewModel),
       keys_(
           {KeyPressModifier::returnKey, KeyPressModifier::tabKey}, [this](int keyCode) { handleKey(keyCode); },
-          [this] { return itemCount(); }, &selectedIndex),
+          [this] { return itemCount(); }, &selectedIndex_),
       search_([this](const Search&) { searchChanged(); }) {
-  selections_ = selectedIndex.observe([this](const Index&) { selectionChanged(); });
-  const auto look = [this](const auto&) { search_.update({viewModel_.currentMode, viewModel_.searchText}); };
-  searches_ = viewModel.searchText.observe(look);
-  modes_ = viewModel.currentMode.observe(look);
-  listChanges_ = viewModel.promptStore().searchableCommands.bind([this](const auto&) { listChanged(); });
+  connections_ += selectedIndex_.observe([this](const Index&) { selectionChanged(); });
+  const auto look = [this](const auto&) { search_.update({viewModel_.currentMode(), viewModel_.searchText()}); };
+  connections_ += viewModel.searchText().observe(look);
+  connections_ += viewModel.currentMode().observe(look);
+  connections_ += viewModel.promptStore().searchableCommands.bind([this](const auto&) { listChanged(); });
 }
 
 std::size_t CommandMenuState::itemCount() const {
-  return viewModel_.currentMode == CommandMenuMode::freestyle ? 1 : visible_.size();
+  return viewModel_.currentMode() == CommandMenuMode::freestyle ? 1 : visible_.size();
 }
 
 void CommandMenuState::listChanged() {
@@ -63,12 +63,12 @@ void CommandMenuState::listChanged() {
   foldedNames_.clear();
   const bool hadRows = !visible_.empty();
   rebuild();
-  if (!viewModel_.isCommandOpen) {
+  if (!viewModel_.isCommandOpen()) {
     return;
   }
   if (selectedItem_) {
     const auto row = std::ranges::find_if(visible_, [&](const Command* c) { return isSameRow(*c, *selectedItem_); });
-    row == visible_.end() ? selectFirst() : selectedIndex.set(static_cast<std::size_t>(row - visible_.begin()));
+    row == visible_.end() ? selectFirst() : selectedIndex_.set(static_cast<std::size_t>(row - visible_.begin()));
   } else if (!hadRows) {
     selectFirst();
   }
@@ -76,15 +76,15 @@ void CommandMenuState::listChanged() {
 
 void CommandMenuState::searchChanged() {
   rebuild();
-  if (viewModel_.isCommandOpen) {
+  if (viewModel_.isCommandOpen()) {
     selectFirst();
   }
 }
 
 void CommandMenuState::rebuild() {
   visible_.clear();
-  if (viewModel_.currentMode == CommandMenuMode::filter) {
-    if (const std::string part = text::foldedForSearch(viewModel_.searchText.get()); part.empty()) {
+  if (viewModel_.currentMode() == CommandMenuMode::filter) {
+    if (const std::string part = text::foldedForSearch(viewModel_.searchText().get()); part.empty()) {
       visible_ = enabled_;
     } else {
       if (foldedNames_.empty()) {
@@ -98,27 +98,32 @@ void CommandMenuState::rebuild() {
       }
     }
   }
-  hoveredIndex.set({});
+  hoveredIndex_.set({});
   visibleCommandsChanged.emit();
 }
 
-void CommandMenuState::selectFirst() { selectedIndex.set(visible_.empty() ? Index() : Index(0)); }
+void CommandMenuState::selectFirst() { selectedIndex_.set(visible_.empty() ? Index() : Index(0)); }
 
 void CommandMenuState::selectionChanged() {
-  if (!viewModel_.isCommandOpen) {
+  if (!viewModel_.isCommandOpen()) {
     return;
   }
-  const Index index = selectedIndex.get();
+  const Index index = selectedIndex_.get();
   selectedItem_ = index && *index < visible_.size() ? std::optional(*visible_[*index]) : std::nullopt;
 }
 
+const Command* CommandMenuState::commandOfReturn() const {
+  const Index row = selectedItem_ ? selectedIndex_.get() : hoveredIndex_.get();
+  return row && *row < visible_.size() ? visible_[*row] : nullptr;
+}
+
 void CommandMenuState::hover(Index row) {
-  if (!viewModel_.isCommandOpen || row == hoveredIndex.get()) {
+  if (!viewModel_.isCommandOpen() || row == hoveredIndex_.get()) {
     return;
   }
-  hoveredIndex.set(row);
+  hoveredIndex_.set(row);
   if (row) {
-    selectedIndex.set({});
+    selectedIndex_.set({});
   }
 }
 
@@ -131,7 +136,7 @@ void CommandMenuState::click(std::size_t row) {
 }
 
 void CommandMenuState::keyDown(int keyCode) {
-  if (viewModel_.isCommandOpen) {
+  if (viewModel_.isCommandOpen()) {
     keys_.keyDown(keyCode);
   }
 }
@@ -139,19 +144,16 @@ void CommandMenuState::keyDown(int keyCode) {
 void CommandMenuState::handleKey(int keyCode) {
   if (keyCode == KeyPressModifier::tabKey) {
     viewModel_.toggleMode();
-  } else if (viewModel_.currentMode == CommandMenuMode::filter) {
-    viewModel_.triggerCommand(selectedItem_);
+  } else if (viewModel_.currentMode() == CommandMenuMode::filter) {
+    const Command* const command = commandOfReturn();
+    viewModel_.triggerCommand(command ? std::optional(*command) : std::nullopt);
   } else {
     viewModel_.executeFreestyle();
   }
 }
 
-void CommandMenuState::resetView(bool clearSearch) {
-  if (clearSearch) {
-    viewModel_.searchText.set("");
-  }
-  viewModel_.currentMode.set(CommandMenuMode::filter);
-  selectedIndex.set({});
+void CommandMenuState::clearSelection() {
+  selectedIndex_.set({});
   selectedItem_.reset();
 }
 

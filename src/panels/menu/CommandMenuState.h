@@ -24,7 +24,7 @@ class CommandMenuState {
  public:
   using Index = KeyPressModifier::Index;
 
-  /// Belongs to this view model.
+  /// Belongs to this view model, which tells it what is searched in which mode.
   explicit CommandMenuState(CommandPanelViewModel& viewModel);
   CommandMenuState(const CommandMenuState&) = delete;
   CommandMenuState& operator=(const CommandMenuState&) = delete;
@@ -37,11 +37,15 @@ class CommandMenuState {
   /// The rows are others; the selection follows right after.
   Signal<> visibleCommandsChanged;
 
-  Observable<Index> selectedIndex;  ///< by the keyboard; its row is to be in sight
-  Observable<Index> hoveredIndex;   ///< the row that the mouse entered last and has not left
+  const Observable<Index>& selectedIndex() const { return selectedIndex_; }  ///< by the keyboard; to be in sight
+  /// The row that the mouse entered last and has not left.
+  const Observable<Index>& hoveredIndex() const { return hoveredIndex_; }
   const std::optional<Command>& selectedItem() const { return selectedItem_; }
   /// Whether the row of this command is the selected one.
   bool isSelected(const Command& command) const { return selectedItem_ && selectedItem_->id == command.id; }
+
+  /// What Return runs: the selected row, or the hovered one once that has taken the selection; null for none.
+  const Command* commandOfReturn() const;
 
   /// The mouse has entered this row, or left all rows. A mouse that moves inside its row changes nothing.
   void hover(Index row);
@@ -50,8 +54,7 @@ class CommandMenuState {
 
   /// Selects the first row, or nothing where there is none.
   void selectFirst();
-  /// Clears the selection, with the flag the search as well, and goes back to filter mode.
-  void resetView(bool clearSearch);
+  void clearSelection();
 
  private:
   using Search = std::pair<CommandMenuMode, std::string>;
@@ -66,13 +69,12 @@ class CommandMenuState {
   std::vector<const Command*> enabled_;
   std::vector<std::string> foldedNames_;  // of enabled_; made at the first search in it
   std::vector<const Command*> visible_;
+  Observable<Index> selectedIndex_;
+  Observable<Index> hoveredIndex_;
   std::optional<Command> selectedItem_;
   KeyPressModifier keys_;
   ChangeModifier<Search> search_;
-  Connection listChanges_;
-  Connection searches_;
-  Connection modes_;
-  Connection selections_;
+  Connections connections_;
 };
 
 }  // namespace quillmark

@@ -9,13 +9,14 @@ namespace quillmark {
 
 CommandPanelViewModel::CommandPanelViewModel(const Collaborators& collaborators)
     : collaborators_(collaborators),
-      menuPanel_(collaborators_.window, collaborators_.screens, isCommandOpen, true),
-      view_(*this) {
-  opennessChanges_ = isCommandOpen.observe([this](bool isOpen) { opennessChanged(isOpen); });
-}
+      menuPanel_(collaborators_.window, collaborators_.screens, true),
+      view_(*this),
+      opennessChanges_(isCommandOpen().observe([this](bool isOpen) { opennessChanged(isOpen); })) {}
 
-void CommandPanelViewModel::togglePanel() {
-  if (isCommandOpen) {
+void CommandPanelViewModel::togglePanel(InvocationSource source) {
+  log("Open command menu from source " + std::string(rawValue(source)));
+  source_ = source;
+  if (isCommandOpen()) {
     menuPanel_.close();
     return;
   }
@@ -26,16 +27,12 @@ void CommandPanelViewModel::togglePanel() {
 }
 
 void CommandPanelViewModel::cancel() {
-  if (isCommandOpen) {
+  if (isCommandOpen()) {
     menuPanel_.close();
   }
 }
 
 void CommandPanelViewModel::opennessChanged(bool isOpen) {
-  if (isOpen == wasOpen_) {
-    return;  // a window that is told to close may lose the keyboard on the way, which closes it once more
-  }
-  wasOpen_ = isOpen;
   if (isOpen) {
     view_.selectFirst();
     return;
@@ -44,17 +41,19 @@ void CommandPanelViewModel::opennessChanged(bool isOpen) {
     pendingRun_.cancel();
     log("Command menu was closed before its command ran");
   }
-  view_.resetView(true);
+  searchText_.set("");
+  currentMode_.set(CommandMenuMode::filter);
+  view_.clearSelection();
   collaborators_.tracker.clearCommandTrigger();
 }
 
 void CommandPanelViewModel::toggleMode() {
-  currentMode.set(currentMode == CommandMenuMode::filter ? CommandMenuMode::freestyle : CommandMenuMode::filter);
-  searchText.set("");
+  currentMode_.set(currentMode_ == CommandMenuMode::filter ? CommandMenuMode::freestyle : CommandMenuMode::filter);
+  searchText_.set("");
 }
 
 void CommandPanelViewModel::triggerCommand(const std::optional<Command>& command) {
-  if (!isCommandOpen) {
+  if (!isCommandOpen()) {
     log("Command menu is not open");
     return;
   }
@@ -67,28 +66,22 @@ void CommandPanelViewModel::triggerCommand(const std::optional<Command>& command
   }
   log("trigger command: " + command->name);
   closeThenRun([this, command = *command] {
-    if (actionService == nullptr) {
-      return;
-    }
     const bool textLiesOnPasteboard =
-        source.get() == InvocationSource::urlHandler || source.get() == InvocationSource::serviceProvider;
+        source_ == InvocationSource::urlHandler || source_ == InvocationSource::serviceProvider;
     if (info(command.type.kind).takesParameter()) {
-      actionService->runAction(command.type, !textLiesOnPasteboard);
+      collaborators_.actionService.runAction(command.type, !textLiesOnPasteboard);
     } else {
-      actionService->runCommandById(command.id, !textLiesOnPasteboard);
+      collaborators_.actionService.runCommandById(command.id, !textLiesOnPasteboard);
     }
   });
 }
 
 void CommandPanelViewModel::executeFreestyle() {
-  if (!isCommandOpen || pendingRun_ || searchText->empty()) {
+  if (!isCommandOpen() || pendingRun_ || searchText_->empty()) {
     return;
   }
-  closeThenRun([this, task = searchText.get()] {
-    if (actionService != nullptr) {
-      actionService->runAction(UserAction::freeStyle(task), true);
-    }
-  });
+  closeThenRun(
+      [this, task = searchText_.get()] { collaborators_.actionService.runAction(UserAction::freeStyle(task), true); });
 }
 
 void CommandPanelViewModel::closeThenRun(std::function<void()> run) {

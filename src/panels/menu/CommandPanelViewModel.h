@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/Lifetime.h"
@@ -35,21 +36,19 @@ class CommandPanelViewModel : public CommandPanel {
     PanelSettings& settings;
     ActiveApplicationTracker& tracker;
     CustomPromptStore& promptStore;
+    ActionService& actionService;
   };
 
   explicit CommandPanelViewModel(const Collaborators& collaborators);
 
-  Observable<bool> isCommandOpen{false};
-  Observable<std::string> searchText;  ///< of the field, in both modes
-  Observable<std::optional<InvocationSource>> source;
-  Observable<CommandMenuMode> currentMode{CommandMenuMode::filter};
+  const Observable<bool>& isCommandOpen() const { return menuPanel_.isPresented(); }
+  const Observable<std::string>& searchText() const { return searchText_; }  ///< of the field, in both modes
+  const Observable<CommandMenuMode>& currentMode() const { return currentMode_; }
 
-  ActionService* actionService = nullptr;  ///< runs the commands; set by the owner of both
-
-  void setSource(InvocationSource newSource) override { source.set(newSource); }
-  void togglePanel() override;
+  void togglePanel(InvocationSource source) override;
   /// Closes an open menu.
   void cancel();
+  void setSearchText(std::string text) { searchText_.set(std::move(text)); }
   /// Switches the mode and empties the field.
   void toggleMode();
 
@@ -62,7 +61,7 @@ class CommandPanelViewModel : public CommandPanel {
   /// The store's list without what is disabled, the most used first. Points into that list.
   std::vector<const Command*> enabledCommands() const;
 
-  CustomPromptStore& promptStore() { return collaborators_.promptStore; }
+  const CustomPromptStore& promptStore() const { return collaborators_.promptStore; }
   CommandMenuState& view() { return view_; }
 
  private:
@@ -71,8 +70,10 @@ class CommandPanelViewModel : public CommandPanel {
 
   Collaborators collaborators_;
   FloatingPanel menuPanel_;
+  Observable<std::string> searchText_;
+  Observable<CommandMenuMode> currentMode_{CommandMenuMode::filter};
+  std::optional<InvocationSource> source_;
   CommandMenuState view_;
-  bool wasOpen_ = false;
   TimerHandle pendingRun_;
   Connection opennessChanges_;
   Lifetime lifetime_;

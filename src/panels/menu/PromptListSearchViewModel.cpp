@@ -2,15 +2,14 @@
 
 namespace quillmark {
 
-PromptListSearchViewModel::PromptListSearchViewModel(MainQueue& queue) : queue_(queue) {
-  changes_ = searchText.observe([this](const std::string& /*text*/) {
-    pending_.cancel();
-    pending_ = queue_.after(debounce, lifetime_.guard([this] {
-      if (debouncedSearchText.get() != searchText.get()) {
-        debouncedSearchText.set(searchText);
-      }
-    }));
-  });
+void PromptListSearchViewModel::setSearchText(std::string text) {
+  searchText_.set(std::move(text));
+  pending_.cancel();
+  pending_ = queue_.after(debounce, lifetime_.guard([this] {
+    if (debouncedSearchText_.get() != searchText_.get()) {
+      debouncedSearchText_.set(searchText_);
+    }
+  }));
 }
 
 }  // namespace quillmark

@@ -14,16 +14,18 @@ class PromptListSearchViewModel {
  public:
   static constexpr Duration debounce = std::chrono::milliseconds(300);
 
-  explicit PromptListSearchViewModel(MainQueue& queue);
+  explicit PromptListSearchViewModel(MainQueue& queue) : queue_(queue) {}
 
-  Observable<std::string> searchText;
-  /// What `searchText` has been for as long as `debounce`; set only to another text than it holds.
-  Observable<std::string> debouncedSearchText;
+  const Observable<std::string>& searchText() const { return searchText_; }
+  void setSearchText(std::string text);
+  /// What the text has been for as long as `debounce`; set only to another text than it holds.
+  const Observable<std::string>& debouncedSearchText() const { return debouncedSearchText_; }
 
  private:
   MainQueue& queue_;
+  Observable<std::string> searchText_;
+  Observable<std::string> debouncedSearchText_;
   TimerHandle pending_;
-  Connection changes_;
   Lifetime lifetime_;
 };
 

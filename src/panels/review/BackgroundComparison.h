@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -22,8 +23,8 @@ class BackgroundComparison {
   BackgroundComparison(BackgroundQueue& background, MainQueue& queue, Calculation calculation)
       : background_(background), queue_(queue), calculation_(calculation) {}
 
-  /// Empty from the call of compare() until the result is there.
-  Observable<std::vector<Row>> rows;
+  /// None before the first compare(), and from each call of it until the result is there.
+  const Observable<std::optional<std::vector<Row>>>& rows() const { return rows_; }
 
   /// Does nothing for the texts of the call before.
   void compare(const std::string& original, const std::string& improved) {
@@ -31,12 +32,12 @@ class BackgroundComparison {
       return;
     }
     texts_ = std::make_shared<const Texts>(Texts{original, improved});
-    rows.set({});
+    rows_.set(std::nullopt);
     // Texts that have been replaced by then are not worth the work.
     background_.async([wanted = std::weak_ptr(texts_), calculation = calculation_, &queue = queue_,
                        publish = lifetime_.guard([this](const auto& texts, auto& result) {
                          if (texts == texts_) {
-                           rows.set(std::move(result));
+                           rows_.set(std::move(result));
                          }
                        })] {
       if (const auto texts = wanted.lock()) {
@@ -56,6 +57,7 @@ class BackgroundComparison {
   BackgroundQueue& background_;
   MainQueue& queue_;
   Calculation calculation_;
+  Observable<std::optional<std::vector<Row>>> rows_;
   std::shared_ptr<const Texts> texts_;  // of the last call
   Lifetime lifetime_;
 };

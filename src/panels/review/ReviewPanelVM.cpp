@@ -26,19 +26,21 @@ std::string withoutOrigins(std::string name) {
 }  // namespace
 
 ReviewPanelVM::ReviewPanelVM(const Collaborators& collaborators)
-    : collaborators_(collaborators), panel_(collaborators_.window, collaborators_.screens, isReviewOpen, false) {
+    : collaborators_(collaborators), panel_(collaborators_.window, collaborators_.screens, false) {
   const auto changed = [this](const auto&) { menusChanged.emit(); };
-  menuChanges_ = {collaborators_.providerStore.configs.observe(changed), selectedProvider.observe(changed),
-                  selectedModel.observe(changed), availableModels.observe(changed)};
-  closings_ = collaborators_.window.closedBySystem.connect([this] { discard(); });
+  connections_ += collaborators_.providerStore.configs.observe(changed);
+  connections_ += selectedProvider_.observe(changed);
+  connections_ += selectedModel_.observe(changed);
+  connections_ += availableModels_.observe(changed);
+  connections_ += collaborators_.window.closedBySystem.connect([this] { discard(); });
 }
 
 void ReviewPanelVM::setCommand(const std::optional<Command>& command) {
   currentCommand_ = command;
   if (const auto config = collaborators_.providerStore.config(command ? command->provider : std::nullopt)) {
     const auto provider = collaborators_.providerFactory.makeProvider(*config);
-    selectedProvider.set(provider->id());
-    selectedModel.set(command && command->model ? command->model : provider->defaultModel());
+    selectedProvider_.set(provider->id());
+    selectedModel_.set(command && command->model ? command->model : provider->defaultModel());
     log("provider found and selected " + provider->name());
   } else {
     log("!!! no provider found");
@@ -47,12 +49,12 @@ void ReviewPanelVM::setCommand(const std::optional<Command>& command) {
 }
 
 void ReviewPanelVM::open(const std::string& newText, const std::string& newInitialText) {
-  text.set(newText);
-  if (initialText.get() != newInitialText) {
-    initialText.set(newInitialText);
+  text_.set(newText);
+  if (initialText_.get() != newInitialText) {
+    initialText_.set(newInitialText);
   }
-  hasError.set(false);
-  errorMessage.set("");
+  hasError_.set(false);
+  errorMessage_.set("");
   panel_.setContentSize(startSize);
   panel_.windowPosition = collaborators_.settings.reviewWindowPosition.get();
   panel_.present();
@@ -61,12 +63,12 @@ void ReviewPanelVM::open(const std::string& newText, const std::string& newIniti
 
 void ReviewPanelVM::execute(const Command& command, const std::string& textToSend) {
   ++run_;
-  loading.set(true);
-  isStreaming.set(false);  // it may be the request before that streamed
+  loading_.set(true);
+  isStreaming_.set(false);  // it may be the request before that streamed
   currentCommand_ = command;
-  text.set("");
-  hasError.set(false);
-  errorMessage.set("");
+  text_.set("");
+  hasError_.set(false);
+  errorMessage_.set("");
 
   const auto prepared = prepareRun(
       command, {collaborators_.variablesStore, collaborators_.providerStore, collaborators_.providerFactory});
@@ -80,7 +82,7 @@ void ReviewPanelVM::execute(const Command& command, const std::string& textToSen
   const Run run{run_, prepared->provider->usesStreaming(), prepared->provider->name()};
   std::function<void(const std::string&)> onChunk;
   if (run.streams) {
-    isStreaming.set(true);
+    isStreaming_.set(true);
     onChunk = lifetime_.guard([this, number = run.number](const std::string& piece) { addChunk(number, piece); });
   }
   prepared->ask(textToSend, collaborators_.queue,
@@ -115,11 +117,11 @@ void ReviewPanelVM::addChunk(unsigned run, const std::string& chunk) {
   if (run != run_) {
     return;
   }
-  if (hasError.get()) {
-    hasError.set(false);
-    errorMessage.set("");
+  if (hasError_.get()) {
+    hasError_.set(false);
+    errorMessage_.set("");
   }
-  text.append(chunk);
+  text_.append(chunk);
   trace::mark(trace::reviewChunk);
 }
 
@@ -137,22 +139,22 @@ void ReviewPanelVM::finish(const Run& run, std::optional<std::string> answer) {
     handleError(tr("Failed to complete the request. The AI provider returned an empty response. Please try again."));
     return;
   }
-  text.set(std::move(*answer));
-  loading.set(false);
+  text_.set(std::move(*answer));
+  loading_.set(false);
   if (run.streams) {
-    isStreaming.set(false);
+    isStreaming_.set(false);
   } else {
-    hasError.set(false);
-    errorMessage.set("");
+    hasError_.set(false);
+    errorMessage_.set("");
   }
   trace::mark(trace::reviewAnswered);
 }
 
 void ReviewPanelVM::handleError(const std::string& message) {
-  hasError.set(true);
-  errorMessage.set(message);
-  loading.set(false);
-  isStreaming.set(false);
+  hasError_.set(true);
+  errorMessage_.set(message);
+  loading_.set(false);
+  isStreaming_.set(false);
   trace::mark(trace::reviewFailed);
 }
 
@@ -163,35 +165,40 @@ void ReviewPanelVM::reload() {
     return;
   }
   Command command = *currentCommand_;
-  command.provider = selectedProvider.get();
-  command.model = selectedModel.get();
-  execute(command, initialText.get());
+  command.provider = selectedProvider_.get();
+  command.model = selectedModel_.get();
+  execute(command, initialText_.get());
 }
 
 void ReviewPanelVM::changeProvider(const std::optional<Uuid>& id) {
-  selectedProvider.set(id);
+  selectedProvider_.set(id);
   auto config = collaborators_.providerStore.config(id);
   if (!config) {
     config = collaborators_.providerStore.defaultConfig();
   }
-  selectedModel.set(config ? std::optional(collaborators_.providerFactory.makeProvider(*config)->defaultModel())
-                           : std::nullopt);
+  selectedModel_.set(config ? std::optional(collaborators_.providerFactory.makeProvider(*config)->defaultModel())
+                            : std::nullopt);
   updateAvailableModels();
 }
 
 void ReviewPanelVM::updateAvailableModels() {
-  const auto config = collaborators_.providerStore.config(selectedProvider.get());
-  availableModels.set(config ? collaborators_.modelStore.modelsFor(config->providerType)
-                             : std::vector<ProviderModel>());
+  const auto config = collaborators_.providerStore.config(selectedProvider_.get());
+  availableModels_.set(config ? collaborators_.modelStore.modelsFor(config->providerType)
+                              : std::vector<ProviderModel>());
+}
+
+bool ReviewPanelVM::canApply(ActionBehavior behavior) const {
+  const bool isThere = !loading_ || (behavior == ActionBehavior::copyToClipboard && !text_.empty());
+  return isThere && !hasError_;
 }
 
 void ReviewPanelVM::apply(ActionBehavior behavior) {
-  if (!canApply()) {
+  if (!canApply(behavior)) {
     return;
   }
   close();
   collaborators_.tracker.restoreFocus();
-  collaborators_.capture.apply(behavior, text.get(), initialText.get());
+  collaborators_.capture.apply(behavior, text_.get(), initialText_.get());
 }
 
 void ReviewPanelVM::discard() {
@@ -206,7 +213,7 @@ void ReviewPanelVM::close() {
 
 std::string ReviewPanelVM::providerLabel() const {
   for (const auto& config : collaborators_.providerStore.configs.get()) {
-    if (config.enabled && config.id == selectedProvider.get()) {
+    if (config.enabled && config.id == selectedProvider_.get()) {
       return config.name;
     }
   }
@@ -224,17 +231,17 @@ std::vector<ReviewPanelVM::ProviderItem> ReviewPanelVM::providerItems() const {
 }
 
 std::string ReviewPanelVM::modelLabel() const {
-  const auto& selected = selectedModel.get();
+  const auto& selected = selectedModel_.get();
   if (!selected) {
     return tr("Model");
   }
-  const auto& models = availableModels.get();
+  const auto& models = availableModels_.get();
   const auto found = std::ranges::find(models, *selected, &ProviderModel::identifier);
   return found == models.end() ? *selected : withoutOrigins(found->name);
 }
 
 std::vector<ReviewPanelVM::ModelItem> ReviewPanelVM::modelItems() const {
-  const auto& models = availableModels.get();
+  const auto& models = availableModels_.get();
   if (models.empty()) {
     return {{tr("No models"), std::nullopt}};
   }
@@ -243,7 +250,7 @@ std::vector<ReviewPanelVM::ModelItem> ReviewPanelVM::modelItems() const {
   for (const auto& model : models) {
     items.push_back({model.name, model.identifier});
   }
-  const auto& selected = selectedModel.get();
+  const auto& selected = selectedModel_.get();
   if (selected && std::ranges::find(models, *selected, &ProviderModel::identifier) == models.end()) {
     items.push_back({*selected, selected});
   }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <array>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/Lifetime.h"
@@ -49,16 +49,19 @@ class ReviewPanelVM : public ReviewSession {
 
   explicit ReviewPanelVM(const Collaborators& collaborators);
 
-  ResultText text;                                       ///< what of the answer is there
-  Observable<std::optional<Uuid>> selectedProvider;      ///< what the provider menu shows; reload() takes it
-  Observable<std::optional<std::string>> selectedModel;  ///< identifier; the same for the model menu
-  Observable<std::vector<ProviderModel>> availableModels;
-  Observable<bool> isReviewOpen;
-  Observable<std::string> initialText;  ///< what the user had selected; set only to another text
-  Observable<bool> loading;             ///< a request is under way
-  Observable<bool> isStreaming;         ///< its answer comes in pieces
-  Observable<bool> hasError;            ///< there is an error to show and nothing to apply
-  Observable<std::string> errorMessage;
+  const ResultText& text() const { return text_; }  ///< what of the answer is there
+  /// What the provider menu shows; reload() takes it.
+  const Observable<std::optional<Uuid>>& selectedProvider() const { return selectedProvider_; }
+  /// The same for the model menu; an identifier.
+  const Observable<std::optional<std::string>>& selectedModel() const { return selectedModel_; }
+  const Observable<std::vector<ProviderModel>>& availableModels() const { return availableModels_; }
+  const Observable<bool>& isReviewOpen() const { return panel_.isPresented(); }
+  /// What the user had selected; set only to another text.
+  const Observable<std::string>& initialText() const { return initialText_; }
+  const Observable<bool>& loading() const { return loading_; }          ///< a request is under way
+  const Observable<bool>& isStreaming() const { return isStreaming_; }  ///< its answer comes in pieces
+  const Observable<bool>& hasError() const { return hasError_; }  ///< there is an error to show and nothing to apply
+  const Observable<std::string>& errorMessage() const { return errorMessage_; }
 
   /// As last run; reload() puts the menus' choice into it.
   const std::optional<Command>& currentCommand() const { return currentCommand_; }
@@ -72,12 +75,13 @@ class ReviewPanelVM : public ReviewSession {
   void reload();
   /// Chooses a provider, with its default model; the default provider when there is none of this id. Asks nothing.
   void changeProvider(const std::optional<Uuid>& id);
+  /// Asks nothing either.
+  void changeModel(std::string identifier) { selectedModel_.set(std::move(identifier)); }
   void updateAvailableModels();
-  /// Whether there is a result: neither an error nor an answer that is still under way, of which half would land in the
-  /// user's text.
-  bool canApply() const { return !hasError.get() && !loading.get(); }
-  /// Closes the panel, gives the focus back, and does with the text what the behaviour says. Without a result it does
-  /// nothing.
+  /// Whether there is a result to do this with. What has come of an answer can be copied while the rest is under way;
+  /// everything else waits for its end, for half of it would land in the user's text.
+  bool canApply(ActionBehavior behavior) const;
+  /// Closes the panel, gives the focus back, and does with the text what the behaviour says, if it can.
   void apply(ActionBehavior behavior);
   void discard();
   /// The one way into the error state. The text stays.
@@ -118,10 +122,18 @@ class ReviewPanelVM : public ReviewSession {
 
   Collaborators collaborators_;
   FloatingPanel panel_;
+  ResultText text_;
+  Observable<std::optional<Uuid>> selectedProvider_;
+  Observable<std::optional<std::string>> selectedModel_;
+  Observable<std::vector<ProviderModel>> availableModels_;
+  Observable<std::string> initialText_;
+  Observable<bool> loading_;
+  Observable<bool> isStreaming_;
+  Observable<bool> hasError_;
+  Observable<std::string> errorMessage_;
   std::optional<Command> currentCommand_;
   unsigned run_ = 0;  // the present one
-  std::array<Connection, 4> menuChanges_;
-  Connection closings_;
+  Connections connections_;
   Lifetime lifetime_;
 };
 

@@ -26,33 +26,35 @@ std::string title(ReviewViewMode mode) { return tr(modeTitles[mode].title); }
 
 ReviewViewState::ReviewViewState(MainQueue& queue, BackgroundQueue& background, ReviewPanelVM& session,
                                  PanelSettings& settings)
-    : lines(background, queue, calculateLineDiff),
-      words(background, queue, calculateWordDiff),
+    : lines_(background, queue, calculateLineDiff),
+      words_(background, queue, calculateWordDiff),
       queue_(queue),
       session_(session),
       comparisonEnabled_(settings.comparisonEnabled.get()),
       sizing_(settings.windowSizing.get()) {
   const auto refreshes = [this](const auto&) { refresh(viewMode()); };
-  changes_ = {session_.text.changed.connect(refreshes), session_.loading.observe(refreshes),
-              session_.isStreaming.observe(refreshes), session_.hasError.observe(refreshes),
-              session_.initialText.observe([this](const std::string&) {
-                startSizing();
-                refresh(viewMode());
-              }),
-              // The next session may well be about the same text.
-              session_.isReviewOpen.observe([this](bool open) {
-                if (!open) {
-                  startSizing();
-                }
-              }),
-              settings.comparisonEnabled.observe([this](bool enabled) {
-                comparisonEnabled_ = enabled;
-                refresh(viewMode());
-              }),
-              settings.windowSizing.observe([this](ReviewWindowSizing sizing) {
-                sizing_ = sizing;
-                sizeChanged.emit();
-              })};
+  connections_ += session_.text().changed.connect(refreshes);
+  connections_ += session_.loading().observe(refreshes);
+  connections_ += session_.isStreaming().observe(refreshes);
+  connections_ += session_.hasError().observe(refreshes);
+  connections_ += session_.initialText().observe([this](const std::string&) {
+    startSizing();
+    refresh(viewMode());
+  });
+  // The next session may well be about the same text.
+  connections_ += session_.isReviewOpen().observe([this](bool open) {
+    if (!open) {
+      startSizing();
+    }
+  });
+  connections_ += settings.comparisonEnabled.observe([this](bool enabled) {
+    comparisonEnabled_ = enabled;
+    refresh(viewMode());
+  });
+  connections_ += settings.windowSizing.observe([this](ReviewWindowSizing sizing) {
+    sizing_ = sizing;
+    sizeChanged.emit();
+  });
   refresh(viewMode());
 }
 
@@ -65,14 +67,14 @@ void ReviewViewState::cycle() {
 }
 
 void ReviewViewState::refresh(ReviewViewMode mode) {
-  const bool comparison = comparisonEnabled_ && !session_.initialText->empty();
+  const bool comparison = comparisonEnabled_ && !session_.initialText()->empty();
   const Shown now{mode, comparison, contentOf(comparison ? mode : ReviewViewMode::text)};
   // What arrives after the panel has closed is never seen: the next opening is followed by a run.
-  if (session_.isReviewOpen.get()) {
+  if (session_.isReviewOpen().get()) {
     if (now.content == ReviewContent::lineByLine) {
-      lines.compare(session_.initialText, session_.text.get());
+      lines_.compare(session_.initialText(), session_.text().get());
     } else if (now.content == ReviewContent::wordByWord) {
-      words.compare(session_.initialText, session_.text.get());
+      words_.compare(session_.initialText(), session_.text().get());
     }
   }
   if (now != shown_) {
@@ -82,15 +84,15 @@ void ReviewViewState::refresh(ReviewViewMode mode) {
 }
 
 ReviewContent ReviewViewState::contentOf(ReviewViewMode mode) const {
-  if (session_.hasError.get()) {
+  if (session_.hasError().get()) {
     return ReviewContent::error;
   }
-  const bool waits = session_.isStreaming.get() || session_.loading.get();
+  const bool waits = session_.isStreaming().get() || session_.loading().get();
   switch (mode) {
     case ReviewViewMode::text:
-      return waits && session_.text.empty() ? ReviewContent::loading : ReviewContent::text;
+      return waits && session_.text().empty() ? ReviewContent::loading : ReviewContent::text;
     case ReviewViewMode::styled:
-      return waits && session_.text.empty() ? ReviewContent::loading : ReviewContent::styled;
+      return waits && session_.text().empty() ? ReviewContent::loading : ReviewContent::styled;
     case ReviewViewMode::lineByLine:
       return waits ? ReviewContent::loading : ReviewContent::lineByLine;
     case ReviewViewMode::wordByWord:
@@ -102,6 +104,17 @@ ReviewContent ReviewViewState::contentOf(ReviewViewMode mode) const {
 std::optional<double> ReviewViewState::maxHeight() const {
   const auto visible = session_.panel().mainVisibleFrame();
   return visible ? std::optional(maxHeightShare * visible->size.height) : std::nullopt;
+}
+
+Size ReviewViewState::panelSize(double around) const {
+  const Size least = minimumSize();
+  double height = least.height;
+  if (showsText() && sizing_ == ReviewWindowSizing::dynamic) {
+    height = std::max(height, least.height - textAllowance + around);
+  }
+  const Size present = session_.panel().contentSize();
+  return {std::max(present.width, least.width),
+          std::max(present.height, std::min(height, maxHeight().value_or(height)))};
 }
 
 void ReviewViewState::measured(Size sizeOfText) {

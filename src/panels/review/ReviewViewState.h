@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <chrono>
 #include <optional>
 #include <string>
@@ -24,8 +23,8 @@ std::string title(ReviewViewMode mode);
 enum class ReviewContent {
   text,        ///< the result as it is
   styled,      ///< the result with its marks drawn
-  lineByLine,  ///< ReviewViewState::lines
-  wordByWord,  ///< ReviewViewState::words
+  lineByLine,  ///< ReviewViewState::lines()
+  wordByWord,  ///< ReviewViewState::words()
   error,       ///< the session's error message
   loading,     ///< that an answer is on its way
 };
@@ -39,14 +38,15 @@ class ReviewViewState {
   static constexpr double minTextHeight = 80;
   static constexpr double maxTextHeight = 700;
   static constexpr double heightMargin = 20;
+  static constexpr double textAllowance = 10;  ///< how much of the minimum height is not the text's
   static constexpr double recenterThreshold = 50;
   static constexpr Duration recenterDelay = std::chrono::milliseconds(100);
   static constexpr double maxHeightShare = 0.8;  ///< of the visible height of the main screen
 
   ReviewViewState(MainQueue& queue, BackgroundQueue& background, ReviewPanelVM& session, PanelSettings& settings);
 
-  BackgroundComparison<LineDiff> lines;
-  BackgroundComparison<DiffElement> words;
+  const BackgroundComparison<LineDiff>& lines() const { return lines_; }
+  const BackgroundComparison<DiffElement>& words() const { return words_; }
 
   ReviewViewMode viewMode() const { return shown_.mode; }
   void setViewMode(ReviewViewMode mode);
@@ -63,6 +63,9 @@ class ReviewViewState {
   /// What the panel's content must at least measure: the above, or a fixed size.
   Size minimumSize() const { return sizing_ == ReviewWindowSizing::fixed ? fixedSize : minSize_; }
   std::optional<double> maxHeight() const;
+  /// What the panel's content should measure, which is never less than it measures already: the minimum, and in dynamic
+  /// sizing high enough for a text with `around` above and below it, up to the maximum.
+  Size panelSize(double around) const;
   Size lastRecenterSize() const { return lastRecenterSize_; }
   /// To be called after each layout with the size of the drawn text; takes effect with the queue's next turn.
   void measured(Size sizeOfText);
@@ -78,11 +81,14 @@ class ReviewViewState {
   };
 
   void refresh(ReviewViewMode mode);
+  bool showsText() const { return content() == ReviewContent::text || content() == ReviewContent::styled; }
   ReviewContent contentOf(ReviewViewMode mode) const;
   void fit(Size sizeOfText);
   void startSizing();
   void setMinSize(Size size);
 
+  BackgroundComparison<LineDiff> lines_;
+  BackgroundComparison<DiffElement> words_;
   MainQueue& queue_;
   ReviewPanelVM& session_;
   bool comparisonEnabled_;
@@ -90,7 +96,7 @@ class ReviewViewState {
   Shown shown_;
   Size minSize_{fixedSize.width, startHeight};
   Size lastRecenterSize_;
-  std::array<Connection, 8> changes_;
+  Connections connections_;
   Lifetime lifetime_;
 };
 

@@ -58,20 +58,16 @@ std::vector<std::string_view> trimmedPieces(std::string_view text, std::string_v
 std::vector<std::string> wrapped(std::string_view text) {
   std::vector<std::string> lines;
   std::string line;
-  std::size_t lineLength = 0;
   for (const auto word : text::splitAtBlanks(text)) {
-    const std::size_t wordLength = text::graphemeCount(word);
-    if (lineLength + wordLength + 1 > longestLine && !line.empty()) {
+    // The line is counted as a whole: a word that begins with a combining mark shares a character with the blank.
+    if (!line.empty() && text::graphemeCount(line) + text::graphemeCount(word) + 1 > longestLine) {
       lines.push_back(std::exchange(line, std::string(word)));
-      lineLength = wordLength;
       continue;
     }
     if (!line.empty()) {
       line += ' ';
-      ++lineLength;
     }
     line += word;
-    lineLength += wordLength;
   }
   if (!line.empty()) {
     lines.push_back(std::move(line));

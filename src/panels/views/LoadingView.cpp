@@ -15,37 +15,19 @@ constexpr int halfPulse = 400;  // ms
 
 }  // namespace
 
-LoadingView::LoadingView(QWidget* parent, int length)
-    : QWidget(parent), pulse_(faintest, 1, halfPulse, [this](double opacity) {
-        opacity_ = opacity;
-        update();
-      }) {
+LoadingView::LoadingView(QWidget* parent, int length) : PulsingView(faintest, 1, halfPulse, parent) {
   setFixedSize(length, length);
   setRole(*this, QAccessible::Animation);
   setAccessibleName(QStringLiteral("Quillmark"));
 }
 
-void LoadingView::showEvent(QShowEvent* event) {
-  QWidget::showEvent(event);
-  pulse_.start(*this);
-}
-
-void LoadingView::hideEvent(QHideEvent* event) {
-  pulse_.stop();
-  QWidget::hideEvent(event);
-}
-
 void LoadingView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setOpacity(opacity_);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(QColor::fromRgbF(0, 0, 0, 0.33F));
-  painter.drawRoundedRect(rect(), cornerRadius * width() / double(LoadingView::side),
-                          cornerRadius * width() / double(LoadingView::side));
+  painter.setOpacity(opacity());
+  look::fillRounded(painter, rect(), cornerRadius * width() / double(side), QColor::fromRgbF(0, 0, 0, 0.33F));
   const QColor colour =
       palette().color(look::scheme(palette()) == look::Scheme::dark ? QPalette::Highlight : QPalette::WindowText);
-  painter.drawPixmap(rect(), symbols::pixmap("brain", width(), devicePixelRatioF(), colour));
+  symbols::draw(painter, QPointF(), width(), "brain", colour);
 }
 
 }  // namespace quillmark

@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <algorithm>
 
+#include "widgets/QtText.h"
 #include "widgets/Symbols.h"
 
 namespace quillmark {
@@ -19,7 +20,7 @@ constexpr QRgb accent = 0xFF387AE5;
 
 /// The title as it has to be written to be read as it is.
 QString escaped(const std::string& title, MenuPainter painter) {
-  QString text = QString::fromStdString(title);
+  QString text = qt(title);
   if (painter == MenuPainter::toolkit) {
     return text.replace(QLatin1Char('&'), QLatin1String("&&"));
   }
@@ -84,9 +85,9 @@ class Entry : public QAction {
       isAccented_ = item.isAccented;
       setIcon(iconFor(symbol_, isAccented_, painter_));
     }
-    setToolTip(QString::fromStdString(item.help));
+    setToolTip(qt(item.help));
     setEnabled(item.enabled && kind_ != MenuItem::Kind::progress);
-    setShortcut(QKeySequence(QString::fromStdString(item.shortcut)));
+    setShortcut(QKeySequence(qt(item.shortcut)));
     trigger_ = item.trigger;
     if (children_) {
       fillMenu(*children_, item.children, painter_);

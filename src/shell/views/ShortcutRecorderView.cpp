@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "base/Localization.h"
+#include "widgets/QtText.h"
 #include "widgets/Symbols.h"
 
 namespace quillmark {
@@ -39,7 +40,7 @@ int carbonModifiers(Qt::KeyboardModifiers modifiers) {
 
 ShortcutRecorderView::Field::Field(ShortcutRecorder& recorder, QWidget* parent)
     : QPushButton(parent), recorder_(recorder) {
-  setAccessibleName(QString::fromStdString(quillmark::tr("Keyboard Shortcut")));
+  setAccessibleName(qt(quillmark::tr("Keyboard Shortcut")));
   setAutoDefault(false);
   setMinimumHeight(rowHeight);
 }
@@ -72,7 +73,7 @@ void ShortcutRecorderView::Field::focusOutEvent(QFocusEvent* event) {
 ShortcutRecorderView::ShortcutRecorderView(ShortcutRecorder::Collaborators collaborators, std::string name,
                                            QWidget* parent)
     : QWidget(parent), recorder_(std::move(collaborators), std::move(name)) {
-  const QString clear = QString::fromStdString(quillmark::tr("Clear Shortcut"));
+  const QString clear = qt(quillmark::tr("Clear Shortcut"));
   clear_.setIcon(symbols::icon("xmark"));
   clear_.setToolTip(clear);
   clear_.setAccessibleName(clear);
@@ -100,7 +101,7 @@ ShortcutRecorderView::ShortcutRecorderView(ShortcutRecorder::Collaborators colla
 }
 
 void ShortcutRecorderView::refresh() {
-  field_.setText(QString::fromStdString(recorder_.text()));
+  field_.setText(qt(recorder_.text()));
   field_.setDown(recorder_.isRecording());
   // Never narrower than it was, so that a click moves nothing.
   field_.setMinimumWidth(std::max(field_.minimumWidth(), field_.sizeHint().width()));

@@ -34,14 +34,13 @@ TEST(Placement, keepsThePanelInsideTheVisibleArea) {
 struct FloatingPanelTest : testing::Test {
   SimulatedDesktop desktop;
   SimulatedWindow& window = desktop.menuWindow;
-  Observable<bool> isPresented;
 };
 
 TEST_F(FloatingPanelTest, opensOnTheScreenOfThePointer) {
   desktop.screens.all = {{{{0, 0}, {1000, 800}}, {{0, 0}, {1000, 800}}},
                          {{{1000, 0}, {2000, 1000}}, {{1000, 0}, {2000, 900}}}};
   window.size = {600, 300};
-  FloatingPanel panel(window, desktop.screens, isPresented, true);
+  FloatingPanel panel(window, desktop.screens, true);
   const struct {
     std::optional<Point> mouse;
     Point expected;
@@ -64,29 +63,31 @@ TEST_F(FloatingPanelTest, opensOnTheScreenOfThePointer) {
   EXPECT_EQ(window.at, (Point{200, 250}));
 }
 
-TEST_F(FloatingPanelTest, whateverClosesItIsToldToItsOwner) {
-  FloatingPanel panel(window, desktop.screens, isPresented, true);
+TEST_F(FloatingPanelTest, tellsOfItsEndOnceWhateverClosesIt) {
+  FloatingPanel panel(window, desktop.screens, true);
+  std::vector<bool> told;
+  const auto changes = panel.isPresented().observe([&](bool isPresented) { told.push_back(isPresented); });
   for (const auto& close : std::vector<std::function<void()>>{[&] { panel.close(); }, [&] { window.loseKeyboard(); },
                                                               [&] { window.closedBySystem.emit(); }}) {
     panel.present();
     EXPECT_TRUE(window.hasKeyboard);
-    EXPECT_TRUE(isPresented.get());
     close();
+    panel.close();
     EXPECT_FALSE(window.visible);
-    EXPECT_FALSE(isPresented.get());
+    EXPECT_EQ(std::exchange(told, {}), (std::vector{true, false}));
   }
 }
 
 TEST_F(FloatingPanelTest, thatCanNotHideStaysWhenTheKeyboardGoes) {
-  FloatingPanel panel(window, desktop.screens, isPresented, false);
+  FloatingPanel panel(window, desktop.screens, false);
   panel.present();
   window.loseKeyboard();
   EXPECT_TRUE(window.visible);
-  EXPECT_TRUE(isPresented.get());
+  EXPECT_TRUE(panel.isPresented().get());
 }
 
 TEST_F(FloatingPanelTest, staysWhereTheUserHasDraggedItUntilItIsPresentedAgain) {
-  FloatingPanel panel(window, desktop.screens, isPresented, false);
+  FloatingPanel panel(window, desktop.screens, false);
   panel.present();
   window.at = {7, 7};
   window.movedByUser.emit();

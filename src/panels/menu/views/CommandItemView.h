@@ -1,19 +1,19 @@
 #pragma once
 
-#include <QStyledItemDelegate>
+#include "widgets/List.h"
 
 namespace quillmark {
 
-/// One row of the command menu: icon, title, and the key that runs it while it is selected.
-class CommandItemView : public QStyledItemDelegate {
+/// One row of the command menu: icon, title, and the key that runs it.
+class CommandItemView : public RowDelegate {
  public:
   static constexpr int height = 36;
-  enum Role { symbol = Qt::UserRole, selected, hovered };
+  enum Role { symbol = Qt::UserRole, lit, runsByReturn };
 
-  using QStyledItemDelegate::QStyledItemDelegate;
+  explicit CommandItemView(QObject* parent) : RowDelegate(height, parent) {}
 
-  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
-  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+ protected:
+  RowStyle styleOf(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 };
 
 }  // namespace quillmark

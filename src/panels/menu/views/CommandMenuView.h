@@ -1,14 +1,13 @@
 #pragma once
 
-#include <QLineEdit>
 #include <QListView>
 #include <QStackedLayout>
 #include <QWidget>
-#include <array>
 
 #include "panels/menu/CommandPanelViewModel.h"
-#include "widgets/PanelButton.h"
-#include "widgets/TextColumn.h"
+#include "widgets/Button.h"
+#include "widgets/Placeholder.h"
+#include "widgets/TextField.h"
 
 namespace quillmark {
 
@@ -19,7 +18,7 @@ class CommandMenuView : public QWidget {
   ~CommandMenuView() override;
 
   QSize sizeHint() const override;
-  QLineEdit& field() { return *field_; }
+  QLineEdit& field() { return field_; }
   QListView& list() { return list_; }
 
  protected:
@@ -31,8 +30,10 @@ class CommandMenuView : public QWidget {
   class Rows;
   class Task;
 
+  bool isFilter() const;
   void showMode();
   void showRows();
+  void showTask();
   void showSelection();
   void pointerAt(QPoint global, QPoint inList);
 
@@ -40,15 +41,16 @@ class CommandMenuView : public QWidget {
   CommandMenuState& state_;
   std::unique_ptr<Rows> rows_;
   QWidget head_;
-  QLineEdit* field_;
-  PanelButton modeButton_;
+  TextField field_{&head_};
+  Button modeButton_;
   QWidget content_;
   QStackedLayout pages_;
   QListView list_;
-  QWidget* nothing_;
+  Placeholder nothing_;
+  Placeholder noTask_;
   Task* task_;
   QPoint lastPointer_;
-  std::array<Connection, 6> changes_;
+  Connections connections_;
 };
 
 }  // namespace quillmark

@@ -4,8 +4,6 @@
 #include <QHash>
 #include <QHelpEvent>
 #include <QPainter>
-#include <QScrollBar>
-#include <QStyle>
 #include <QToolTip>
 #include <algorithm>
 #include <cmath>
@@ -15,8 +13,8 @@
 #include "panels/review/views/ReviewBlocks.h"
 #include "panels/review/views/WordsInterface.h"
 #include "widgets/Look.h"
+#include "widgets/QtText.h"
 #include "widgets/TextBlocks.h"
-#include "widgets/ThinScrollBar.h"
 
 namespace quillmark {
 
@@ -26,43 +24,29 @@ constexpr double sidePadding = 2;
 constexpr double topPadding = 1;
 constexpr double chipRadius = 2;
 constexpr double rowGap = 4;
-constexpr double margin = 10;
 
-QString calculating() { return QString::fromStdString(quillmark::tr("Calculating differences...")); }
+QString calculating() { return qt(quillmark::tr("Calculating differences...")); }
 
 }  // namespace
 
-LineByLineDiffView::LineByLineDiffView(BackgroundComparison<LineDiff>& comparison, QWidget* parent)
+LineByLineDiffView::LineByLineDiffView(const BackgroundComparison<LineDiff>& comparison, QWidget* parent)
     : TextColumn(parent), comparison_(comparison) {
-  setTextMargins({margin, 0, margin, 0});
-  setAccessibleName(QString::fromStdString(quillmark::tr("Line by Line")));
-  fill();
-  changes_ = comparison_.rows.observe([this](const auto&) { fill(); });
+  setTextMargins({blocks::margin, 0, blocks::margin, 0});
+  setAccessibleName(qt(quillmark::tr("Line by Line")));
+  styleChanged = [this] { fill(); };
+  changes_ = comparison_.rows().bind([this](const auto&) { fill(); });
 }
 
 void LineByLineDiffView::fill() {
-  const auto& rows = comparison_.rows.get();
-  replaceFrom(0, rows.empty() ? blocks::note(calculating(), palette()) : blocks::rows(rows, palette()));
+  const auto& rows = comparison_.rows().get();
+  replaceFrom(0, rows ? blocks::rows(*rows, palette()) : blocks::note(calculating(), palette()));
 }
 
-void LineByLineDiffView::changeEvent(QEvent* event) {
-  TextColumn::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange) {
-    fill();
-  }
-}
-
-WordLevelDiffView::WordLevelDiffView(BackgroundComparison<DiffElement>& comparison, QWidget* parent)
-    : QAbstractScrollArea(parent), comparison_(comparison) {
-  setFrameShape(QFrame::NoFrame);
-  setVerticalScrollBar(new ThinScrollBar);
-  setFocusPolicy(Qt::StrongFocus);
-  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  setFont(look::font(14));
-  setAccessibleName(QString::fromStdString(quillmark::tr("Word by Word")));
-  viewport()->setAutoFillBackground(false);
-  fill();
-  changes_ = comparison_.rows.observe([this](const auto&) { fill(); });
+WordLevelDiffView::WordLevelDiffView(const BackgroundComparison<DiffElement>& comparison, QWidget* parent)
+    : ScrollArea(parent), comparison_(comparison) {
+  setFont(look::font(blocks::textSize));
+  setAccessibleName(qt(quillmark::tr("Word by Word")));
+  changes_ = comparison_.rows().bind([this](const auto&) { fill(); });
 }
 
 QAccessibleInterface* WordLevelDiffView::makeAccessible() { return new WordsInterface(*this); }
@@ -72,25 +56,26 @@ QString WordLevelDiffView::help(const DiffElement& element) {
     case DiffType::unchanged:
       return {};
     case DiffType::deleted:
-      return QString::fromStdString(quillmark::tr("Deleted: {}", element.text));
+      return qt(quillmark::tr("Deleted: {}", element.text));
     case DiffType::added:
-      return QString::fromStdString(quillmark::tr("Added: {}", element.text));
+      return qt(quillmark::tr("Added: {}", element.text));
     case DiffType::modified:
-      return QString::fromStdString(quillmark::tr("Changed from: {}", element.originalText.value_or("")));
+      return qt(quillmark::tr("Changed from: {}", element.originalText.value_or("")));
   }
   return {};
 }
 
 void WordLevelDiffView::fill() {
-  setAccessibleDescription(comparison_.rows.get().empty() ? calculating() : QString());
-  lines_ = groupIntoLines(comparison_.rows.get());
+  const auto& rows = comparison_.rows().get();
+  setAccessibleDescription(rows ? QString() : calculating());
+  lines_ = rows ? groupIntoLines(*rows) : std::vector<std::vector<DiffElement>>();
   layOut();
 }
 
 void WordLevelDiffView::layOut() {
   words_.clear();
-  height_ = margin;
-  const double width = viewport()->width() - 2 * margin;
+  double bottom = blocks::margin;
+  const double width = viewport()->width() - 2 * blocks::margin;
   const QFontMetricsF metrics(font());
   const double height = std::ceil(metrics.height() + 2 * topPadding);
   QHash<QString, double> widths;  // most words come more than once
@@ -99,7 +84,7 @@ void WordLevelDiffView::layOut() {
     const std::size_t first = words_.size();
     boxes.clear();
     for (const auto& element : line) {
-      words_.push_back({&element, QString::fromStdString(element.text), {}});
+      words_.push_back({&element, qt(element.text), {}});
       const QString& text = words_.back().text;
       auto known = widths.find(text);
       if (known == widths.end()) {
@@ -109,30 +94,27 @@ void WordLevelDiffView::layOut() {
     }
     const auto measure = FlowLayout{}.measure(boxes, width);
     // Words stand in the order in which their script is read.
-    const bool rightToLeft = line.empty() ? false : std::ranges::any_of(line, [](const auto& e) {
-      return QString::fromStdString(e.text).isRightToLeft();
-    });
+    const bool rightToLeft =
+        line.empty() ? false : std::ranges::any_of(line, [](const auto& e) { return qt(e.text).isRightToLeft(); });
     for (std::size_t i = 0; i < boxes.size(); ++i) {
       const auto [x, y] = measure.positions[i];
-      words_[first + i].box = QRectF(rightToLeft ? width - x - boxes[i].width : x, height_ + y, boxes[i].width, height);
+      words_[first + i].box = QRectF(rightToLeft ? width - x - boxes[i].width : x, bottom + y, boxes[i].width, height);
     }
-    height_ += std::max(measure.size.height, line.empty() ? height : 0) + rowGap;
+    bottom += std::max(measure.size.height, line.empty() ? height : 0) + rowGap;
   }
-  verticalScrollBar()->setPageStep(viewport()->height());
-  verticalScrollBar()->setSingleStep(20);
-  verticalScrollBar()->setRange(0, std::max(0, int(std::ceil(height_)) - viewport()->height()));
+  setContentHeight(bottom);
   viewport()->update();
 }
 
-QPointF WordLevelDiffView::origin() const { return {margin, -double(verticalScrollBar()->value())}; }
+QPointF WordLevelDiffView::origin() const { return {blocks::margin, -scrolled()}; }
 
 void WordLevelDiffView::paintEvent(QPaintEvent* event) {
   QPainter painter(viewport());
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setFont(font());
-  if (comparison_.rows.get().empty()) {
+  if (!comparison_.rows().get()) {
     painter.setPen(look::secondary(palette()));
-    const QRectF area = QRectF(viewport()->rect()).adjusted(margin, margin, -margin, 0);
+    const QRectF area = QRectF(viewport()->rect()).adjusted(blocks::margin, blocks::margin, -blocks::margin, 0);
     painter.drawText(area, look::leading(layoutDirection(), Qt::AlignTop), calculating());
     return;
   }
@@ -156,9 +138,7 @@ void WordLevelDiffView::paintEvent(QPaintEvent* event) {
         break;
     }
     if (word->element->type != DiffType::unchanged) {
-      painter.setPen(Qt::NoPen);
-      painter.setBrush(look::withOpacity(colour, 0.1));
-      painter.drawRoundedRect(word->box, chipRadius, chipRadius);
+      look::fillRounded(painter, word->box, chipRadius, look::withOpacity(colour, 0.1));
     }
     painter.setPen(colour);
     const QRectF inside = word->box.adjusted(sidePadding, topPadding, -sidePadding, -topPadding);
@@ -181,13 +161,13 @@ bool WordLevelDiffView::viewportEvent(QEvent* event) {
     QToolTip::showText(help.globalPos(), text.toHtmlEscaped(), viewport());
     return true;
   }
-  return QAbstractScrollArea::viewportEvent(event);
+  return ScrollArea::viewportEvent(event);
 }
 
 void WordLevelDiffView::changeEvent(QEvent* event) {
-  QAbstractScrollArea::changeEvent(event);
+  ScrollArea::changeEvent(event);
   if (event->type() == QEvent::ApplicationFontChange) {
-    setFont(look::font(14));
+    setFont(look::font(blocks::textSize));
   }
   if (event->type() == QEvent::FontChange) {
     layOut();
@@ -195,10 +175,8 @@ void WordLevelDiffView::changeEvent(QEvent* event) {
 }
 
 void WordLevelDiffView::resizeEvent(QResizeEvent* event) {
-  QAbstractScrollArea::resizeEvent(event);
+  ScrollArea::resizeEvent(event);
   layOut();
 }
-
-void WordLevelDiffView::scrollContentsBy(int, int dy) { viewport()->scroll(0, dy); }
 
 }  // namespace quillmark

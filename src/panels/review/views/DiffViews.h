@@ -1,34 +1,31 @@
 #pragma once
 
-#include <QAbstractScrollArea>
 #include <vector>
 
 #include "base/Signal.h"
 #include "panels/review/BackgroundComparison.h"
 #include "panels/review/TextComparison.h"
+#include "widgets/ScrollArea.h"
 #include "widgets/TextColumn.h"
 
 namespace quillmark {
 
-/// The comparison by lines; a message while there is none.
+/// The comparison by lines; a message while it is being calculated.
 class LineByLineDiffView : public TextColumn {
  public:
-  explicit LineByLineDiffView(BackgroundComparison<LineDiff>& comparison, QWidget* parent = nullptr);
-
- protected:
-  void changeEvent(QEvent* event) override;
+  explicit LineByLineDiffView(const BackgroundComparison<LineDiff>& comparison, QWidget* parent = nullptr);
 
  private:
   void fill();
 
-  BackgroundComparison<LineDiff>& comparison_;
+  const BackgroundComparison<LineDiff>& comparison_;
   Connection changes_;
 };
 
-/// The comparison by words, in rows that break where the panel ends; a message while there is none.
-class WordLevelDiffView : public QAbstractScrollArea, public AccessibleView {
+/// The comparison by words, in rows that break where the panel ends; a message while it is being calculated.
+class WordLevelDiffView : public ScrollArea, public AccessibleView {
  public:
-  explicit WordLevelDiffView(BackgroundComparison<DiffElement>& comparison, QWidget* parent = nullptr);
+  explicit WordLevelDiffView(const BackgroundComparison<DiffElement>& comparison, QWidget* parent = nullptr);
 
   QAccessibleInterface* makeAccessible() override;
 
@@ -49,16 +46,14 @@ class WordLevelDiffView : public QAbstractScrollArea, public AccessibleView {
   void changeEvent(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
-  void scrollContentsBy(int dx, int dy) override;
 
  private:
   void fill();
   void layOut();
 
-  BackgroundComparison<DiffElement>& comparison_;
+  const BackgroundComparison<DiffElement>& comparison_;
   std::vector<std::vector<DiffElement>> lines_;
   std::vector<Word> words_;  ///< from top to bottom
-  double height_ = 0;
   Connection changes_;
 };
 

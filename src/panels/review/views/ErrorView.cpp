@@ -1,6 +1,5 @@
 #include "panels/review/views/ErrorView.h"
 
-#include <QEvent>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -8,6 +7,7 @@
 #include "base/Localization.h"
 #include "widgets/Accessibility.h"
 #include "widgets/Look.h"
+#include "widgets/QtText.h"
 #include "widgets/Symbols.h"
 #include "widgets/TextBlocks.h"
 
@@ -21,7 +21,7 @@ constexpr int titleHeight = 24;
 constexpr int head = symbolSide + gap + titleHeight + gap;
 constexpr int widestMessage = 480;
 
-QString title() { return QString::fromStdString(quillmark::tr("Unable to Complete Request")); }
+QString title() { return qt(quillmark::tr("Unable to Complete Request")); }
 
 }  // namespace
 
@@ -31,15 +31,16 @@ ErrorView::ErrorView(QWidget* parent) : QWidget(parent) {
   message_.setAccessibleName(title());
   setFocusProxy(&message_);
   message_.measured = [this] { place(); };
+  message_.styleChanged = [this] { fill(); };
 }
 
 void ErrorView::setMessage(const std::string& message) {
-  text_ = QString::fromStdString(message);
+  text_ = message;
   fill();
 }
 
 void ErrorView::fill() {
-  auto blocks = blocks::plain(text_.toStdString(), palette());
+  auto blocks = blocks::plain(text_, palette());
   for (auto& block : blocks) {
     block.alignment = Qt::AlignHCenter;
     block.colour = look::secondary(palette());
@@ -48,7 +49,7 @@ void ErrorView::fill() {
 }
 
 void ErrorView::place() {
-  const int width = std::min(widestMessage, this->width() - 2 * look::panelPadding);
+  const int width = std::min(widestMessage, this->width() - 2 * look::windowPadding);
   const int room = std::max(0, height() - head);
   const int messageHeight = std::min(room, int(std::ceil(message_.heightForText())));
   top_ = std::max(0, (height() - head - messageHeight) / 2);
@@ -59,20 +60,12 @@ void ErrorView::place() {
   }
 }
 
-void ErrorView::changeEvent(QEvent* event) {
-  QWidget::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange) {
-    fill();
-  }
-}
-
 void ErrorView::resizeEvent(QResizeEvent*) { place(); }
 
 void ErrorView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.drawPixmap(
-      (width() - symbolSide) / 2, top_,
-      symbols::pixmap("exclamationmark.triangle", symbolSide, devicePixelRatioF(), look::secondary(palette())));
+  symbols::draw(painter, QPointF((width() - symbolSide) / 2, top_), symbolSide, "exclamationmark.triangle",
+                look::secondary(palette()));
   painter.setFont(look::font(15, QFont::Medium));
   painter.setPen(palette().color(QPalette::WindowText));
   painter.drawText(QRect(0, top_ + symbolSide + gap, width(), titleHeight), Qt::AlignCenter, title());

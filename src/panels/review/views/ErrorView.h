@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QWidget>
+#include <string>
 
 #include "widgets/TextColumn.h"
 
@@ -15,7 +16,6 @@ class ErrorView : public QWidget {
   TextColumn& message() { return message_; }
 
  protected:
-  void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
 
@@ -23,7 +23,7 @@ class ErrorView : public QWidget {
   void fill();
   void place();
 
-  QString text_;
+  std::string text_;
   TextColumn message_{this};
   int top_ = 0;  ///< of the sign
 };

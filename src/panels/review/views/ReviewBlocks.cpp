@@ -2,15 +2,14 @@
 
 #include "base/Localization.h"
 #include "widgets/Look.h"
+#include "widgets/QtText.h"
 #include "widgets/TextBlocks.h"
 
 namespace quillmark::blocks {
 namespace {
 
-QString toQString(std::string_view text) { return QString::fromUtf8(text.data(), qsizetype(text.size())); }
-
 void addRun(TextBlock& block, const MarkdownRun& run, const QPalette& palette) {
-  const QString text = toQString(run.text);
+  const QString text = qt(run.text);
   QTextCharFormat format;
   switch (run.style) {
     case MarkdownStyle::plain:
@@ -58,7 +57,7 @@ TextBlock markdownLine(const MarkdownLine& line, const QPalette& palette) {
       break;
     case bullet:
     case numbered:
-      block.marker = toQString(line.marker);
+      block.marker = qt(line.marker);
       block.markerFont = block.font;
       block.markerColour = block.colour;
       block.markerAt = 8;
@@ -81,6 +80,7 @@ TextBlock markdownLine(const MarkdownLine& line, const QPalette& palette) {
       block.below = 1;
       break;
     case paragraph:
+      block.above = block.below = 1;
       break;
   }
   for (const auto& run : line.runs) {
@@ -106,7 +106,7 @@ std::vector<TextBlock> rows(const std::vector<LineDiff>& rows, const QPalette& p
   std::vector<TextBlock> result;
   const auto add = [&](const std::string& line, const QString& number) -> TextBlock& {
     TextBlock block = textBlock(palette);
-    block.text = toQString(line);
+    block.text = qt(line);
     block.marker = number;
     block.markerFont = look::font(12);
     block.markerColour = look::secondary(palette);
@@ -124,8 +124,8 @@ std::vector<TextBlock> rows(const std::vector<LineDiff>& rows, const QPalette& p
     block.ground = look::withOpacity(colour, 0.05);
     block.groundAt = numberColumn;
   };
-  const QString deleted = toQString(quillmark::tr("Deleted: {}", "")).trimmed();
-  const QString added = toQString(quillmark::tr("Added: {}", "")).trimmed();
+  const QString deleted = qt(quillmark::tr("Deleted: {}", "")).trimmed();
+  const QString added = qt(quillmark::tr("Added: {}", "")).trimmed();
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const LineDiff& row = rows[i];
     const QString number = QString::number(i + 1);

@@ -10,6 +10,8 @@
 /// What a TextColumn draws of a result.
 namespace quillmark::blocks {
 
+constexpr double margin = 10;  ///< on both sides of what the panel shows
+
 /// Lines of Markdown from this one on.
 std::vector<TextBlock> markdown(const std::vector<MarkdownLine>& lines, std::size_t first, const QPalette& palette);
 

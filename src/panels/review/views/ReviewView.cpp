@@ -11,6 +11,7 @@
 #include "base/Localization.h"
 #include "base/Trace.h"
 #include "widgets/Look.h"
+#include "widgets/QtText.h"
 
 namespace quillmark {
 
@@ -24,10 +25,6 @@ constexpr int topPadding = 12;
 constexpr int pickerGap = 8;
 constexpr int textGap = 6;  ///< below the text
 constexpr int barHeight = 50;
-constexpr int textInset = 20;  ///< how much narrower than the panel the text may be
-constexpr int textAllowance = 10;
-
-QString qt(const std::string& string) { return QString::fromStdString(string); }
 
 /// For the trace.
 struct ShownMark {
@@ -59,30 +56,11 @@ ReviewView::ReviewView(ReviewPanelVM& session, ReviewViewState& state, Pasteboar
       state_(state),
       picker_(modeTitles()),
       pages_(&content_),
-      result_(session),
-      lines_(state.lines),
-      words_(state.words),
-      provider_(qt(quillmark::tr("Provider")),
-                [this] {
-                  std::vector<DropDown::Item> items;
-                  for (const auto& item : session_.providerItems()) {
-                    items.push_back({qt(item.title), session_.selectedProvider.get() == item.id,
-                                     [this, id = item.id] { session_.changeProvider(id); }});
-                  }
-                  return items;
-                }),
-      model_(
-          qt(quillmark::tr("Model")),
-          [this] {
-            std::vector<DropDown::Item> items;
-            for (const auto& item : session_.modelItems()) {
-              items.push_back({qt(item.title), item.identifier && session_.selectedModel.get() == item.identifier, {}});
-              if (item.identifier) {
-                items.back().choose = [this, identifier = item.identifier] { session_.selectedModel.set(identifier); };
-              }
-            }
-            return items;
-          }),
+      result_(session.text(), session.isStreaming()),
+      lines_(state.lines()),
+      words_(state.words()),
+      provider_(qt(quillmark::tr("Provider")), [this] { return providerItems(); }),
+      model_(qt(quillmark::tr("Model")), [this] { return modelItems(); }),
       reloading_(nullptr, look::targetHeight / 2) {
   setWindowTitle(qt(quillmark::tr("Review")));
   picker_.setAccessibleName(qt(quillmark::tr("View")));
@@ -125,33 +103,55 @@ ReviewView::ReviewView(ReviewPanelVM& session, ReviewViewState& state, Pasteboar
     before = control;
   }
 
-  changes_[0] = state_.contentChanged.connect([this] { showContent(); });
-  changes_[1] = state_.sizeChanged.connect([this] { fit(); });
-  changes_[2] = session_.menusChanged.connect([this] { showMenus(); });
-  changes_[3] = session_.loading.observe([this](bool) { showState(); });
-  changes_[4] = session_.hasError.observe([this](bool) { showState(); });
-  changes_[5] = session_.errorMessage.observe([this](const std::string& message) { error_.setMessage(message); });
-  changes_[6] = session_.isReviewOpen.observe([this](bool open) {
+  connections_ += state_.contentChanged.connect([this] { showContent(); });
+  connections_ += state_.sizeChanged.connect([this] { fit(); });
+  connections_ += session_.menusChanged.connect([this] { showMenus(); });
+  connections_ += session_.loading().observe([this](bool) { showState(); });
+  connections_ += session_.hasError().observe([this](bool) { showState(); });
+  // The first piece of an answer can be copied.
+  connections_ += session_.text().changed.connect(
+      [this](std::size_t) { copy_.setEnabled(session_.canApply(ActionBehavior::copyToClipboard)); });
+  connections_ += session_.errorMessage().bind([this](const std::string& message) { error_.setMessage(message); });
+  connections_ += session_.isReviewOpen().observe([this](bool open) {
     if (open) {
       pages_.currentWidget()->setFocus();
     }
   });
-  error_.setMessage(session_.errorMessage.get());
   session_.updateAvailableModels();
   showMenus();
   showState();
   showContent();
 }
 
+std::vector<DropDown::Item> ReviewView::providerItems() {
+  std::vector<DropDown::Item> items;
+  for (const auto& item : session_.providerItems()) {
+    items.push_back({qt(item.title), session_.selectedProvider().get() == item.id,
+                     [this, id = item.id] { session_.changeProvider(id); }});
+  }
+  return items;
+}
+
+std::vector<DropDown::Item> ReviewView::modelItems() {
+  std::vector<DropDown::Item> items;
+  for (const auto& item : session_.modelItems()) {
+    items.push_back({qt(item.title), item.identifier && session_.selectedModel().get() == item.identifier, {}});
+    if (item.identifier) {
+      items.back().choose = [this, identifier = *item.identifier] { session_.changeModel(identifier); };
+    }
+  }
+  return items;
+}
+
 void ReviewView::makeBar(QWidget& bar) {
   bar.setFixedHeight(barHeight);
   auto* const row = new QHBoxLayout(&bar);
-  // The titles of the menus stand under the text.
-  constexpr int side = look::panelPadding - PanelButton::ringRoom - 4;
+  // So that the titles of the menus begin where the text does.
+  constexpr int side = look::windowPadding - Button::ringRoom - 4;
   row->setContentsMargins(side, 0, side, 0);
   row->setSpacing(0);
-  provider_.setMaximumWidth(widestProvider + 2 * PanelButton::ringRoom);
-  model_.setMaximumWidth(widestModel + 2 * PanelButton::ringRoom);
+  provider_.setMaximumWidth(widestProvider + 2 * Button::ringRoom);
+  model_.setMaximumWidth(widestModel + 2 * Button::ringRoom);
   for (DropDown* menu : {&provider_, &model_}) {
     menu->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     menu->setTint(QPalette::PlaceholderText);
@@ -212,25 +212,25 @@ void ReviewView::showContent() {
 void ReviewView::showMenus() {
   provider_.setLabel(qt(session_.providerLabel()));
   model_.setLabel(qt(session_.modelLabel()));
-  model_.setEnabled(!session_.availableModels.get().empty());
+  model_.setEnabled(!session_.availableModels()->empty());
 }
 
 void ReviewView::showState() {
-  const bool failed = session_.hasError.get();
-  const bool loading = session_.loading.get();
+  const bool failed = session_.hasError().get();
+  const bool loading = session_.loading().get();
   reload_.describe({}, loading ? "" : "arrow.2.squarepath", qt(quillmark::tr("Run again ({})", "Ctrl+R")));
   reloading_.setVisible(loading);
   apply_.describe(qt(quillmark::tr("Apply")), "checkmark",
                   qt(failed ? quillmark::tr("Cannot apply due to error") : quillmark::tr("Apply changes (return)")));
-  apply_.setEnabled(session_.canApply());
+  apply_.setEnabled(session_.canApply(ActionBehavior::replaceSelection));
   copy_.describe(
       {}, "document.on.document",
       qt(failed ? quillmark::tr("Cannot copy due to error") : quillmark::tr("Copy to clipboard ({})", "Ctrl+C")));
-  copy_.setEnabled(session_.canApply());
+  copy_.setEnabled(session_.canApply(ActionBehavior::copyToClipboard));
 }
 
 void ReviewView::measure() {
-  if (!session_.isReviewOpen.get()) {
+  if (!session_.isReviewOpen().get()) {
     return;  // the next session begins with its own size
   }
   const QSizeF size = result_.textSize();
@@ -238,21 +238,10 @@ void ReviewView::measure() {
 }
 
 void ReviewView::fit() {
+  const int aboveText = state_.offersComparison() ? picker_.sizeHint().height() + pickerGap : 0;
   const Size least = state_.minimumSize();
-  const bool showsText = state_.content() == ReviewContent::text || state_.content() == ReviewContent::styled;
-  // What the text asks for comes on top of what stands above and below it.
-  const double around =
-      topPadding + textGap + barHeight + (state_.offersComparison() ? picker_.sizeHint().height() + pickerGap : 0);
-  double height = least.height;
-  if (showsText && least != ReviewViewState::fixedSize) {
-    height = std::max(height, least.height - textAllowance + around);
-  }
-  if (const auto most = state_.maxHeight()) {
-    height = std::min(height, *most);
-  }
+  const Size wanted = state_.panelSize(topPadding + aboveText + textGap + barHeight);
   auto& panel = session_.panel();
-  const Size present = panel.contentSize();
-  const Size wanted{std::max(present.width, least.width), std::max(present.height, height)};
   setMinimumSize(std::min(int(least.width), int(wanted.width)), std::min(int(least.height), int(wanted.height)));
   if (QWidget* const frame = window(); frame != this && frame->layout()) {
     // What the user can make of it by hand. The frame's margins are its shadow.
@@ -262,7 +251,7 @@ void ReviewView::fit() {
       frame->setMaximumHeight(QSize(0, std::max(int(*most), minimumHeight())).grownBy(shadow).height());
     }
   }
-  if (wanted != present) {
+  if (wanted != panel.contentSize()) {
     panel.setContentSize(wanted);
   }
 }

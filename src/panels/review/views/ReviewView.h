@@ -2,15 +2,16 @@
 
 #include <QStackedLayout>
 #include <QWidget>
-#include <array>
 
 #include "panels/review/ReviewPanelVM.h"
 #include "panels/review/ReviewViewState.h"
 #include "panels/review/views/DiffViews.h"
 #include "panels/review/views/ErrorView.h"
+#include "panels/review/views/LoadingText.h"
 #include "panels/review/views/TypewriterText.h"
 #include "panels/views/LoadingView.h"
 #include "platform/Pasteboard.h"
+#include "widgets/Button.h"
 #include "widgets/DropDown.h"
 #include "widgets/SegmentedControl.h"
 
@@ -22,7 +23,7 @@ class ReviewView : public QWidget {
  public:
   ReviewView(ReviewPanelVM& session, ReviewViewState& state, Pasteboard& pasteboard, QWidget* parent = nullptr);
 
-  PanelButton& applyButton() { return apply_; }
+  Button& applyButton() { return apply_; }
   DropDown& modelMenu() { return model_; }
   TypewriterText& result() { return result_; }
 
@@ -37,6 +38,8 @@ class ReviewView : public QWidget {
   void showContent();
   void showMenus();
   void showState();
+  std::vector<DropDown::Item> providerItems();
+  std::vector<DropDown::Item> modelItems();
   /// Lets the panel be as large as its content asks.
   void fit();
   void measure();
@@ -56,12 +59,12 @@ class ReviewView : public QWidget {
   QWidget bar_;
   DropDown provider_;
   DropDown model_;
-  PanelButton reload_;
+  Button reload_;
   LoadingView reloading_;
-  PanelButton discard_;
-  PanelButton apply_{PanelButton::Look::filled};
-  PanelButton copy_;
-  std::array<Connection, 8> changes_;
+  Button discard_;
+  Button apply_{Button::Look::filled};
+  Button copy_;
+  Connections connections_;
 };
 
 }  // namespace quillmark

@@ -2,23 +2,19 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QPainter>
-#include <QStyle>
 #include <algorithm>
 
 #include "base/Localization.h"
 #include "base/Text.h"
 #include "base/Trace.h"
 #include "panels/review/views/ReviewBlocks.h"
-#include "widgets/Accessibility.h"
-#include "widgets/Look.h"
+#include "widgets/QtText.h"
 #include "widgets/TextBlocks.h"
 
 namespace quillmark {
 
 namespace {
 
-constexpr double margin = 10;
 constexpr std::size_t mostAtOnce = 16'384;  ///< bytes for which one frame has time
 
 const auto drawEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
@@ -38,42 +34,16 @@ std::string_view nextPart(std::string_view added) {
 
 }  // namespace
 
-LoadingText::LoadingText(QWidget* parent)
-    : QWidget(parent), pulse_(1, 0.6, 1200, [this](double opacity) {
-        opacity_ = opacity;
-        update();
-      }) {
-  setFont(look::font(14));
-  setRole(*this, QAccessible::StaticText);
-  setAccessibleName(QString::fromStdString(quillmark::tr("Loading...")));
-}
-
-QSize LoadingText::sizeHint() const { return {int(2 * margin) + 100, fontMetrics().height() + int(margin)}; }
-
-void LoadingText::showEvent(QShowEvent* event) {
-  QWidget::showEvent(event);
-  pulse_.start(*this);
-}
-
-void LoadingText::hideEvent(QHideEvent* event) {
-  pulse_.stop();
-  QWidget::hideEvent(event);
-}
-
-void LoadingText::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
-  painter.setOpacity(opacity_);
-  painter.setPen(look::secondary(palette()));
-  painter.drawText(QRectF(rect()).adjusted(margin, 0, -margin, 0), look::leading(layoutDirection(), Qt::AlignTop),
-                   accessibleName());
-}
-
-TypewriterText::TypewriterText(ReviewPanelVM& session, QWidget* parent)
-    : TextColumn(parent), session_(session), pulse_(1, 0.8, 1000, [this](double opacity) { setOpacity(opacity); }) {
-  setTextMargins({margin, 0, margin, 0});
-  setAccessibleName(QString::fromStdString(quillmark::tr("Result")));
-  textChanges_ = session_.text.changed.connect([this](std::size_t kept) { textChanged(kept); });
-  streamingChanges_ = session_.isStreaming.observe([this](bool streaming) {
+TypewriterText::TypewriterText(const ResultText& text, const Observable<bool>& isStreaming, QWidget* parent)
+    : TextColumn(parent),
+      text_(text),
+      isStreaming_(isStreaming),
+      pulse_(1, 0.8, 1000, [this](double opacity) { setOpacity(opacity); }) {
+  setTextMargins({blocks::margin, 0, blocks::margin, 0});
+  setAccessibleName(qt(quillmark::tr("Result")));
+  styleChanged = [this] { drawAll(); };
+  connections_ += text_.changed.connect([this](std::size_t kept) { textChanged(kept); });
+  connections_ += isStreaming_.observe([this](bool streaming) {
     if (!streaming) {
       pulse_.stop();
     } else if (!pulse_.running()) {
@@ -94,7 +64,7 @@ void TypewriterText::textChanged(std::size_t kept) {
   if (kept < drawn_) {
     drawn_ = 0;
   }
-  if (session_.text.empty()) {
+  if (text_.empty()) {
     drawAll();  // at once: the panel opens before the next round of events, and should not measure the text before
   } else {
     postDraw();
@@ -110,13 +80,13 @@ void TypewriterText::postDraw() {
 
 void TypewriterText::drawAll() {
   drawn_ = 0;
-  draw(session_.text.get());
+  draw(text_.get());
 }
 
 void TypewriterText::drawNext() {
   drawPosted_ = false;
-  draw(nextPart(std::string_view(session_.text.get()).substr(drawn_)));
-  if (drawn_ < session_.text.get().size()) {
+  draw(nextPart(std::string_view(text_.get()).substr(drawn_)));
+  if (drawn_ < text_.get().size()) {
     postDraw();
   }
 }
@@ -124,7 +94,7 @@ void TypewriterText::drawNext() {
 void TypewriterText::draw(std::string_view added) {
   const bool grows = drawn_ > 0;
   drawn_ += added.size();
-  const std::string_view whole = std::string_view(session_.text.get()).substr(0, drawn_);
+  const std::string_view whole = std::string_view(text_.get()).substr(0, drawn_);
   std::size_t first = 0;
   const bool wasMarkdown = asMarkdown_;
   asMarkdown_ = false;
@@ -136,7 +106,7 @@ void TypewriterText::draw(std::string_view added) {
     first = grows ? markdown_.append(added) : markdown_.setText(whole);
     asMarkdown_ = signs_.found();
   }
-  const bool follow = grows || session_.isStreaming.get();
+  const bool follow = grows || isStreaming_.get();
   if (asMarkdown_) {
     first = grows && wasMarkdown ? first : 0;
     replaceFrom(first, blocks::markdown(markdown_.lines(), first, palette()), follow);
@@ -154,9 +124,6 @@ bool TypewriterText::event(QEvent* event) {
   if (event->type() == drawEvent) {
     drawNext();
     return true;
-  }
-  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange) {
-    drawAll();
   }
   return TextColumn::event(event);
 }

@@ -1,37 +1,21 @@
 #pragma once
 
-#include <QWidget>
 #include <string_view>
 
+#include "base/Signal.h"
 #include "panels/review/MarkdownSigns.h"
 #include "panels/review/MarkdownText.h"
-#include "panels/review/ReviewPanelVM.h"
+#include "panels/review/ResultText.h"
 #include "widgets/Pulse.h"
 #include "widgets/TextColumn.h"
 
 namespace quillmark {
 
-/// "Loading...", for as long as there is nothing else to show.
-class LoadingText : public QWidget {
- public:
-  explicit LoadingText(QWidget* parent = nullptr);
-  QSize sizeHint() const override;
-
- protected:
-  void paintEvent(QPaintEvent* event) override;
-  void showEvent(QShowEvent* event) override;
-  void hideEvent(QHideEvent* event) override;
-
- private:
-  double opacity_ = 1;
-  Pulse pulse_;
-};
-
-/// The result of a session while it grows and after: as it is, or with its Markdown drawn if it shows any sign of it. A
-/// chunk costs what it brings, whatever there is already.
+/// A result while it grows and after: as it is, or with its Markdown drawn if it shows any sign of it. A chunk costs
+/// what it brings, whatever there is already.
 class TypewriterText : public TextColumn {
  public:
-  explicit TypewriterText(ReviewPanelVM& session, QWidget* parent = nullptr);
+  TypewriterText(const ResultText& text, const Observable<bool>& isStreaming, QWidget* parent = nullptr);
 
   void setStyled(bool styled);
 
@@ -47,7 +31,8 @@ class TypewriterText : public TextColumn {
   /// What is drawn goes on with this part of the text.
   void draw(std::string_view added);
 
-  ReviewPanelVM& session_;
+  const ResultText& text_;
+  const Observable<bool>& isStreaming_;
   bool styled_ = false;
   bool drawPosted_ = false;
   std::size_t drawn_ = 0;     ///< so many bytes of the text are drawn as they are now
@@ -56,8 +41,7 @@ class TypewriterText : public TextColumn {
   MarkdownSigns signs_;
   MarkdownText markdown_;
   Pulse pulse_;
-  Connection textChanges_;
-  Connection streamingChanges_;
+  Connections connections_;
 };
 
 }  // namespace quillmark

@@ -67,9 +67,9 @@ TEST(PromptListSearch, followsTheFieldWhenItHasComeToRest) {
   SimulatedQueue queue;
   PromptListSearchViewModel search(queue);
   std::vector<std::string> searches;
-  const auto connection = search.debouncedSearchText.observe([&](const auto& text) { searches.push_back(text); });
+  const auto connection = search.debouncedSearchText().observe([&](const auto& text) { searches.push_back(text); });
   const auto type = [&](const char* text, Duration then) {
-    search.searchText.set(text);
+    search.setSearchText(text);
     queue.advance(then);
   };
   type("a", 299ms);

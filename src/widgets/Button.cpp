@@ -1,4 +1,4 @@
-#include "widgets/PanelButton.h"
+#include "widgets/Button.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -19,18 +19,18 @@ constexpr int gap = 6;
 
 }  // namespace
 
-PanelButton::PanelButton(Look look, QWidget* parent) : QPushButton(parent), look_(look) {
+Button::Button(Look look, QWidget* parent) : QPushButton(parent), look_(look) {
   setAutoDefault(false);
   setFont(look::font(13, look == Look::filled ? QFont::Medium : QFont::Normal));
   setAttribute(Qt::WA_Hover);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-QAccessibleInterface* PanelButton::makeAccessible() {
+QAccessibleInterface* Button::makeAccessible() {
   return new ButtonInterface(*this, isSegment() ? QAccessible::RadioButton : QAccessible::Button);
 }
 
-void PanelButton::describe(const QString& title, const std::string& symbol, const QString& help) {
+void Button::describe(const QString& title, const std::string& symbol, const QString& help) {
   setText(title);
   symbol_ = symbol;
   setToolTip(help);
@@ -40,22 +40,22 @@ void PanelButton::describe(const QString& title, const std::string& symbol, cons
   update();
 }
 
-void PanelButton::setLook(Look look) {
+void Button::setLook(Look look) {
   look_ = look;
   update();
 }
 
-void PanelButton::setTrailingSymbol(const std::string& symbol) {
+void Button::setTrailingSymbol(const std::string& symbol) {
   trailing_ = symbol;
   updateGeometry();
 }
 
-void PanelButton::setTint(QPalette::ColorRole role) {
+void Button::setTint(QPalette::ColorRole role) {
   tint_ = role;
   update();
 }
 
-QSize PanelButton::sizeHint() const {
+QSize Button::sizeHint() const {
   int width = text().isEmpty() ? 6 : padding;
   width *= 2;
   if (!symbol_.empty() || text().isEmpty()) {
@@ -71,38 +71,35 @@ QSize PanelButton::sizeHint() const {
   return {width + room, std::max(look::targetHeight, fontMetrics().height() + padding) + room};
 }
 
-QSize PanelButton::minimumSizeHint() const { return {look::targetHeight, sizeHint().height()}; }
+QSize Button::minimumSizeHint() const { return {look::targetHeight, sizeHint().height()}; }
 
-QRect PanelButton::body() const {
-  return isSegment() ? rect() : rect().adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom);
-}
+QRect Button::body() const { return isSegment() ? rect() : rect().adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom); }
 
-void PanelButton::keyPressEvent(QKeyEvent* event) {
+void Button::keyPressEvent(QKeyEvent* event) {
   switch (event->key()) {
     case Qt::Key_Left:
     case Qt::Key_Right:
     case Qt::Key_Up:
     case Qt::Key_Down:
-      event->ignore();  // where they lead is the panel's affair
+      event->ignore();  // where they lead is for its window to say
       break;
     default:
       QPushButton::keyPressEvent(event);
   }
 }
 
-void PanelButton::enterEvent(QEnterEvent* event) {
+void Button::enterEvent(QEnterEvent* event) {
   QPushButton::enterEvent(event);
   update();
 }
 
-void PanelButton::leaveEvent(QEvent* event) {
+void Button::leaveEvent(QEvent* event) {
   QPushButton::leaveEvent(event);
   update();
 }
 
-void PanelButton::paintEvent(QPaintEvent*) {
+void Button::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.setRenderHint(QPainter::Antialiasing);
   const bool hovered = isEnabled() && underMouse();
   QColor ground;
   QColor ink = palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, tint_);
@@ -127,9 +124,13 @@ void PanelButton::paintEvent(QPaintEvent*) {
   }
   const QRect box = body();
   if (ground.isValid()) {
-    painter.setPen(look_ == Look::raised ? QPen(look::hairline(palette()), 1 / devicePixelRatioF()) : QPen(Qt::NoPen));
-    painter.setBrush(ground);
-    painter.drawRoundedRect(QRectF(box).adjusted(0.5, 0.5, -0.5, -0.5), look::chipRadius, look::chipRadius);
+    const QRectF chip = QRectF(box).adjusted(0.5, 0.5, -0.5, -0.5);
+    look::fillRounded(painter, chip, look::chipRadius, ground);
+    if (look_ == Look::raised) {
+      painter.setPen(QPen(look::hairline(palette()), 1 / devicePixelRatioF()));
+      painter.setBrush(Qt::NoBrush);
+      painter.drawRoundedRect(chip, look::chipRadius, look::chipRadius);
+    }
   }
   if (hasFocus()) {
     const int inset = isSegment() ? ringRoom : 0;
@@ -137,10 +138,9 @@ void PanelButton::paintEvent(QPaintEvent*) {
                         palette());
   }
 
-  const double scale = devicePixelRatioF();
   const auto drawSymbol = [&](const std::string& name, int x, int side) {
     const QRect place = QStyle::visualRect(layoutDirection(), rect(), QRect(x, (height() - side) / 2, side, side));
-    painter.drawPixmap(place, symbols::pixmap(name, side, scale, ink));
+    symbols::draw(painter, place.topLeft(), side, name, ink);
   };
   const int trailing = trailing_.empty() ? 0 : trailingSide + gap;
   if (text().isEmpty() && symbol_.empty()) {
@@ -154,7 +154,7 @@ void PanelButton::paintEvent(QPaintEvent*) {
   const int room = box.width() - 2 * padding - lead - trailing;
   const QString title = fontMetrics().elidedText(text(), Qt::ElideRight, room);
   const int titleWidth = fontMetrics().horizontalAdvance(title) + 1;
-  // The title stands in the middle; behind a menu's title the rest is the chevron's.
+  // The title is in the middle, unless a symbol follows it.
   int x = trailing_.empty() ? (width() - lead - titleWidth) / 2 : box.left() + padding;
   if (!symbol_.empty()) {
     drawSymbol(symbol_, x, symbolSide);

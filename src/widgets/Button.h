@@ -7,12 +7,12 @@
 
 namespace quillmark {
 
-/// A flat button with a symbol, a title or both. Space presses it; Return is left to the panel.
-class PanelButton : public QPushButton, public AccessibleView {
+/// A flat button with a symbol, a title or both. Space presses it; Return is left to its window.
+class Button : public QPushButton, public AccessibleView {
  public:
   enum class Look {
     plain,    ///< a ground only under the pointer
-    filled,   ///< the one that a panel is about, in the accent colour
+    filled,   ///< the one that its window is about, in the accent colour
     segment,  ///< one of several in a row
     raised,   ///< the chosen one of them
   };
@@ -20,12 +20,12 @@ class PanelButton : public QPushButton, public AccessibleView {
   /// Room that a button keeps around its body for the ring that shows the keyboard; segments have theirs inside.
   static constexpr int ringRoom = 4;
 
-  explicit PanelButton(Look look = Look::plain, QWidget* parent = nullptr);
+  explicit Button(Look look = Look::plain, QWidget* parent = nullptr);
 
   /// `help` is the tooltip; a button without a title is known by it.
   void describe(const QString& title, const std::string& symbol, const QString& help);
   void setLook(Look look);
-  /// Drawn behind the title.
+  /// Drawn after the title.
   void setTrailingSymbol(const std::string& symbol);
   /// The colour of symbol and title where the button is neither filled nor disabled.
   void setTint(QPalette::ColorRole role);

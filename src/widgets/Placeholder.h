@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QWidget>
+#include <string>
+
+namespace quillmark {
+
+/// Says in the middle of an empty place what is missing there, under a symbol if it has one.
+class Placeholder : public QWidget {
+ public:
+  explicit Placeholder(const QString& text, std::string symbol = {}, QWidget* parent = nullptr);
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  std::string symbol_;
+};
+
+}  // namespace quillmark
