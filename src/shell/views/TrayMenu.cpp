@@ -7,8 +7,8 @@
 namespace quillmark {
 
 QIcon programIcon() {
-  // Panels show it as it is, on a ground of which we know nothing: this blue has a contrast of more than 4:1 to white as
-  // well as to black.
+  // Panels show it as it is, on a ground of which we know nothing: this blue has a contrast of more than 4:1 to white
+  // as well as to black.
   constexpr QRgb colour = 0xFF387AE5;
   return symbols::icon("pencil.line", QColor(colour));
 }
