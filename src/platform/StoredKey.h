@@ -20,7 +20,7 @@ enum class Disclosure { value, size, presence };
 
 /// Written in place of a fallback: the key has no value until one is stored.
 struct NoFallback {};
-inline constexpr NoFallback none;
+inline constexpr NoFallback noFallback;
 
 namespace detail {
 

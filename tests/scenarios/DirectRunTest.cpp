@@ -61,8 +61,8 @@ TEST_F(DirectRun, appliesEachBehaviourExactly) {
   for (const bool byDefault : {false, true}) {
     for (const auto& [behavior, editorText, pasteboardText] : cases) {
       const auto editor = editorWith(" sel \n");
-      app->activeApplicationTracker().clearCommandTrigger();  // a copy leaves the mark of its run
-      app->actionService().defaultBehavior.set(byDefault ? behavior : ActionBehavior::showReview);
+      services().activeApplicationTracker.clearCommandTrigger();  // a copy leaves the mark of its run
+      services().actionService.defaultBehavior.set(byDefault ? behavior : ActionBehavior::showReview);
       run(ActionCase::improveWriting, byDefault ? std::nullopt : std::optional(behavior));
       desktop.advance(50ms);
       const auto other = desktop.openEditor("Other", "");
