@@ -4,7 +4,6 @@
 #include "desktop_demo/Runs.h"
 #include "platform/posix/SqliteUserDefaults.h"
 #include "support/AccessibleTree.h"
-#include "support/TestHttpServer.h"
 
 namespace quillmark::demo {
 namespace {
