@@ -1,12 +1,10 @@
 #include <algorithm>
-#include <thread>
 
 #include "base/Json.h"
 #include "desktop_demo/Runs.h"
 #include "platform/posix/SqliteUserDefaults.h"
 #include "providers/ModelStore.h"
 #include "providers/ProviderStore.h"
-#include "support/TestHttpServer.h"
 
 namespace quillmark::demo {
 namespace {
@@ -15,6 +13,8 @@ using namespace std::chrono_literals;
 
 constexpr auto deadline = 10s;
 constexpr int reviews = 30;
+
+using Keys = std::vector<std::string_view>;
 
 /// Steps of a case: each throws with what went wrong.
 class Steps {
@@ -28,19 +28,22 @@ class Steps {
     desk_.trace().startAnew();
   }
 
+  /// Waits until it holds, or throws with the problem.
+  void expect(const std::string& problem, const std::function<bool()>& holds) {
+    if (!waitUntil(holds, deadline)) {
+      fail(problem);
+    }
+  }
   /// Waits for a mark since the last step that looked for one.
   void await(trace::Stage stage) {
     if (!waitUntil([&] { return desk_.trace().momentOf(stage).has_value(); }, deadline)) {
       fail(std::string("no \"").append(stage.name).append("\"; ") + marksOf(desk_.trace()));
     }
   }
-  /// The panel has the keyboard.
   void awaitKeyboard() {
-    if (!waitUntil([&] { return isPanel(session_.activeWindow()); }, deadline)) {
-      fail("the panel did not get the keyboard");
-    }
+    expect("the panel did not get the keyboard", [&] { return panel() != 0 && session_.activeWindow() == panel(); });
   }
-  void tap(const std::vector<std::string_view>& keys, std::optional<trace::Stage> stage = std::nullopt) {
+  void tap(const Keys& keys, std::optional<trace::Stage> stage = std::nullopt) {
     desk_.trace().startAnew();
     session_.tap(keys);
     if (stage) {
@@ -66,24 +69,17 @@ class Steps {
     }
   }
   void expectEditorInFront() {
-    if (!waitUntil([&] { return session_.activeWindow() == editorWindow_; }, deadline)) {
-      fail("the editor is not in front");
-    }
+    expect("the editor is not in front", [&] { return session_.activeWindow() == editorWindow_; });
   }
   void expectNoPanel() {
-    if (!waitUntil([&] { return panel() == 0; }, deadline)) {
-      fail("a panel is still there");
-    }
+    expect("a panel is still there", [&] { return panel() == 0; });
   }
   void expectClipboard(const std::string& text) {
     const auto file = desk_.home() / "clipboard";
-    const auto holds = [&] {
+    expect("the clipboard does not hold " + shown(text), [&] {
       session_.run({"xclip", "-selection", "clipboard", "-out"}, file);
       return readFile(file) == text;
-    };
-    if (!waitUntil(holds, deadline)) {
-      fail("the clipboard holds " + shown(readFile(file)));
-    }
+    });
   }
   /// Nothing that would change the editor's text happens.
   void expectNothingPasted(std::chrono::milliseconds during = 500ms) {
@@ -104,8 +100,6 @@ class Steps {
   [[noreturn]] void fail(const std::string& reason) { throw std::runtime_error(failed(desk_, reason).reason); }
 
  private:
-  bool isPanel(xcb_window_t window) { return window != 0 && window == panel(); }
-
   LiveDesktop& desk_;
   Editor& editor_;
   XSession& session_;
@@ -135,11 +129,7 @@ Answer answerTo(const ReceivedRequest& request) {
     if (body.value("stream", false)) {
       return Answer::eventStream().chunk(word).chunk(content(request)).end();
     }
-    const Json message = {{"role", "assistant"}, {"content", word + content(request)}};
-    return Answer::json(200, toText({{"model", "m"},
-                                     {"object", "chat.completion"},
-                                     {"created", 1},
-                                     {"choices", Json::array({{{"index", 0}, {"message", message}}})}}));
+    return completion(word + content(request));
   }
   if (request.target.ends_with("/second/chat/completions")) {
     const Json body = parseJson(request.body);
@@ -169,17 +159,9 @@ void addProviders(LiveDesktop& desk, const TestHttpServer& backend) {
   };
   add(ProviderType::openAICompatible, "second");
   add(ProviderType::openAICompatible, "broken");
-  ModelStore(defaults).updateModels(
+  (void)ModelStore(defaults).updateModels(
       {{Uuid::random(), "second-large", ProviderType::openAICompatible, "second-large", true, {}},
        {Uuid::random(), "second-small", ProviderType::openAICompatible, "second-small", true, {}}});
-}
-
-Outcome guarded(const std::function<std::string()>& run) {
-  try {
-    return {true, run()};
-  } catch (const std::exception& error) {
-    return {false, error.what()};
-  }
 }
 
 }  // namespace
@@ -190,22 +172,16 @@ Outcome reviewRuns(const Programs& programs, const std::string& editorKind) {
   Editor editor(desk, editorKind);
   Steps steps(desk, editor);
   for (int number = 0; number < reviews; ++number) {
-    const auto outcome = guarded([&] {
-      const auto sample = sampleText(number);
-      steps.review(sample.typed);
-      for (const auto stage :
-           {trace::reviewShowsStyled, trace::reviewShowsLines, trace::reviewShowsWords, trace::reviewShowsText}) {
-        steps.tap({"Tab"}, stage);
-      }
-      steps.tap({"Return"}, trace::pasteKeyPosted);
-      steps.expectSaved(sample.corrected);
-      steps.expectEditorInFront();
-      steps.expectNoPanel();
-      return "";
-    });
-    if (!outcome.passed) {
-      return {false, "review " + std::to_string(number + 1) + ": " + outcome.reason};
+    const auto sample = sampleText(number);
+    steps.review(sample.typed);
+    for (const auto mark :
+         {trace::reviewShowsStyled, trace::reviewShowsLines, trace::reviewShowsWords, trace::reviewShowsText}) {
+      steps.tap({"Tab"}, mark);
     }
+    steps.tap({"Return"}, trace::pasteKeyPosted);
+    steps.expectSaved(sample.corrected);
+    steps.expectEditorInFront();
+    steps.expectNoPanel();
   }
   return {true, std::to_string(reviews) + " reviews"};
 }
@@ -220,65 +196,60 @@ Outcome reviewEndings(const Programs& programs, const std::string& editorKind) {
   desk.startQuillmark();
   Editor editor(desk, editorKind);
   Steps steps(desk, editor);
-  return guarded([&] {
-    steps.review("to copy");
-    steps.tap({"Control_L", "c"}, trace::pasteboardWritten);
-    steps.expectEditorInFront();
-    steps.expectClipboard("Corrected to copy");
-    steps.expectNothingPasted();
-    steps.expectNoPanel();
+  steps.review("to copy");
+  steps.tap({"Control_L", "c"}, trace::pasteboardWritten);
+  steps.expectEditorInFront();
+  steps.expectClipboard("Corrected to copy");
+  steps.expectNothingPasted();
+  steps.expectNoPanel();
 
-    steps.review("to discard");
-    steps.tap({"Escape"});
-    steps.expectNoPanel();
-    steps.expectNothingPasted();
-    steps.expectEditorInFront();
-    if (editor.fileContents() != "to discard") {
-      steps.fail("a discarded review has changed the text");
-    }
+  steps.review("to discard");
+  steps.tap({"Escape"});
+  steps.expectNoPanel();
+  steps.expectNothingPasted();
+  steps.expectEditorInFront();
+  if (editor.fileContents() != "to discard") {
+    steps.fail("a discarded review has changed the text");
+  }
 
-    // From the text back to the modes, and round the corner to the last control of the bar.
-    steps.review("again");
-    const auto choose = [&](int row) {
-      steps.tap({"space"});
-      for (int i = 0; i < row; ++i) {
-        steps.tap({"Down"});
-      }
-      steps.tap({"Return"});
-    };
-    steps.tap({"Shift_L", "Tab"});
-    steps.tap({"Shift_L", "Tab"});
-    for (int i = 0; i < 5; ++i) {
-      steps.tap({"Left"});
+  // From the text back to the modes, and round the corner to the last control of the bar.
+  steps.review("again");
+  const auto choose = [&](std::size_t row) {
+    steps.tap({"space"});
+    for (std::size_t i = 0; i < row; ++i) {
+      steps.tap({"Down"});
     }
-    choose(1);
-    steps.tap({"Right"});
-    choose(1);
-    steps.tap({"Control_L", "r"}, trace::reviewAnswered);
-    steps.tap({"Return"}, trace::pasteKeyPosted);
-    steps.expectSaved("second-small again");
-    steps.expectEditorInFront();
-
-    steps.review("that fails");
-    steps.tap({"Shift_L", "Tab"});
-    steps.tap({"Shift_L", "Tab"});
-    for (int i = 0; i < 5; ++i) {
-      steps.tap({"Left"});
-    }
-    choose(2);
-    steps.tap({"Control_L", "r"}, trace::reviewFailed);
-    steps.await(trace::reviewShowsError);
     steps.tap({"Return"});
-    steps.expectNothingPasted();
-    steps.tap({"Control_L", "c"});
-    steps.expectNothingPasted();
-    if (steps.panel() == 0) {
-      steps.fail("an error was applied");
+  };
+  const auto chooseProvider = [&](std::size_t row) {
+    for (const auto& keys :
+         {Keys{"Shift_L", "Tab"}, {"Shift_L", "Tab"}, {"Left"}, {"Left"}, {"Left"}, {"Left"}, {"Left"}}) {
+      steps.tap(keys);
     }
-    steps.tap({"Escape"});
-    steps.expectNoPanel();
-    return "copied, discarded, asked a second provider, and met a broken one";
-  });
+    choose(row);
+  };
+  chooseProvider(1);
+  steps.tap({"Right"});
+  choose(1);
+  steps.tap({"Control_L", "r"}, trace::reviewAnswered);
+  steps.tap({"Return"}, trace::pasteKeyPosted);
+  steps.expectSaved("second-small again");
+  steps.expectEditorInFront();
+
+  steps.review("that fails");
+  chooseProvider(2);
+  steps.tap({"Control_L", "r"}, trace::reviewFailed);
+  steps.await(trace::reviewShowsError);
+  steps.tap({"Return"});
+  steps.expectNothingPasted();
+  steps.tap({"Control_L", "c"});
+  steps.expectNothingPasted();
+  if (steps.panel() == 0) {
+    steps.fail("an error was applied");
+  }
+  steps.tap({"Escape"});
+  steps.expectNoPanel();
+  return {true, "copied, discarded, asked a second provider, and met a broken one"};
 }
 
 Outcome commandMenu(const Programs& programs, const std::string& editorKind) {
@@ -288,51 +259,49 @@ Outcome commandMenu(const Programs& programs, const std::string& editorKind) {
   store(desk, {{"KeyboardShortcuts_commandMenu", std::string(R"({"carbonKeyCode":40,"carbonModifiers":6144})")}});
   Editor editor(desk, editorKind);
   Steps steps(desk, editor);
-  return guarded([&] {
-    steps.select("by keys");
-    steps.openMenu();
-    steps.session().type("improve text");
-    steps.tap({"Return"}, trace::pasteKeyPosted);
-    steps.expectSaved("Corrected by keys");
-    steps.expectEditorInFront();
+  steps.select("by keys");
+  steps.openMenu();
+  steps.session().type("improve text");
+  steps.tap({"Return"}, trace::pasteKeyPosted);
+  steps.expectSaved("Corrected by keys");
+  steps.expectEditorInFront();
 
-    steps.select("by mouse");
-    steps.openMenu();
-    const auto menu = steps.session().areaOf(steps.panel());
-    constexpr int secondRow = 45 + 8 + 36 + 18;
-    desk.trace().startAnew();
-    steps.session().click(menu.x + menu.width / 2, menu.y + secondRow);
-    steps.await(trace::pasteKeyPosted);
-    steps.expectSaved("Corrected by mouse");
-    steps.expectEditorInFront();
+  steps.select("by mouse");
+  steps.openMenu();
+  const auto menu = steps.session().areaOf(steps.panel());
+  constexpr int secondRow = 45 + 8 + 36 + 18;
+  desk.trace().startAnew();
+  steps.session().click(menu.x + menu.width / 2, menu.y + secondRow);
+  steps.await(trace::pasteKeyPosted);
+  steps.expectSaved("Corrected by mouse");
+  steps.expectEditorInFront();
 
-    steps.select("a task");
-    steps.openMenu();
-    steps.tap({"Tab"});
-    steps.session().type("make it rhyme");
-    steps.tap({"Return"}, trace::reviewAnswered);
-    steps.awaitKeyboard();
-    steps.tap({"Return"}, trace::pasteKeyPosted);
-    steps.expectSaved("Rhymed a task");
+  steps.select("a task");
+  steps.openMenu();
+  steps.tap({"Tab"});
+  steps.session().type("make it rhyme");
+  steps.tap({"Return"}, trace::reviewAnswered);
+  steps.awaitKeyboard();
+  steps.tap({"Return"}, trace::pasteKeyPosted);
+  steps.expectSaved("Rhymed a task");
 
-    steps.select("left alone");
-    for (const bool byClick : {true, false}) {
-      steps.openMenu();
-      if (byClick) {
-        const auto window = steps.session().areaOf(steps.session().waitForWindow(editor.pid()).id);
-        steps.session().click(window.x + 30, window.y + window.height - 60);
-      } else {
-        steps.tap({"Escape"});
-      }
-      steps.expectNoPanel();
-      steps.expectEditorInFront();
-      steps.expectNothingPasted(200ms);
+  steps.select("left alone");
+  for (const bool byClick : {true, false}) {
+    steps.openMenu();
+    if (byClick) {
+      const auto window = steps.session().areaOf(steps.session().waitForWindow(editor.pid()).id);
+      steps.session().click(window.x + 30, window.y + window.height - 60);
+    } else {
+      steps.tap({"Escape"});
     }
-    if (editor.fileContents() != "left alone") {
-      steps.fail("a closed menu has changed the text");
-    }
-    return "by keys, by mouse, a task, closed by a click and by Escape";
-  });
+    steps.expectNoPanel();
+    steps.expectEditorInFront();
+    steps.expectNothingPasted(200ms);
+  }
+  if (editor.fileContents() != "left alone") {
+    steps.fail("a closed menu has changed the text");
+  }
+  return {true, "by keys, by mouse, a task, closed by a click and by Escape"};
 }
 
 }  // namespace quillmark::demo

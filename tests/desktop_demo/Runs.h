@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "support/LiveDesktop.h"
+#include "support/TestHttpServer.h"
 
 namespace quillmark::demo {
 
@@ -23,11 +24,15 @@ Outcome runOnce(LiveDesktop& desk, Editor& editor, int number, const Trigger& tr
 /// One run with a slow service, pictured before, while the answer is awaited, and after.
 Outcome takePictures(const Programs& programs, const std::string& editorKind, const std::filesystem::path& directory);
 
+/// What the hosted service answers to a chat.
+Answer completion(const std::string& content);
+
 /// A failure, with what the program said if it has ended.
 Outcome failed(LiveDesktop& desk, const std::string& reason);
 /// The names of the marks so far, for a failure.
 std::string marksOf(const Trace& trace);
 
+/// Its run may also fail by an exception.
 struct Case {
   std::string_view name;
   std::string_view about;

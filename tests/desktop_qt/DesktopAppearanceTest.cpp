@@ -53,7 +53,7 @@ QVariant colour(double red, double green, double blue) {
   return QVariant::fromValue(argument);
 }
 
-struct DesktopAppearanceTest : SessionBus {};
+using DesktopAppearanceTest = SessionBus;
 
 TEST_F(DesktopAppearanceTest, asksThePortalAndFollowsItsChanges) {
   Portal portal(connect());

@@ -33,13 +33,20 @@ TEST(Menu, showsTheItemsItIsToldOf) {
   settings.shortcut = "Ctrl+,";
   MenuItem off = action("Fix Grammar & Spelling");
   off.enabled = false;
-  fillMenu(menu, {off, tones, {.kind = Kind::divider}, settings});
+  fillMenu(menu, {off, tones, {.kind = Kind::divider}, settings, {.kind = Kind::submenu, .title = "Translate"}});
 
-  EXPECT_THAT(texts(menu), ElementsAre("Fix Grammar && Spelling", "Change tone", "-", "Settings"));
+  EXPECT_THAT(texts(menu), ElementsAre("Fix Grammar && Spelling", "Change tone", "-", "Settings", "Translate"));
   EXPECT_FALSE(menu.actions()[0]->isEnabled());
   EXPECT_THAT(texts(*menu.actions()[1]->menu()), ElementsAre("Formal", "Calm"));
   EXPECT_EQ(menu.actions()[3]->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_Comma));
   EXPECT_FALSE(menu.actions()[3]->icon().isNull());
+  ASSERT_NE(menu.actions()[4]->menu(), nullptr) << "also without entries";
+  EXPECT_TRUE(menu.actions()[4]->isEnabled());
+
+  QMenu hosted;
+  fillMenu(hosted, {action("To snake_case"), action("A & B & C")}, MenuPainter::host);
+  // The toolkit turns the first ampersand into an underscore on the way to the host.
+  EXPECT_THAT(texts(hosted), ElementsAre("To snake__case", "A && B & C"));
 }
 
 TEST(Menu, anEntryCanHaveHelpAndTheAccentColour) {
@@ -55,20 +62,6 @@ TEST(Menu, anEntryCanHaveHelpAndTheAccentColour) {
   EXPECT_NE(entry->icon().pixmap(20).toImage(), plain);
   EXPECT_EQ(entry->toolTip(), "A newer one");
   EXPECT_TRUE(menu.toolTipsVisible());
-}
-
-TEST(Menu, titlesReachAHostInItsOwnSpelling) {
-  QMenu menu;
-  fillMenu(menu, {action("To snake_case"), action("A & B & C")}, MenuPainter::host);
-  // The toolkit turns the first ampersand into an underscore on the way to the host.
-  EXPECT_THAT(texts(menu), ElementsAre("To snake__case", "A && B & C"));
-}
-
-TEST(Menu, aSubmenuWithoutEntriesStands) {
-  QMenu menu;
-  fillMenu(menu, {{.kind = Kind::submenu, .title = "Translate"}});
-  ASSERT_NE(menu.actions()[0]->menu(), nullptr);
-  EXPECT_TRUE(menu.actions()[0]->isEnabled());
 }
 
 TEST(Menu, anOpenMenuGainsTheProgressRowWithoutLosingItsOtherEntries) {

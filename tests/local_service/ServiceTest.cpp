@@ -5,6 +5,7 @@
 
 #include "commands/CommandTemplate.h"
 #include "local-service/Service.h"
+#include "support/TestHttpServer.h"
 
 namespace quillmark::service {
 namespace {
@@ -161,84 +162,51 @@ TEST(LocalService, stopsWhileARequestWaits) {
   caller.join();
 }
 
-/// A chat completions server with answers of the test's making.
-class ChatServer {
- public:
-  ChatServer() {
-    server_.Post("/v1/chat/completions", [this](const httplib::Request& request, httplib::Response& response) {
-      authorization = request.get_header_value("Authorization");
-      asked = parseJson(request.body);
-      response.status = status;
-      response.set_content(body, type);
-    });
-    server_.Get("/v1/models", [](const auto&, auto& response) {
-      response.set_content(R"({"data":[{"id":"big"}]})", "application/json");
-    });
-    port_ = server_.bind_to_any_port("127.0.0.1");
-    thread_ = std::thread([this] { server_.listen_after_bind(); });
-  }
-  ~ChatServer() {
-    server_.stop();
-    thread_.join();
-  }
-  std::string url() const { return "http://127.0.0.1:" + std::to_string(port_) + "/v1/"; }
-
-  int status = 200;
-  std::string type = "application/json";
-  std::string body;
-  std::string authorization;
-  Json asked;
-
- private:
-  httplib::Server server_;
-  int port_ = 0;
-  std::thread thread_;
-};
-
 struct WithUpstream : testing::Test {
-  ChatServer upstream;
-  RunningService service{{0, 0ms, "1", Upstream::Settings{upstream.url(), "k3y", "big"}}};
+  TestHttpServer upstream;
+  RunningService service{{0, 0ms, "1", Upstream::Settings{upstream.url("/v1/"), "k3y", "big"}}};
 };
 
 TEST_F(WithUpstream, aCompletionPassesThrough) {
-  upstream.body = R"({"choices":[{"index":0,"message":{"role":"assistant","content":"Hallo"}}]})";
+  upstream.answer(Answer::json(200, R"({"choices":[{"index":0,"message":{"role":"assistant","content":"Hallo"}}]})"));
   const auto result = ask(service, completionBody("Translate", "Hello", false));
   ASSERT_TRUE(result);
   EXPECT_EQ(answerIn(result), "Hallo");
   EXPECT_TRUE(parseJson(result->body).at("created").is_number()) << "what readers rely on is filled in";
-  EXPECT_EQ(upstream.authorization, "Bearer k3y");
-  EXPECT_EQ(upstream.asked.at("model"), "big");
-  EXPECT_EQ(upstream.asked.at("messages").at(1).at("content"), "Hello");
+  const auto request = upstream.waitForRequests(1).at(0);
+  EXPECT_EQ(request.target, "/v1/chat/completions");
+  EXPECT_EQ(request.header("Authorization"), "Bearer k3y");
+  EXPECT_EQ(parseJson(request.body).at("model"), "big");
+  EXPECT_EQ(parseJson(request.body).at("messages").at(1).at("content"), "Hello");
 }
 
 TEST_F(WithUpstream, anEventStreamBecomesPlainText) {
-  upstream.type = "text/event-stream";
-  upstream.body =
-      ": hello\r\n\r\n"
-      "data: {\"choices\":[{\"delta\":{\"role\":\"assistant\"}}]}\r\n\r\n"
-      "data: {\"choices\":[{\"delta\":{\"content\":\"Gr\u00fc\u00df\\n\"}}]}\n\n"
-      "data: no json\n\n"
-      "data: {\"choices\":[{\"delta\":{\"content\":\"dich\"}}]}\n\n"
-      "data: [DONE]\n\n";
+  upstream.answer(
+      Answer::eventStream()
+          .chunk(": hello\r\n\r\ndata: {\"choices\":[{\"delta\":{\"role\":\"assistant\"}}]}\r\n\r\n")
+          .chunk("data: {\"choices\":[{\"delta\":{\"content\":\"Gr\u00fc\u00df\\n\"}}]}\n\ndata: no json\n\n")
+          .chunk("data: {\"choices\":[{\"delta\":{\"content\":\"dich\"}}]}\n\ndata: [DONE]\n\n")
+          .end());
   const auto result = ask(service, completionBody("Translate", "Hello", true));
   ASSERT_TRUE(result);
   EXPECT_EQ(result->body, "Gr\u00fc\u00df\\ndich");
-  EXPECT_EQ(upstream.asked.at("stream"), true);
+  EXPECT_EQ(parseJson(upstream.waitForRequests(1).at(0).body).at("stream"), true);
 }
 
 TEST_F(WithUpstream, aFailureKeepsItsStatusAndItsReason) {
-  upstream.status = 401;
-  upstream.body = R"({"error":{"message":"no such key"}})";
+  const std::string reason = R"({"error":{"message":"no such key"}})";
   for (const bool stream : {false, true}) {
+    upstream.answer(Answer::json(401, reason));
     const auto result = ask(service, completionBody("Translate", "Hello", stream));
     ASSERT_TRUE(result);
     EXPECT_EQ(result->status, 401);
-    EXPECT_EQ(result->body, upstream.body);
+    EXPECT_EQ(result->body, reason);
   }
 }
 
 TEST(WithoutItsUpstream, theServiceSaysSo) {
-  const RunningService service({0, 0ms, "1", Upstream::Settings{"http://127.0.0.1:1/v1", "", ""}});
+  const RunningService service(
+      {0, 0ms, "1", Upstream::Settings{"http://127.0.0.1:" + std::to_string(refusedPort), "", ""}});
   for (const bool stream : {false, true}) {
     const auto result = ask(service, completionBody("Translate", "Hello", stream));
     ASSERT_TRUE(result);

@@ -76,6 +76,25 @@ struct Scenario : testing::Test {
     };
   }
 
+  /// Stores a combination under a shortcut's name, as its recorder does.
+  void storeShortcut(const std::string& name, const KeyCombination& combination) {
+    desktop.defaults.set(
+        GlobalShortcuts::defaultsKey(name),
+        toText({{"carbonKeyCode", combination.carbonKeyCode}, {"carbonModifiers", combination.carbonModifiers}}));
+  }
+  /// "title: message" of the one alert that is open, which this closes; empty when there is none.
+  std::string closeAlert(std::size_t button = 0) {
+    desktop.queue.settle();
+    if (desktop.alerts.open.empty()) {
+      return "";
+    }
+    EXPECT_EQ(desktop.alerts.open.size(), 1u);
+    const Alert alert = desktop.alerts.open.back();
+    desktop.alerts.close(button);
+    desktop.queue.settle();
+    return alert.title + ": " + alert.message;
+  }
+
   Command commandOf(ActionCase action) { return *app->promptStore().commandFor(action); }
   /// Runs a built-in action with this behaviour, as its shortcut would.
   void run(ActionCase action, std::optional<ActionBehavior> behavior = std::nullopt) {

@@ -8,11 +8,6 @@ using testing::ElementsAre;
 
 constexpr KeyCombination controlAltG{5, KeyCombination::control | KeyCombination::option};
 
-void store(UserDefaults& defaults, const std::string& name, const KeyCombination& combination) {
-  defaults.set(GlobalShortcuts::defaultsKey(name), toText({{"carbonKeyCode", combination.carbonKeyCode},
-                                                           {"carbonModifiers", combination.carbonModifiers}}));
-}
-
 struct Shortcuts : Scenario {
   std::vector<std::string> registered() {
     std::vector<std::string> names;
@@ -23,26 +18,14 @@ struct Shortcuts : Scenario {
   }
 };
 
-TEST_F(Shortcuts, runTheirCommandAlsoAfterARestart) {
-  store(desktop.defaults, "fixGrammar", controlAltG);
-  for (int i = 0; i < 2; ++i) {
-    start();
-    everyRequestIsAnswered("the cat");
-    const auto editor = editorWith("teh cat");
-    desktop.hotKeys.press(controlAltG);
-    desktop.advance(1s);
-    EXPECT_EQ(editor->text, "the cat");
-  }
-}
-
 TEST_F(Shortcuts, takeEffectWhenTheyAreStoredChangedOrRemoved) {
   start();
   EXPECT_THAT(registered(), ElementsAre());
-  store(desktop.defaults, "translate", controlAltG);
+  storeShortcut("translate", controlAltG);
   EXPECT_EQ(desktop.hotKeys.registered["translate"], controlAltG);
-  store(desktop.defaults, "translate", {6, KeyCombination::command});
+  storeShortcut("translate", {6, KeyCombination::command});
   EXPECT_EQ(desktop.hotKeys.registered["translate"].carbonKeyCode, 6);
-  store(desktop.defaults, "somethingElse", controlAltG);
+  storeShortcut("somethingElse", controlAltG);
   desktop.defaults.set(GlobalShortcuts::defaultsKey("translate"), std::string("not json"));
   EXPECT_THAT(registered(), ElementsAre());
 }
@@ -50,7 +33,7 @@ TEST_F(Shortcuts, takeEffectWhenTheyAreStoredChangedOrRemoved) {
 TEST_F(Shortcuts, areRenewedWhenTheNumberOfCommandsChanges) {
   start();
   Command mine = Command::make("Mine", std::nullopt, "x", std::nullopt, CommandCategory::writing);
-  store(desktop.defaults, mine.shortcutName(), controlAltG);
+  storeShortcut(mine.shortcutName(), controlAltG);
   EXPECT_THAT(registered(), ElementsAre()) << "no command has this name yet";
   ASSERT_TRUE(app->promptStore().add(mine));
   EXPECT_THAT(registered(), ElementsAre(mine.id.toString()));
@@ -59,7 +42,7 @@ TEST_F(Shortcuts, areRenewedWhenTheNumberOfCommandsChanges) {
 }
 
 TEST_F(Shortcuts, runTheCommandAsItStandsNowEvenADisabledOne) {
-  store(desktop.defaults, "fixGrammar", controlAltG);
+  storeShortcut("fixGrammar", controlAltG);
   start();
   logLines.clear();
   Command grammar = *app->promptStore().commandFor(ActionCase::fixGrammar);
@@ -75,74 +58,67 @@ TEST_F(Shortcuts, runTheCommandAsItStandsNowEvenADisabledOne) {
   EXPECT_THAT(*request().request.body, testing::HasSubstr("Shout: "));
 }
 
-TEST_F(Shortcuts, areRecordedUnlessTheMenuOrAnotherCommandHasThem) {
-  store(desktop.defaults, "fixGrammar", controlAltG);
-  desktop.hotKeys.labels = {{12, "Q"}};
-  start();
-  ShortcutRecorder recorder(services().shortcutRecording, "commandMenu");
-  const auto record = [&](const KeyCombination& combination) {
-    recorder.begin();
-    recorder.keyPressed(static_cast<std::uint32_t>(combination.carbonKeyCode), combination.carbonModifiers);
-    desktop.queue.settle();
-    const std::string title = desktop.alerts.open.empty() ? "" : desktop.alerts.open.back().title;
-    desktop.alerts.close();
-    return title;
-  };
-  EXPECT_THAT(record({12, KeyCombination::control}), testing::HasSubstr("the menu item “Quit”"));
-  EXPECT_THAT(record(controlAltG), testing::HasSubstr("“Fix Grammar & Spelling” has it"));
-  recorder.begin();
-  recorder.keyPressed(40, KeyCombination::control);
-  desktop.hotKeys.press({40, KeyCombination::control});
-  EXPECT_TRUE(logged("Open command menu from source keyboardShortcut"));
-}
-
 TEST_F(Shortcuts, thatAnotherProgramHasAreToldOfOnce) {
   desktop.hotKeys.taken = {5};
-  store(desktop.defaults, "fixGrammar", controlAltG);
+  storeShortcut("fixGrammar", controlAltG);
   start();
-  store(desktop.defaults, "fixGrammar", {5, KeyCombination::command});
+  storeShortcut("fixGrammar", {5, KeyCombination::command});
   desktop.queue.settle();
   ASSERT_EQ(desktop.alerts.shown.size(), 1u);
   EXPECT_EQ(desktop.alerts.shown[0].title, "Shortcut Not Available");
   EXPECT_THAT(desktop.alerts.shown[0].message, testing::HasSubstr("Fix Grammar & Spelling"));
 }
 
-TEST_F(Shortcuts, ofTranslateUseTheFirstLanguage) {
-  store(desktop.defaults, "translate", controlAltG);
+TEST_F(Shortcuts, areRecordedUnlessTheMenuOrAnotherCommandHasThem) {
+  storeShortcut("fixGrammar", controlAltG);
+  desktop.hotKeys.labels = {{12, "Q"}};
   start();
-  editorWith("cat");
-  desktop.hotKeys.press(controlAltG);
-  desktop.advance(1s);
-  ASSERT_EQ(desktop.http.exchanges.size(), 1u);
-  EXPECT_THAT(*request().request.body, testing::HasSubstr("following text to en."));
+  ShortcutRecorder recorder(services().shortcutRecording, "commandMenu");
+  const auto record = [&](const KeyCombination& combination) {
+    recorder.begin();
+    recorder.keyPressed(static_cast<std::uint32_t>(combination.carbonKeyCode), combination.carbonModifiers);
+    return closeAlert();
+  };
+  EXPECT_THAT(record({12, KeyCombination::control}), testing::HasSubstr("the menu item “Quit”"));
+  EXPECT_THAT(record(controlAltG), testing::HasSubstr("“Fix Grammar & Spelling” has it"));
+  EXPECT_EQ(record({40, KeyCombination::control}), "");
+  desktop.hotKeys.press({40, KeyCombination::control});
+  EXPECT_TRUE(logged("Open command menu from source keyboardShortcut"));
 }
 
-struct ServiceMessage : Scenario {};
+TEST_F(Shortcuts, ofTranslateAndChangeToneRunOnceWithTheFirstLanguageOrTone) {
+  desktop.defaults.set("defaultBehavior", std::string("showReview"));  // which a run under way does not keep off
+  const std::pair<const char*, const char*> cases[] = {{"translate", "following text to en."},
+                                                       {"changeTone", "to have a Professional tone"}};
+  for (const auto& [name, instruction] : cases) {
+    desktop.defaults.remove(GlobalShortcuts::defaultsKey("translate"));
+    storeShortcut(name, controlAltG);
+    start();
+    const auto before = requests().size();
+    editorWith("cat");
+    desktop.hotKeys.press(controlAltG);
+    desktop.advance(1s);
+    ASSERT_EQ(requests().size(), before + 1) << name;
+    EXPECT_THAT(*request().request.body, testing::HasSubstr(instruction));
+  }
+}
 
-TEST_F(ServiceMessage, opensTheCommandMenuIfThereIsAText) {
+TEST_F(Scenario, aTextFromAnotherProgramOpensTheCommandMenu) {
   start();
   const std::string opening = "Open command menu from source serviceProvider";
+  for (const auto& nothing : {std::optional<std::string>(""), std::optional<std::string>()}) {
+    app->serviceProvider().service(nothing);
+    EXPECT_EQ(closeAlert(), "Unknown Error: Could not find the text for parsing.");
+  }
   app->serviceProvider().service("a text");
   EXPECT_FALSE(logged(opening)) << "the sender is answered first";
   desktop.queue.settle();
   EXPECT_TRUE(logged(opening));
-
-  for (const auto& nothing : {std::optional<std::string>(""), std::optional<std::string>()}) {
-    logLines.clear();
-    app->serviceProvider().service(nothing);
-    desktop.queue.settle();
-    EXPECT_EQ(desktop.alerts.open.back().title, "Unknown Error");
-    EXPECT_EQ(desktop.alerts.open.back().message, "Could not find the text for parsing.");
-    desktop.alerts.close();
-    desktop.queue.settle();
-    EXPECT_FALSE(logged(opening));
-  }
 }
 
-struct StartUp : Scenario {};
-
-TEST_F(StartUp, knowsItsVersionBeforeAnyStoreLoads) {
+TEST_F(Scenario, aStartKnowsItsVersionBeforeAnyStoreLoadsAndForgetsARunThatDidNotEnd) {
   desktop.defaults.set("appVersion", std::string("1.0.0"));
+  desktop.defaults.set("main.isLoading", true);
   std::string atLoad;
   const auto watch = desktop.defaults.changed.connect([&](const std::string& key) {
     if (key == CustomPromptStore::userDefaultsKey) {
@@ -151,15 +127,10 @@ TEST_F(StartUp, knowsItsVersionBeforeAnyStoreLoads) {
   });
   start();
   EXPECT_EQ(atLoad, "2.13.0");
-}
-
-TEST_F(StartUp, clearsARunThatAnEarlierProcessDidNotEnd) {
-  desktop.defaults.set("main.isLoading", true);
-  start();
   EXPECT_EQ(desktop.defaults.get<bool>("main.isLoading"), false);
 }
 
-struct Menu : Scenario {
+struct TrayMenu : Scenario {
   static std::vector<std::string> titles(const std::vector<MenuItem>& items) {
     std::vector<std::string> result;
     for (const auto& item : items) {
@@ -167,14 +138,12 @@ struct Menu : Scenario {
     }
     return result;
   }
-  const MenuItem& item(const std::vector<MenuItem>& items, const std::string& title) {
-    const auto found = std::find_if(items.begin(), items.end(), [&](const auto& i) { return i.title == title; });
-    EXPECT_NE(found, items.end()) << title;
-    return *found;
+  static MenuItem item(const std::vector<MenuItem>& items, const std::string& title) {
+    return *std::ranges::find(items, title, &MenuItem::title);
   }
 };
 
-TEST_F(Menu, hasItsRowsInOrder) {
+TEST_F(TrayMenu, hasItsRowsInOrder) {
   start();
   EXPECT_THAT(titles(app->menuBar().items()),
               ElementsAre("Fix Grammar & Spelling", "Improve Text", "Simplify Language", "Make Text Longer",
@@ -193,7 +162,7 @@ TEST_F(Menu, hasItsRowsInOrder) {
   for (const auto category : allCases<CommandCategory>()) {
     oneOfEach.insert(oneOfEach.begin(), Command::make(title(category), std::nullopt, "", std::nullopt, category));
   }
-  app->promptStore().save(std::move(oneOfEach), std::nullopt);
+  ASSERT_TRUE(app->promptStore().save([&](auto& list) { list = oneOfEach; }, std::nullopt));
   std::vector<std::string> groups;
   for (const auto& item : app->menuBar().items()) {
     if (item.kind == MenuItem::Kind::submenu) {
@@ -212,7 +181,7 @@ TEST_F(Menu, hasItsRowsInOrder) {
                                   "Custom Action"));
 }
 
-TEST_F(Menu, runsWhatIsChosen) {
+TEST_F(TrayMenu, runsWhatIsChosen) {
   start();
   everyRequestIsAnswered("answer");
   const auto editor = editorWith("text");
@@ -222,7 +191,7 @@ TEST_F(Menu, runsWhatIsChosen) {
   EXPECT_THAT(*request().request.body, testing::HasSubstr("to have a Witty tone"));
 }
 
-TEST_F(Menu, showsARunAndOffersNothingThatRunsMeanwhile) {
+TEST_F(TrayMenu, showsARunAndOffersNothingThatRunsMeanwhile) {
   start();
   int changes = 0;
   const auto watch = app->menuBar().changed.connect([&] { ++changes; });
@@ -240,9 +209,7 @@ TEST_F(Menu, showsARunAndOffersNothingThatRunsMeanwhile) {
   }
 }
 
-struct LoginSwitch : Scenario {};
-
-TEST_F(LoginSwitch, registersAnewWhatIsRegistered) {
+TEST_F(Scenario, theLoginSwitchRegistersAnewWhatIsRegisteredAndLogsAFailure) {
   auto& launch = start().services().launchAtLogin;
   const auto& calls = desktop.loginItem.calls;
   int announced = 0;
@@ -254,21 +221,15 @@ TEST_F(LoginSwitch, registersAnewWhatIsRegistered) {
   launch.setEnabled(false);
   EXPECT_EQ(calls, (std::vector<std::string>{"register", "unregister", "register", "unregister"}));
   EXPECT_FALSE(launch.isEnabled());
-}
 
-TEST_F(LoginSwitch, logsWhyItStaysAsItIs) {
-  auto& launch = start().services().launchAtLogin;
   desktop.loginItem.fails = true;
   launch.setEnabled(true);
   launch.setEnabled(false);
-  EXPECT_FALSE(launch.isEnabled());
   EXPECT_TRUE(logged("Failed to enable launch at login: no such directory"));
   EXPECT_TRUE(logged("Failed to disable launch at login: no such directory"));
 }
 
-struct Indicator : Scenario {};
-
-TEST_F(Indicator, trailsThePointerTwentyTimesASecondAndThenRests) {
+TEST_F(Scenario, theIndicatorTrailsThePointerTwentyTimesASecondAndThenRests) {
   start();
   editorWith("text");
   desktop.screens.mouse = Point{100, 100};
@@ -288,7 +249,7 @@ TEST_F(Indicator, trailsThePointerTwentyTimesASecondAndThenRests) {
   EXPECT_FALSE(desktop.queue.nextDue().has_value()) << "an idle program sleeps";
 }
 
-TEST_F(Menu, staysAsItWasWhenAChangeCouldNotBeStored) {
+TEST_F(TrayMenu, staysAsItWasWhenAChangeCouldNotBeStored) {
   start();
   everyRequestIsAnswered("answer");
   const auto rows = titles(app->menuBar().items());

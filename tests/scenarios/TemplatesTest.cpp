@@ -18,15 +18,6 @@ struct Installing : Scenario {
     request().answer(status, "application/json", body);
     desktop.queue.settle();
   }
-  /// "title: message" of the alert in front, which is closed.
-  std::string alert() {
-    const Alert shown = desktop.alerts.open.empty() ? Alert() : desktop.alerts.open.back();
-    if (!desktop.alerts.open.empty()) {
-      desktop.alerts.close();
-      desktop.queue.settle();
-    }
-    return shown.title + ": " + shown.message;
-  }
   /// Makes a configuration the one that commands use.
   void use(ProviderType type, bool enabled) {
     auto& store = services().providerStore;
@@ -61,7 +52,7 @@ TEST_F(Installing, putsTheTitleIntoTheInterfaceLanguage) {
   desktop.queue.settle();
   EXPECT_EQ(desktop.alerts.open.at(0).style, AlertStyle::informational);
   EXPECT_EQ(desktop.alerts.open.at(0).buttons, std::vector<std::string>{"OK"});
-  EXPECT_EQ(alert(), "Installation Successful: Command 'Stichpunkte' has been installed successfully!");
+  EXPECT_EQ(closeAlert(), "Installation Successful: Command 'Stichpunkte' has been installed successfully!");
   start();
   ASSERT_TRUE(installed("stichpunkte"));
   const Command command = *app->promptStore().commandForSlug("stichpunkte");
@@ -76,10 +67,10 @@ TEST_F(Installing, keepsTheTitleThatNobodyTranslates) {
   install("bullet-points");
   answer(bulletPoints);
   answer("{}", 500);
-  EXPECT_EQ(alert(), "Unknown Error: Response status code was unacceptable: 500.");
-  EXPECT_EQ(alert(), success);
+  EXPECT_EQ(closeAlert(), "Unknown Error: Response status code was unacceptable: 500.");
+  EXPECT_EQ(closeAlert(), success);
   install("bullet-points");
-  EXPECT_EQ(alert(), "Installation Failed: Command 'bullet-points' is already installed");
+  EXPECT_EQ(closeAlert(), "Installation Failed: Command 'bullet-points' is already installed");
 
   Command renamed = *app->promptStore().commandForSlug("bullet-points");
   renamed.name = "Mine";
@@ -87,14 +78,14 @@ TEST_F(Installing, keepsTheTitleThatNobodyTranslates) {
   install("bullet-points");
   answer(bulletPoints);
   answer(answerJson(" \n"));
-  EXPECT_EQ(alert(), success);
+  EXPECT_EQ(closeAlert(), success);
 
   use(ProviderType::groq, false);
   ASSERT_TRUE(app->promptStore().save([](auto& list) { list.clear(); }, "test"));
   const auto requests = desktop.http.exchanges.size();
   install("bullet-points");
   answer(bulletPoints);
-  EXPECT_EQ(alert(), success);
+  EXPECT_EQ(closeAlert(), success);
   EXPECT_EQ(desktop.http.exchanges.size(), requests + 1) << "a provider that is off is not asked";
 }
 
@@ -107,10 +98,10 @@ TEST_F(Installing, saysWhyItFailed) {
     ASSERT_EQ(desktop.http.exchanges.size(), attempt);
     answer("{}", 404);
     EXPECT_EQ(desktop.alerts.open.at(0).style, AlertStyle::warning);
-    EXPECT_EQ(alert(), failure + "Response status code was unacceptable: 404.");
+    EXPECT_EQ(closeAlert(), failure + "Response status code was unacceptable: 404.");
   }
   install("é");
-  EXPECT_EQ(alert(), failure + "URL is not valid: " + catalogue + "/é");
+  EXPECT_EQ(closeAlert(), failure + "URL is not valid: " + catalogue + "/é");
   EXPECT_EQ(app->promptStore().prompts.get(), commands);
 }
 

@@ -59,12 +59,20 @@ TEST_F(Upgrade, from203KeepsCommandsKeyAndSelections) {
   EXPECT_EQ(stored<std::string>("apiKey"), "");
 }
 
-TEST_F(Upgrade, from203WithoutPermissionShowsTheFirstRun) {
+TEST_F(Upgrade, showsTheFirstRunToWhoHasNotGrantedThePermissionUnlessThatIsDecidedAlready) {
   desktop.permissions.permission = Permission::denied;
   startOn("2.0.3");
   EXPECT_FALSE(stored<bool>("hasCompletedOnboarding"));
   EXPECT_EQ(stored<std::string>("lastMigratedVersion"), "2.13.0");
   EXPECT_TRUE(logged("Onboarding migration: User needs onboarding setup - will show onboarding flow"));
+
+  desktop.permissions.permission = Permission::granted;
+  for (const char* version : {"2.6.9", "2.7.0"}) {
+    desktop.defaults.values.clear();
+    desktop.defaults.set("lastMigratedVersion", std::string(version));
+    start();
+    EXPECT_EQ(stored<bool>("hasCompletedOnboarding"), version == std::string("2.6.9")) << version;
+  }
 }
 
 TEST_F(Upgrade, from230KeepsAnEmptyListOfVariables) {

@@ -1,20 +1,12 @@
 #include "support/ClipboardClient.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <stdexcept>
 
+#include "support/XSession.h"
+
 namespace quillmark {
-namespace {
-
-template <class T>
-auto owned(T* reply) {
-  return std::unique_ptr<T, decltype(&std::free)>(reply, &std::free);
-}
-
-}  // namespace
 
 ClipboardClient::ClipboardClient(const std::string& display, EventLoop& loop)
     : connection_(xcb_connect(display.c_str(), nullptr)) {
@@ -49,9 +41,7 @@ std::vector<std::string> ClipboardClient::Answer::atoms() const {
   for (std::size_t at = 0; at + 4 <= bytes.size(); at += 4) {
     xcb_atom_t value = 0;
     std::memcpy(&value, bytes.data() + at, 4);
-    const auto reply = owned(xcb_get_atom_name_reply(connection, xcb_get_atom_name(connection, value), nullptr));
-    names.emplace_back(xcb_get_atom_name_name(reply.get()),
-                       static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get())));
+    names.push_back(client->atomName(value));
   }
   return names;
 }
@@ -74,7 +64,7 @@ bool ClipboardClient::owns() const {
 const ClipboardClient::Answer& ClipboardClient::request(const std::string& target) {
   const auto property = atom("ANSWER_" + std::to_string(asking_.size()));
   asking_.push_back({property, {}});
-  asking_.back().answer.connection = connection_;
+  asking_.back().answer.client = this;
   xcb_convert_selection(connection_, window_, atom("CLIPBOARD"), atom(target), property, XCB_CURRENT_TIME);
   xcb_flush(connection_);
   return asking_.back().answer;

@@ -36,7 +36,7 @@ class ClipboardClient {
     std::string bytes;
     std::vector<std::string> atoms() const;  ///< names, of an answer that is a list of them
 
-    xcb_connection_t* connection = nullptr;
+    const ClipboardClient* client = nullptr;
   };
   /// Asks the owner, whoever that is; look at the answer when it is done. It stays where it is.
   const Answer& request(const std::string& target);

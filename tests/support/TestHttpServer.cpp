@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <sstream>
 #include <stdexcept>
 
 #include <arpa/inet.h>
@@ -20,26 +21,6 @@ using namespace std::chrono_literals;
 /// Long enough for any machine: a wait ends early unless something is broken.
 constexpr auto patience = 30s;
 
-sockaddr_in loopback(int port) {
-  sockaddr_in address{};
-  address.sin_family = AF_INET;
-  address.sin_port = htons(static_cast<std::uint16_t>(port));
-  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-  return address;
-}
-
-/// A socket bound to a free port of the loopback interface.
-std::pair<int, int> boundSocket() {
-  const int descriptor = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  sockaddr_in address = loopback(0);
-  socklen_t size = sizeof address;
-  if (descriptor < 0 || bind(descriptor, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
-      getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
-    throw std::runtime_error(std::string("no loopback socket: ") + std::strerror(errno));
-  }
-  return {descriptor, ntohs(address.sin_port)};
-}
-
 bool sendAll(int socket, std::string_view bytes) {
   while (!bytes.empty()) {
     const auto sent = ::send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
@@ -49,36 +30,6 @@ bool sendAll(int socket, std::string_view bytes) {
     bytes.remove_prefix(static_cast<std::size_t>(sent));
   }
   return true;
-}
-
-bool equalIgnoringCase(std::string_view a, std::string_view b) {
-  return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
-}
-
-std::string_view withoutBlanks(std::string_view text) {
-  const auto first = text.find_first_not_of(" \t");
-  return first == text.npos ? "" : text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
-/// Request line and header lines of a head, which ends with its blank line.
-ReceivedRequest parseHead(std::string_view head) {
-  ReceivedRequest request;
-  auto nextLine = [&head] {
-    const auto end = head.find("\r\n");
-    const auto line = head.substr(0, end);
-    head.remove_prefix(std::min(head.size(), end + 2));
-    return line;
-  };
-  const auto requestLine = nextLine();
-  const auto firstBlank = requestLine.find(' ');
-  const auto lastBlank = requestLine.rfind(' ');
-  request.method = requestLine.substr(0, firstBlank);
-  request.target = requestLine.substr(firstBlank + 1, lastBlank - firstBlank - 1);
-  for (auto line = nextLine(); !line.empty(); line = nextLine()) {
-    const auto colon = line.find(':');
-    request.headers.emplace_back(line.substr(0, colon), withoutBlanks(line.substr(colon + 1)));
-  }
-  return request;
 }
 
 /// Takes one request off the connection; `buffer` keeps what came too early. Nothing when the other side hung up.
@@ -98,7 +49,8 @@ std::optional<ReceivedRequest> receive(int socket, std::string& buffer) {
     }
   }
   headEnd += 4;
-  auto request = parseHead(std::string_view(buffer).substr(0, headEnd));
+  ReceivedRequest request{.text = buffer.substr(0, headEnd)};
+  std::istringstream(request.text) >> request.method >> request.target;
   const std::size_t length = std::stoul(request.header("Content-Length").value_or("0"));
   while (buffer.size() < headEnd + length) {
     if (!fill()) {
@@ -181,16 +133,27 @@ Answer&& Answer::reset() && {
 }
 
 std::optional<std::string> ReceivedRequest::header(std::string_view name) const {
-  const auto found =
-      std::ranges::find_if(headers, [&](const auto& each) { return equalIgnoringCase(each.first, name); });
-  return found == headers.end() ? std::nullopt : std::optional(found->second);
+  const auto line = "\r\n" + std::string(name) + ": ";
+  const auto at = text.find(line);
+  if (at > text.find("\r\n\r\n")) {
+    return std::nullopt;
+  }
+  const auto value = at + line.size();
+  return text.substr(value, text.find("\r\n", value) - value);
 }
 
 TestHttpServer::TestHttpServer() {
-  std::tie(listener_, port_) = boundSocket();
-  if (listen(listener_, 64) != 0) {
+  listener_ = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t size = sizeof address;
+  auto* const any = reinterpret_cast<sockaddr*>(&address);
+  if (listener_ < 0 || bind(listener_, any, size) != 0 || getsockname(listener_, any, &size) != 0 ||
+      listen(listener_, 64) != 0) {
     throw std::runtime_error(std::string("can't listen: ") + std::strerror(errno));
   }
+  port_ = ntohs(address.sin_port);
   acceptor_ = std::thread([this] { acceptAll(); });
 }
 
@@ -324,9 +287,5 @@ bool TestHttpServer::play(int socket, const Answer& answer) {
   }
   return true;
 }
-
-RefusedPort::RefusedPort() { std::tie(socket_, port_) = boundSocket(); }
-
-RefusedPort::~RefusedPort() { ::close(socket_); }
 
 }  // namespace quillmark

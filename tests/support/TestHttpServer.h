@@ -71,14 +71,13 @@ class Answer {
 
 /// A request as it stood on the wire.
 struct ReceivedRequest {
-  std::string text;  ///< all of it, verbatim
-  std::string method;
-  std::string target;
-  std::vector<std::pair<std::string, std::string>> headers;  ///< in their order, values without the blanks around
-  std::string body;
+  std::string text = {};  ///< all of it, verbatim
+  std::string method = {};
+  std::string target = {};
+  std::string body = {};
   int connection = 0;  ///< 1 for requests on the first connection that was made, and so on
 
-  /// The first value under this name, in whatever case.
+  /// The first value under this name.
   std::optional<std::string> header(std::string_view name) const;
 };
 
@@ -129,19 +128,7 @@ class TestHttpServer {
   std::thread acceptor_;
 };
 
-/// A port on the loopback interface that nobody listens on while this lives.
-class RefusedPort {
- public:
-  RefusedPort();
-  RefusedPort(const RefusedPort&) = delete;
-  RefusedPort& operator=(const RefusedPort&) = delete;
-  ~RefusedPort();
-
-  int port() const { return port_; }
-
- private:
-  int socket_ = -1;
-  int port_ = 0;
-};
+/// A port of the loopback interface on which nobody listens: it needs a privilege, and has long had no service.
+constexpr int refusedPort = 1;
 
 }  // namespace quillmark

@@ -1,5 +1,6 @@
 #include "support/XSession.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
@@ -22,15 +23,6 @@ namespace quillmark {
 namespace {
 
 using namespace std::chrono_literals;
-
-template <class T>
-struct Freed {
-  void operator()(T* reply) const { std::free(reply); }
-};
-template <class T>
-std::unique_ptr<T, Freed<T>> owned(T* reply) {
-  return std::unique_ptr<T, Freed<T>>(reply);
-}
 
 [[noreturn]] void fail(const std::string& what) { throw std::runtime_error("X session: " + what); }
 
@@ -102,13 +94,7 @@ void XSession::waitForWindowManager() {
   xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, root_, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT,
                     XCB_COPY_FROM_PARENT, 0, nullptr);
   const bool answered = waitUntil([&] {
-    xcb_client_message_event_t question{};
-    question.response_type = XCB_CLIENT_MESSAGE;
-    question.format = 32;
-    question.window = window;
-    question.type = atom("_NET_REQUEST_FRAME_EXTENTS");
-    xcb_send_event(connection_, 0, root_, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                   reinterpret_cast<const char*>(&question));
+    tellWindowManager(window, "_NET_REQUEST_FRAME_EXTENTS", 0);
     return numberProperty(window, "_NET_FRAME_EXTENTS").has_value();
   });
   xcb_destroy_window(connection_, window);
@@ -303,51 +289,38 @@ std::vector<XSession::Window> XSession::windows() {
   return result;
 }
 
-XSession::Window XSession::waitForWindow(pid_t pid) {
-  Window found;
+XSession::Window XSession::waitForWindow(const std::function<bool(const Window&)>& isWanted, const std::string& what) {
+  std::vector<Window> all;
+  auto found = all.end();
   if (!waitUntil([&] {
-        for (const auto& window : windows()) {
-          if (window.pid == pid) {
-            found = window;
-          }
-        }
-        return found.id != 0;
+        all = windows();
+        found = std::ranges::find_if(all, isWanted);
+        return found != all.end();
       })) {
-    fail("process " + std::to_string(pid) + " shows no window");
+    fail("no window of " + what);
   }
-  return found;
+  return *found;
+}
+
+XSession::Window XSession::waitForWindow(pid_t pid) {
+  return waitForWindow([pid](const Window& window) { return window.pid == pid; }, "process " + std::to_string(pid));
 }
 
 XSession::Window XSession::waitForWindow(std::string_view windowClass) {
-  Window found;
-  if (!waitUntil([&] {
-        for (const auto& window : windows()) {
-          if (window.windowClass == windowClass) {
-            found = window;
-          }
-        }
-        return found.id != 0;
-      })) {
-    fail("no window of class " + std::string(windowClass));
-  }
-  return found;
+  return waitForWindow([=](const Window& window) { return window.windowClass == windowClass; },
+                       "class " + std::string(windowClass));
 }
 
 xcb_window_t XSession::activeWindow() { return numberProperty(root_, "_NET_ACTIVE_WINDOW").value_or(0); }
 
 XSession::Area XSession::areaOf(xcb_window_t window) {
-  auto* const size = xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr);
-  auto* const place = xcb_translate_coordinates_reply(
-      connection_, xcb_translate_coordinates(connection_, window, root_, 0, 0), nullptr);
-  if (size == nullptr || place == nullptr) {
-    std::free(size);
-    std::free(place);
+  const auto size = owned(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
+  const auto place = owned(xcb_translate_coordinates_reply(
+      connection_, xcb_translate_coordinates(connection_, window, root_, 0, 0), nullptr));
+  if (!size || !place) {
     fail("the window is gone");
   }
-  const Area area{place->dst_x, place->dst_y, size->width, size->height};
-  std::free(size);
-  std::free(place);
-  return area;
+  return {place->dst_x, place->dst_y, size->width, size->height};
 }
 
 void XSession::click(int x, int y) {
@@ -357,19 +330,23 @@ void XSession::click(int x, int y) {
   }
 }
 
-void XSession::activate(xcb_window_t window) {
+void XSession::tellWindowManager(xcb_window_t window, const char* what, std::uint32_t value) {
   xcb_client_message_event_t message{};
   message.response_type = XCB_CLIENT_MESSAGE;
   message.format = 32;
   message.window = window;
-  message.type = atom("_NET_ACTIVE_WINDOW");
-  message.data.data32[0] = 2;  // from a pager: no stealing to suspect
+  message.type = atom(what);
+  message.data.data32[0] = value;
+  xcb_send_event(connection_, 0, root_, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                 reinterpret_cast<const char*>(&message));
+}
+
+void XSession::activate(xcb_window_t window) {
   const auto focused = [&] {
     auto focus = owned(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
     return activeWindow() == window && focus && focus->focus > XCB_INPUT_FOCUS_POINTER_ROOT;
   };
-  xcb_send_event(connection_, 0, root_, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                 reinterpret_cast<const char*>(&message));
+  tellWindowManager(window, "_NET_ACTIVE_WINDOW", 2);  // from a pager: no stealing to suspect
   if (!waitUntil(focused)) {
     fail("the window does not come to the front");
   }
@@ -398,16 +375,7 @@ xcb_window_t XSession::createWindow(const std::string& windowClass, pid_t pid, c
   }
   xcb_map_window(connection_, window);
   sync();
-  if (!waitUntil([&] {
-        for (const auto& known : windows()) {
-          if (known.id == window) {
-            return true;
-          }
-        }
-        return false;
-      })) {
-    fail("the window manager does not take the window");
-  }
+  waitForWindow([=](const Window& known) { return known.id == window; }, windowClass);
   return window;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -15,6 +16,12 @@
 #include "support/Process.h"
 
 namespace quillmark {
+
+/// A reply of the X server that frees itself.
+template <class T>
+auto owned(T* reply) {
+  return std::unique_ptr<T, decltype(&std::free)>(reply, &std::free);
+}
 
 /// A screen of its own (Xvfb) with a window manager (openbox), a clean home directory and somebody at the keyboard.
 /// Throws std::runtime_error when it does not come up. The methods throw the same when what they need is not there.
@@ -96,6 +103,8 @@ class XSession {
   xcb_atom_t atom(std::string_view name);
 
  private:
+  Window waitForWindow(const std::function<bool(const Window&)>& isWanted, const std::string& what);
+  void tellWindowManager(xcb_window_t window, const char* what, std::uint32_t value);
   std::string property(xcb_window_t window, const char* name);
   std::optional<std::uint32_t> numberProperty(xcb_window_t window, const char* name);
   void key(std::uint8_t type, xcb_keycode_t code);

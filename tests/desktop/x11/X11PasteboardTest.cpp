@@ -1,5 +1,3 @@
-#include <fstream>
-
 #include <gmock/gmock.h>
 
 #include "desktop/x11/X11Adapters.h"

@@ -141,5 +141,18 @@ TEST_F(X11WorkspaceTest, screensAndPointerAreInLogicalPoints) {
   EXPECT_EQ(screens.mouseLocation(), (Point{150, 100}));
 }
 
+TEST_F(X11WorkspaceTest, aServerThatGoesAwayIsSurvived) {
+  session.endServer();
+  ASSERT_TRUE(loop.runUntil([&] { return lines.find("connection to the server is lost") != std::string::npos; }));
+  const int before = loop.wakeUps();
+  loop.runFor(50ms);
+  EXPECT_LE(loop.wakeUps(), before + 1) << "a dead connection must not keep the loop awake";
+
+  pasteboard.setString("text");
+  EXPECT_EQ(read(), std::nullopt);
+  EXPECT_EQ(injector.createKeyboardEvent(KeyCode::c, true), std::nullopt);
+  hotKeys.registerHotKey("name", {0x00, KeyCombination::control});
+}
+
 }  // namespace
 }  // namespace quillmark

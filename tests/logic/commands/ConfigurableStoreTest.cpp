@@ -87,6 +87,7 @@ TEST_F(Lists, areReorderedAndShortenedButNeverEmptied) {
   EXPECT_TRUE(tones.reorder({"urgent", "nobody", "witty", "urgent"}));
   EXPECT_THAT(ids(tones.enabledItems()), ElementsAre("urgent", "witty", "casual"));
   EXPECT_EQ(tones.items()[1].order, 2) << "an unknown id leaves its place empty";
+  EXPECT_EQ(tones.items()[2].order, 2) << "the first that was not named counts the ones before it";
   EXPECT_EQ(tones.items().size(), 12u);
 
   std::vector<std::string> all = ids(tones.items());
@@ -159,6 +160,9 @@ TEST_F(Lists, languagesAreAddedAsTheSystemWritesThem) {
 
 TEST_F(Lists, customTonesHaveOneNameAndOneId) {
   ToneStore tones(defaults);
+  auto all = ids(tones.items());
+  all.insert(all.begin(), "nobody");
+  EXPECT_TRUE(tones.reorder(all));
   EXPECT_TRUE(tones.addCustomTone("  Tr\u00e8s bien! \n"));
   EXPECT_EQ(tones.items().back(), (ToneItem{"custom_trs_bien", "Tr\u00e8s bien!", std::nullopt, true, 12, true}));
   EXPECT_TRUE(tones.addCustomTone("\u738b\u69d8"));

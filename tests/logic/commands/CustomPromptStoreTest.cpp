@@ -102,19 +102,23 @@ TEST_F(CommandStore, addsUpdatesAndDuplicates) {
   EXPECT_TRUE(store.update(added));
   EXPECT_EQ(store.prompts.get().back().slug, "to-verse");
 
-  const Command grammar = *store.commandFor(ActionCase::fixGrammar);
+  Command grammar = *store.commandFor(ActionCase::fixGrammar);
+  grammar.usageCount = 5;
+  EXPECT_TRUE(store.update(grammar));
+  grammar = *store.command(grammar.id);
   EXPECT_TRUE(store.duplicate(grammar.id));
   EXPECT_TRUE(store.duplicate(Uuid::random()));
   ASSERT_EQ(store.prompts.get().size(), 14u);
-  CustomPromptStore again(defaults);
-  again.load();
-  const auto copies = again.commands(CommandCategory::mainAction);
+  const auto copies = store.commands(CommandCategory::mainAction);
   const auto copy = std::ranges::find(copies, grammar.name + " Copy", &Command::name);
   ASSERT_NE(copy, copies.end());
-  EXPECT_EQ(copy->type, UserAction(ActionCase::customPrompt));
-  EXPECT_EQ(copy->slug, grammar.slug);
-  EXPECT_EQ(copy->content, grammar.content);
-  EXPECT_NE(copy->id, grammar.id);
+  EXPECT_NE(copy->id, std::exchange(grammar.id, copy->id));
+  grammar.name += " Copy";
+  grammar.type = ActionCase::customPrompt;
+  EXPECT_EQ(*copy, grammar) << "all else stays";
+  CustomPromptStore again(defaults);
+  again.loadUnchanged();
+  EXPECT_EQ(again.prompts.get(), store.prompts.get());
 }
 
 TEST_F(CommandStore, aNameBecomesTheUsersOwnWithTheFirstRealChange) {

@@ -1,6 +1,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdlib>
+#include <deque>
 #include <mutex>
 #include <stdexcept>
 
@@ -86,13 +87,18 @@ struct HttpOverTheWire : testing::Test {
   HttpRequest post(std::string_view path, std::string body, std::vector<HttpHeader> headers = {}) {
     return {"POST", server.url(path), std::move(headers), std::move(body)};
   }
-  void finish(HttpRequest request) {
-    session.start(std::move(request), outcome.handlers());
-    ASSERT_TRUE(outcome.waitForEnd());
+  /// What became of a request, at its end.
+  Outcome& finish(HttpRequest request) {
+    Outcome& each = outcomes.emplace_back();
+    session.start(std::move(request), each.handlers());
+    EXPECT_TRUE(each.waitForEnd());
+    return each;
   }
 
   TestHttpServer server;
-  Outcome outcome;  // outlives the session, which may be in one of its handlers
+  // These outlive the session, which may be in one of their handlers.
+  std::deque<Outcome> outcomes;
+  Outcome outcome;
   CurlHttpSession session;
 };
 
@@ -107,29 +113,21 @@ std::string redirect(int status, const std::string& location) {
 }
 
 TEST_F(HttpOverTheWire, nothingIsSentBesideWhatWasGiven) {
-  server.answer(Answer::raw(ok("")));
-  server.answer(Answer::raw(ok("")));
-  server.answer(Answer::raw(ok("")));
+  server.answerOthers([](const ReceivedRequest&) { return Answer::raw(ok("")); });
   const std::string host = "Host: 127.0.0.1:" + std::to_string(server.port()) + "\r\n";
 
-  finish(get("/bare"));
-  Outcome second;
-  session.start(post("/full", "{\"a\":1}",
-                     {{"Accept-Encoding", "br;q=1.0, gzip;q=0.9"},
-                      {"X-AppVersion", ""},
-                      {"User-Agent", "Quillmark/1.0"},
-                      {"content-type", "application/json"},
-                      {"Authorization", "Bearer key\n"}}),
-                second.handlers());
-  ASSERT_TRUE(second.waitForEnd());
-  Outcome third;
+  finish(get("//bare"));
+  finish(post("/full", "{\"a\":1}",
+              {{"Accept-Encoding", "br;q=1.0, gzip;q=0.9"},
+               {"X-AppVersion", ""},
+               {"User-Agent", "Quillmark/1.0"},
+               {"content-type", "application/json"},
+               {"Authorization", "Bearer key\n"}}));
   // Large bodies make clients ask for permission first.
-  session.start({"POST", server.url("/large"), {}, std::string(3'000'000, 'x')}, third.handlers());
-  ASSERT_TRUE(third.waitForEnd());
-
+  finish(post("/large", std::string(3'000'000, 'x')));
   const auto requests = server.waitForRequests(3);
   ASSERT_EQ(requests.size(), 3u);
-  EXPECT_EQ(requests[0].text, "GET /bare HTTP/1.1\r\n" + host + "\r\n");
+  EXPECT_EQ(requests[0].text, "GET //bare HTTP/1.1\r\n" + host + "\r\n") << "a path stays as it is";
   EXPECT_EQ(requests[1].text, "POST /full HTTP/1.1\r\n" + host +
                                   "Accept-Encoding: br;q=1.0, gzip;q=0.9\r\nX-AppVersion:\r\n"
                                   "User-Agent: Quillmark/1.0\r\ncontent-type: application/json\r\n"
@@ -151,10 +149,8 @@ TEST_F(HttpOverTheWire, aRequestThatCouldSmuggleSomethingInIsNotSent) {
       {"GET", "", {}, std::nullopt},
   };
   for (const auto& request : bad) {
-    Outcome refused;
-    session.start(request, refused.handlers());
-    ASSERT_TRUE(refused.waitForEnd());
-    ASSERT_TRUE(refused.failure) << request.url;
+    const auto& refused = finish(request);
+    EXPECT_TRUE(refused.failure) << request.url;
     EXPECT_EQ(refused.order, "c");
   }
   finish(get("/last"));
@@ -193,12 +189,12 @@ TEST_F(HttpOverTheWire, theHeadIsTheOneOfTheFinalAnswer) {
       Answer::raw("HTTP/1.1 103 Early Hints\r\nContent-Type: text/css\r\n\r\n"
                   "HTTP/1.1 502 Bad Gateway\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nbad\r\n"
                   "0\r\nContent-Type: text/late\r\n\r\n"));
-  finish(get("/"));
-  ASSERT_EQ(outcome.heads.size(), 1u);
-  EXPECT_EQ(outcome.heads[0].status, 502);
-  EXPECT_FALSE(outcome.heads[0].mimeType);
-  EXPECT_EQ(outcome.body, "bad");
-  EXPECT_FALSE(outcome.failure) << "a status is an answer, not a failure";
+  const auto& answered = finish(get("/"));
+  ASSERT_EQ(answered.heads.size(), 1u);
+  EXPECT_EQ(answered.heads[0].status, 502);
+  EXPECT_FALSE(answered.heads[0].mimeType);
+  EXPECT_EQ(answered.body, "bad");
+  EXPECT_FALSE(answered.failure) << "a status is an answer, not a failure";
 }
 
 TEST_F(HttpOverTheWire, contentCodingsAreUndone) {
@@ -213,34 +209,23 @@ TEST_F(HttpOverTheWire, contentCodingsAreUndone) {
   };
   for (const auto& [coding, bytes] : packed) {
     server.answer(Answer::withBody(200, bytes, {"Content-Type: text/plain", "Content-Encoding: " + coding}));
-    Outcome each;
-    session.start(get("/", {{"Accept-Encoding", "br, gzip, deflate"}}), each.handlers());
-    ASSERT_TRUE(each.waitForEnd());
+    const auto& each = finish(get("/", {{"Accept-Encoding", "br, gzip, deflate"}}));
     EXPECT_EQ(each.body, "an answer, packed") << coding << (each.failure ? ": " + each.failure->description : "");
   }
 }
 
-struct Redirected {
-  int status;
-  std::string method;
-  std::string body;
-};
-
 TEST_F(HttpOverTheWire, redirectsAreFollowedAndOnlySomeKeepTheBody) {
-  for (const auto& expected : {Redirected{301, "GET", ""}, Redirected{302, "GET", ""}, Redirected{303, "GET", ""},
-                               Redirected{307, "POST", "text"}, Redirected{308, "POST", "text"}}) {
+  for (const int status : {301, 302, 303, 307, 308}) {
+    const bool keepsBody = status >= 307;
     const auto before = server.waitForRequests(0).size();
-    server.answer(Answer::raw(redirect(expected.status, "/moved?x=1")));
+    server.answer(Answer::raw(redirect(status, "/moved?x=1")));
     server.answer(Answer::raw(ok("here")));
-    Outcome each;
-    session.start(post("/old", "text", {{"Authorization", "Bearer key"}}), each.handlers());
-    ASSERT_TRUE(each.waitForEnd());
-
+    const auto& each = finish(post("/old", "text", {{"Authorization", "Bearer key"}}));
     const auto requests = server.waitForRequests(before + 2);
     ASSERT_EQ(requests.size(), before + 2);
-    EXPECT_EQ(requests.back().method, expected.method) << expected.status;
+    EXPECT_EQ(requests.back().method, keepsBody ? "POST" : "GET") << status;
     EXPECT_EQ(requests.back().target, "/moved?x=1");
-    EXPECT_EQ(requests.back().body, expected.body) << expected.status;
+    EXPECT_EQ(requests.back().body, keepsBody ? "text" : "") << status;
     EXPECT_EQ(requests.back().header("Authorization"), "Bearer key");
     EXPECT_EQ(each.order, "hbc");
     EXPECT_EQ(each.heads[0].status, 200);
@@ -262,42 +247,42 @@ TEST_F(HttpOverTheWire, aRedirectToAnotherHostDoesNotGetTheKey) {
   server.answer(Answer::raw(redirect(307, "http://localhost:" + std::to_string(other.port()) + "/")));
   server.answer(Answer::raw(redirect(307, "/moved")));
   server.answer(Answer::raw(ok("here")));
-  Outcome refused;
-  Outcome moved;
-  session.start(post("/", "text", {{"x-api-key", "key"}}), refused.handlers());
-  ASSERT_TRUE(refused.waitForEnd() && refused.failure);
+  const auto& refused = finish(post("/", "text", {{"x-api-key", "key"}}));
+  ASSERT_TRUE(refused.failure);
   EXPECT_THAT(refused.failure->description, HasSubstr("must not get the key"));
   EXPECT_EQ(other.waitForRequests(0).size(), 1u);
-  session.start(post("/", "text", {{"x-api-key", "key"}}), moved.handlers());
-  ASSERT_TRUE(moved.waitForEnd());
-  EXPECT_EQ(moved.body, "here");
+  EXPECT_EQ(finish(post("/", "text", {{"x-api-key", "key"}})).body, "here");
 }
 
 TEST_F(HttpOverTheWire, aTransferThatIsNotWantedIsDropped) {
   Gate rest;
   server.answer(Answer::raw("HTTP/1.1 401 Unauthorized\r\nContent-Length: 1000000\r\n\r\nx").waitFor(rest));
   outcome.goesOn = false;
-  finish(get("/"));
+  session.start(get("/"), outcome.handlers());
+  ASSERT_TRUE(outcome.waitForEnd());
   EXPECT_FALSE(outcome.failure);
   EXPECT_EQ(outcome.order, "hc");
   rest.open();
   EXPECT_TRUE(server.waitForHangUps(1)) << "the rest of it has nowhere to go";
 }
 
-TEST_F(HttpOverTheWire, redirectsEndSomewhere) {
-  server.answerOthers([](const ReceivedRequest&) { return Answer::raw(redirect(302, "/again")); });
-  finish(get("/"));
-  ASSERT_TRUE(outcome.failure);
-  EXPECT_EQ(outcome.failure->description, "The server redirected the request too many times.");
-  EXPECT_EQ(outcome.order, "c");
-  EXPECT_EQ(server.waitForRequests(21).size(), 21u);
-}
-
-TEST_F(HttpOverTheWire, aRedirectLeavesTheWebNever) {
+TEST_F(HttpOverTheWire, failuresSayWhatFailed) {
+  const std::string host = "127.0.0.1:" + std::to_string(refusedPort);
   server.answer(Answer::raw(redirect(302, "file:///etc/hostname")));
-  finish(get("/"));
-  ASSERT_TRUE(outcome.failure);
-  EXPECT_EQ(outcome.body, "");
+  server.answerOthers([](const ReceivedRequest&) { return Answer::raw(redirect(302, "/again")); });
+  const std::pair<HttpRequest, std::string> cases[] = {
+      {get("/leaves"), "The server redirected the request to an address that is not allowed."},
+      {get("/again"), "The server redirected the request too many times."},
+      {{"GET", "http://" + host + "/v1/models?key=secret", {}, std::nullopt},
+       "Could not connect to the server " + host + "."},
+  };
+  for (const auto& [request, description] : cases) {
+    const auto& each = finish(request);
+    ASSERT_TRUE(each.failure);
+    EXPECT_EQ(each.failure->description, description);
+    EXPECT_EQ(each.order, "c");
+  }
+  EXPECT_EQ(server.waitForRequests(22).size(), 22u);
 }
 
 TEST_F(HttpOverTheWire, aConnectionThatBreaksFailsTheRequestAfterWhatHadArrived) {
@@ -314,14 +299,6 @@ TEST_F(HttpOverTheWire, aConnectionThatBreaksFailsTheRequestAfterWhatHadArrived)
     EXPECT_EQ(each.failure->description, "The network connection was lost.");
     EXPECT_EQ(each.order, "hbc");
   }
-}
-
-TEST_F(HttpOverTheWire, aServerThatIsNotThereIsNamed) {
-  const RefusedPort nobody;
-  const std::string host = "127.0.0.1:" + std::to_string(nobody.port());
-  finish({"GET", "http://" + host + "/v1/models?key=secret", {}, std::nullopt});
-  ASSERT_TRUE(outcome.failure);
-  EXPECT_EQ(outcome.failure->description, "Could not connect to the server " + host + ".");
 }
 
 TEST_F(HttpOverTheWire, aHandlerThatThrowsHarmsNobody) {
@@ -343,16 +320,14 @@ TEST_F(HttpOverTheWire, aHandlerThatThrowsHarmsNobody) {
 }
 
 TEST_F(HttpOverTheWire, manyRequestsRunAtOnceAndAHandlerMayStartOne) {
-  constexpr int count = 40;
+  constexpr std::size_t count = 40;
   Gate all;
-  server.answerOthers([all](const ReceivedRequest& request) {
-    auto answer = Answer::raw("");
-    return std::move(answer).waitFor(all).send(ok(request.target));
-  });
-  std::vector<Outcome> outcomes(count);
+  server.answerOthers(
+      [all](const ReceivedRequest& request) { return Answer::raw("").waitFor(all).send(ok(request.target)); });
+  std::vector<Outcome> many(count);
   Outcome nested;
-  for (int i = 0; i < count; ++i) {
-    auto handlers = outcomes[static_cast<std::size_t>(i)].handlers();
+  for (std::size_t i = 0; i < count; ++i) {
+    auto handlers = many[i].handlers();
     if (i == 0) {
       handlers.onHead = [&](const HttpResponseHead&) {
         session.start(get("/nested"), nested.handlers());
@@ -361,11 +336,11 @@ TEST_F(HttpOverTheWire, manyRequestsRunAtOnceAndAHandlerMayStartOne) {
     }
     session.start(get("/" + std::to_string(i)), std::move(handlers));
   }
-  EXPECT_EQ(server.waitForRequests(count).size(), static_cast<std::size_t>(count)) << "none waits for another";
+  EXPECT_EQ(server.waitForRequests(count).size(), count) << "none waits for another";
   all.open();
-  for (int i = 0; i < count; ++i) {
-    ASSERT_TRUE(outcomes[static_cast<std::size_t>(i)].waitForEnd());
-    EXPECT_EQ(outcomes[static_cast<std::size_t>(i)].body, "/" + std::to_string(i));
+  for (std::size_t i = 0; i < count; ++i) {
+    ASSERT_TRUE(many[i].waitForEnd());
+    EXPECT_EQ(many[i].body, "/" + std::to_string(i));
   }
   ASSERT_TRUE(nested.waitForEnd());
   EXPECT_EQ(nested.body, "/nested");
@@ -426,10 +401,6 @@ TEST_F(HttpOverTheWire, aMinuteWithoutAnyByteFailsARequest) {
   EXPECT_FALSE(patient.hasEnded());
   turn(2s);
   EXPECT_TRUE(patient.waitForEnd()) << "two minutes are over";
-}
-
-TEST_F(HttpOverTheWire, theLibraryNamesItself) {
-  EXPECT_THAT(session.userAgentToken(), testing::MatchesRegex("libcurl/[0-9]+\\.[0-9]+\\.[0-9]+"));
 }
 
 }  // namespace

@@ -134,26 +134,6 @@ TEST(PosixMainQueue, runsWhatOtherThreadsHandInUntilItIsStopped) {
   stopping.join();
 }
 
-TEST(PosixMainQueue, aHoldIsSeenByTheLoop) {
-  PosixMainQueue queue;
-  std::string trail;
-  std::unique_ptr<MainQueue::Hold> hold;
-  queue.async([&] { hold = std::make_unique<MainQueue::Hold>(queue); });
-  queue.async([&] {
-    trail += 'b';
-    queue.stop();
-  });
-  std::thread stopping([&] { queue.stop(); });
-  queue.run();
-  stopping.join();
-  if (hold) {
-    EXPECT_EQ(trail, "");
-    hold.reset();
-    queue.run();
-  }
-  EXPECT_EQ(trail, "b");
-}
-
 TEST(SystemInfo, readsWhatTheSystemSays) {
   const auto debian = parseOperatingSystem("Linux", "6.1.0-18-amd64");
   EXPECT_EQ(std::tie(debian.major, debian.minor, debian.patch), std::tuple(6, 1, 0));

@@ -9,6 +9,8 @@ namespace quillmark {
 namespace {
 
 using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -29,126 +31,97 @@ struct MockServers : ProviderWire {
         command,
         std::map<std::string, std::string>{{"PATH", path != nullptr ? path : "/usr/bin:/bin"}, {"HOME", files.path()}},
         Process::Streams{.output = output});
-    root = waitForOutput(output, "listening on ").value_or("http://127.0.0.1:1");
-    EXPECT_THAT(readFile(output), HasSubstr("listening on "));
+    const auto root = waitForOutput(output, "listening on ");
+    EXPECT_TRUE(root) << readFile(output);
+    port = root ? std::stoi(root->substr(root->rfind(':') + 1)) : 1;
   }
 
-  std::optional<std::vector<ProviderModel>> list(AIProvider& provider) {
-    std::optional<std::vector<ProviderModel>> models;
-    bool listed = false;
-    provider.listModels([&](auto list) {
-      models = std::move(list);
-      listed = true;
+  std::vector<std::string> modelsOf(AIProvider& provider) {
+    std::optional<std::vector<std::string>> identifiers;
+    provider.listModels([&](const auto& models) {
+      identifiers.emplace();
+      for (const auto& model : models.value_or(std::vector<ProviderModel>())) {
+        identifiers->push_back(model.identifier);
+      }
     });
-    EXPECT_TRUE(run([&] { return listed; }));
-    return models;
+    EXPECT_TRUE(run([&] { return identifiers.has_value(); }));
+    return identifiers.value_or(std::vector<std::string>());
+  }
+  /// "title: message" of the alert that a chat ends with.
+  std::string failureOf(const std::unique_ptr<AIProvider>& provider, const std::string& text) {
+    alerts.shown.clear();
+    const auto talk = chat(*provider, text);
+    EXPECT_TRUE(runToEnd(talk) && run([&] { return !alerts.shown.empty(); }));
+    EXPECT_EQ(talk->whole, "(absent)");
+    return alerts.shown.empty() ? "" : alerts.shown[0].title + ": " + alerts.shown[0].message;
   }
 
   TemporaryDirectory files;
   std::unique_ptr<Process> server;
-  std::string root;
+  int port = 1;
 };
 
 /// Speaks chat completions. The rules add an answer with every field, and a key that is refused.
 struct MockServer : MockServers {
   MockServer() : MockServers("start-mock-llm.js", {QUILLMARK_MOCK_SERVERS "/rules.json"}) {}
+  std::unique_ptr<AIProvider> at(const std::string& path, const std::string& withKey = key) {
+    return make(ProviderType::openAICompatible, port, path, withKey);
+  }
 };
 
-TEST_F(MockServer, answersChats) {
-  const auto provider = base(root + "/v1");
-  for (const std::string text : {"teh cat", "Gr\u00fc\u00dfe, \u732b \U0001F600"}) {
-    const auto talk = chat(*provider, text, "echo");
-    ASSERT_TRUE(runToEnd(talk));
-    EXPECT_EQ(talk->whole, "system said fix it, user said " + text);
-  }
-  EXPECT_TRUE(alerts.shown.empty());
-}
-
-TEST_F(MockServer, streamsChats) {
-  const auto provider = base(root + "/v1");
-  std::string text = "t";
+TEST_F(MockServer, answersStreamsAndListsItsModels) {
+  const auto provider = at("/v1");
+  std::string text = "Gr\u00fc\u00dfe, \u732b \U0001F600";
   for (int i = 0; i < 40; ++i) {
     text += " Gr\u00fc\u00dfe " + std::to_string(i);
   }
-  const auto talk = stream(*provider, text);
+  const auto talk = chat(*provider, text, "echo");
   ASSERT_TRUE(runToEnd(talk));
-  EXPECT_EQ(talk->whole, text);
-  EXPECT_EQ(talk->allPieces(), text);
-  EXPECT_GT(talk->pieces.size(), 10u);
-}
-
-TEST_F(MockServer, listsItsModels) {
-  const auto models = list(*base(root + "/v1"));
-  ASSERT_TRUE(models && models->size() == 1);
-  EXPECT_THAT(models->front().identifier, StartsWith("gpt-"));
-  EXPECT_EQ(models->front().name, models->front().identifier);
+  EXPECT_EQ(talk->whole, "system said fix it, user said " + text);
+  const auto streamed = stream(*provider, text);
+  ASSERT_TRUE(runToEnd(streamed));
+  EXPECT_EQ(streamed->whole, text);
+  EXPECT_GT(streamed->pieces.size(), 10u);
+  EXPECT_THAT(modelsOf(*provider), ElementsAre(StartsWith("gpt-")));
+  EXPECT_TRUE(alerts.shown.empty());
 }
 
 TEST_F(MockServer, failuresAreToldInWords) {
-  const auto expectAlert = [this](AIProvider& provider, const testing::Matcher<const std::string&>& message) {
-    alerts.shown.clear();
-    const auto talk = chat(provider, "teh cat", "some-model");
-    ASSERT_TRUE(runToEnd(talk) && run([&] { return !alerts.shown.empty(); }));
-    EXPECT_EQ(talk->whole, "(absent)");
-    EXPECT_EQ(alerts.shown[0].title, "Mine Issue");
-    EXPECT_THAT(alerts.shown[0].message, message);
-  };
-  const std::string status = "Response status code was unacceptable: ";
-  expectAlert(*base(root + "/v2"), status + "404.");
-  expectAlert(*base(root + "/v1", "wrong"), status + "401.");
+  const std::string status = "Mine Issue: Response status code was unacceptable: ";
+  EXPECT_EQ(failureOf(at("/v2"), "teh cat"), status + "404.");
+  EXPECT_EQ(failureOf(at("/v1", "wrong"), "teh cat"), status + "401.");
   // The server's own answer has no time of creation, which the dialect demands.
-  expectAlert(*base(root + "/v1"),
-              AllOf(StartsWith("Response could not be decoded"), HasSubstr("created: is missing")));
-
-  std::string verdicts;
-  for (const auto& each : {std::string("wrong"), key}) {
-    const auto provider = base(root + "/v1", each);
-    const auto before = verdicts.size();
-    provider->validateApiKey([&](bool valid) { queue.async([&verdicts, valid] { verdicts += valid ? 'y' : 'n'; }); });
-    ASSERT_TRUE(run([&] { return verdicts.size() > before; }));
-  }
-  EXPECT_EQ(verdicts.front(), 'n');
+  EXPECT_THAT(failureOf(at("/v1"), "teh cat"),
+              AllOf(StartsWith("Mine Issue: Response could not be decoded"), HasSubstr("created: is missing")));
 }
 
 /// Speaks the dialects of several vendors.
 struct MockServerOfManyDialects : MockServers {
   MockServerOfManyDialects() : MockServers("start-aimock.js") {}
 
-  std::unique_ptr<AIProvider> make(ProviderType type) {
-    const int port = std::stoi(root.substr(root.rfind(':') + 1));
-    return ProviderFactory({transport, http, queue, alertHandler, defaults, appConfig,
-                            OpenAIClient::Configuration{.host = "127.0.0.1", .port = port, .scheme = "http"}})
-        .makeProvider(ProviderConfig::make(
-            {.providerType = type, .name = "Mine", .apiKey = key, .baseURL = addresses.at(type), .defaultModel = "m"}));
-  }
-  std::map<ProviderType, std::string> addresses{{ProviderType::openAICompatible, root + "/v1"},
-                                                {ProviderType::groq, root + "/openai/v1"},
-                                                {ProviderType::openRouter, root + "/api/v1"},
-                                                {ProviderType::googleAI, root + "/v1beta"},
-                                                {ProviderType::openAI, ""},
-                                                {ProviderType::anthropic, root}};
+  const std::map<ProviderType, std::string> paths{{ProviderType::openAICompatible, "/v1"},
+                                                  {ProviderType::groq, "/openai/v1"},
+                                                  {ProviderType::openRouter, "/api/v1"},
+                                                  {ProviderType::googleAI, "/v1beta"},
+                                                  {ProviderType::openAI, ""},
+                                                  {ProviderType::anthropic, ""}};
 };
 
-TEST_F(MockServerOfManyDialects, answersChatsWholeAndStreamed) {
-  for (const auto& [type, address] : addresses) {
-    const auto provider = make(type);
+TEST_F(MockServerOfManyDialects, answersStreamsAndListsItsModels) {
+  for (const auto& [type, path] : paths) {
+    const auto provider = make(type, port, path);
     const auto whole = chat(*provider, "teh cat");
-    ASSERT_TRUE(runToEnd(whole)) << address;
+    ASSERT_TRUE(runToEnd(whole)) << path;
     EXPECT_EQ(whole->whole, "the cat, Gr\u00fc\u00dfe, \u732b \U0001F600") << info(type).displayName;
     const auto streamed = stream(*provider, "teh cat");
-    ASSERT_TRUE(runToEnd(streamed)) << address;
+    ASSERT_TRUE(runToEnd(streamed)) << path;
     EXPECT_EQ(streamed->whole, whole->whole) << info(type).displayName;
     EXPECT_GT(streamed->pieces.size(), 2u);
   }
-  EXPECT_TRUE(alerts.shown.empty());
-}
-
-TEST_F(MockServerOfManyDialects, listsItsModels) {
   for (const auto type : {ProviderType::openAICompatible, ProviderType::openAI, ProviderType::anthropic}) {
-    const auto models = list(*make(type));
-    ASSERT_TRUE(models) << info(type).displayName;
-    EXPECT_TRUE(std::ranges::any_of(*models, [](const auto& model) { return model.identifier == "gpt-4o"; }));
+    EXPECT_THAT(modelsOf(*make(type, port, paths.at(type))), Contains("gpt-4o")) << info(type).displayName;
   }
+  EXPECT_TRUE(alerts.shown.empty());
 }
 
 // Its error for Anthropic's API has not the vendor's form, so there are no words to be told.
@@ -157,9 +130,7 @@ TEST_F(MockServerOfManyDialects, failuresAreToldInTheVendorsWords) {
        {std::pair(ProviderType::openAI, "Mine Issue: No fixture matched"),
         {ProviderType::anthropic, "Anthropic Issue: status code 404"},
         {ProviderType::openAICompatible, "Mine Issue: Response status code was unacceptable: 404."}}) {
-    alerts.shown.clear();
-    ASSERT_TRUE(runToEnd(chat(*make(type), "something else")) && run([&] { return !alerts.shown.empty(); }));
-    EXPECT_EQ(alerts.shown[0].title + ": " + alerts.shown[0].message, message);
+    EXPECT_EQ(failureOf(make(type, port, paths.at(type)), "something else"), message);
   }
 }
 

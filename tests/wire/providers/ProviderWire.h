@@ -35,34 +35,23 @@ struct ProviderWire : testing::Test {
     std::vector<std::string> pieces;
     std::string whole = "(none)";
     bool ended = false;
-    std::string allPieces() const {
-      std::string text;
-      for (const auto& piece : pieces) {
-        text += piece;
-      }
-      return text;
-    }
   };
 
-  static void SetUpTestSuite() {
-    setenv("no_proxy", "127.0.0.1", 1);
-    setenv("LANGUAGE", "de_DE:en", 1);
-  }
-  static void TearDownTestSuite() { unsetenv("LANGUAGE"); }
+  static void SetUpTestSuite() { setenv("no_proxy", "127.0.0.1", 1); }
 
-  std::unique_ptr<AIProvider> base(const std::string& baseURL, const std::string& withKey = key) {
-    return factory.makeProvider(ProviderConfig::make({.providerType = ProviderType::openAICompatible,
-                                                      .name = "Mine",
-                                                      .apiKey = withKey,
-                                                      .baseURL = baseURL,
-                                                      .defaultModel = "small"}));
-  }
-  /// The hosted service, taken to be on a local port.
-  std::unique_ptr<AIProvider> hosted(int port) {
-    defaults.set("useLocalApi", true);
+  ProviderWire() { defaults.set("useLocalApi", true); }
+
+  /// A provider of this type whose server is on a port of the loopback interface.
+  std::unique_ptr<AIProvider> make(ProviderType type, int port, const std::string& path = "",
+                                   const std::string& withKey = key, const std::string& scheme = "http") {
     localConfig = std::make_unique<AppConfig>(defaults, port);
-    return ProviderFactory({transport, http, queue, alertHandler, defaults, *localConfig})
-        .makeProvider(ProviderConfig::make({.providerType = ProviderType::quillMark, .name = "Hosted"}));
+    return ProviderFactory({transport, http, queue, alertHandler, defaults, *localConfig,
+                            OpenAIClient::Configuration{.host = "127.0.0.1", .port = port, .scheme = scheme}})
+        .makeProvider(ProviderConfig::make({.providerType = type,
+                                            .name = "Mine",
+                                            .apiKey = withKey,
+                                            .baseURL = scheme + "://127.0.0.1:" + std::to_string(port) + path,
+                                            .defaultModel = "m"}));
   }
 
   /// What comes of it appears while run() runs.
@@ -74,11 +63,10 @@ struct ProviderWire : testing::Test {
     });
     return talk;
   }
-  std::shared_ptr<Talk> stream(AIProvider& provider, const std::string& text,
-                               const std::optional<std::string>& model = std::nullopt) {
+  std::shared_ptr<Talk> stream(AIProvider& provider, const std::string& text) {
     auto talk = std::make_shared<Talk>();
     provider.streamChat(
-        text, "fix it", model, [talk](const std::string& piece) { talk->pieces.push_back(piece); },
+        text, "fix it", std::nullopt, [talk](const std::string& piece) { talk->pieces.push_back(piece); },
         [talk](const auto& whole) { end(*talk, whole); });
     return talk;
   }
@@ -104,11 +92,9 @@ struct ProviderWire : testing::Test {
   IcuLocaleInfo locale{"en"};
   NotedAlerts alerts;
   AlertHandler alertHandler{queue, alerts};
-  AppConfig appConfig{defaults, 1};
   std::unique_ptr<AppConfig> localConfig;
   CurlHttpSession http;
   HttpTransport transport{http, queue, {"quillmark", "org.quillmark", "2.13.0", "7"}, {"Linux", 6, 1, 0}, locale};
-  ProviderFactory factory{{transport, http, queue, alertHandler, defaults, appConfig}};
 };
 
 }  // namespace quillmark
