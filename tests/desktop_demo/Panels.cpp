@@ -169,7 +169,7 @@ void addProviders(Desk& desk, const TestHttpServer& backend) {
   };
   add(ProviderType::openAICompatible, "second");
   add(ProviderType::openAICompatible, "broken");
-  ModelStore(defaults).updateModels(
+  (void)ModelStore(defaults).updateModels(
       {{Uuid::random(), "second-large", ProviderType::openAICompatible, "second-large", true, {}},
        {Uuid::random(), "second-small", ProviderType::openAICompatible, "second-small", true, {}}});
 }
