@@ -45,12 +45,12 @@ bool MarkdownSigns::Struck::ends(bool isTilde) {
 
 bool MarkdownSigns::endsLink(std::int32_t c) {
   if (text::isNewline(c)) {
-    link_ = Link::none;
+    link_ = Link::outside;
     return false;
   }
   switch (link_) {
-    case Link::none:
-      link_ = c == '[' ? Link::bracket : Link::none;
+    case Link::outside:
+      link_ = c == '[' ? Link::bracket : Link::outside;
       break;
     case Link::bracket:
       link_ = Link::label;
@@ -75,9 +75,9 @@ bool MarkdownSigns::endsLink(std::int32_t c) {
 
 bool MarkdownSigns::endsTableRow(std::int32_t c) {
   if (text::isNewline(c)) {
-    tableRow_ = TableRow::none;
-  } else if (tableRow_ == TableRow::none) {
-    tableRow_ = c == '|' ? TableRow::bar : TableRow::none;
+    tableRow_ = TableRow::outside;
+  } else if (tableRow_ == TableRow::outside) {
+    tableRow_ = c == '|' ? TableRow::bar : TableRow::outside;
   } else {
     return std::exchange(tableRow_, TableRow::cell) == TableRow::cell && c == '|';
   }

@@ -45,8 +45,8 @@ class MarkdownSigns {
   };
 
   /// How much of a link has been seen on this line.
-  enum class Link : std::uint8_t { none, bracket, label, labelEnd, parenthesis, target };
-  enum class TableRow : std::uint8_t { none, bar, cell };
+  enum class Link : std::uint8_t { outside, bracket, label, labelEnd, parenthesis, target };
+  enum class TableRow : std::uint8_t { outside, bar, cell };
   /// Where the text stands in the signs that are tied to its start. Their first characters tell them apart.
   enum class Start : std::uint8_t {
     first,
@@ -72,8 +72,8 @@ class MarkdownSigns {
   Enclosed code_;
   Struck struck_;
   std::uint8_t backticks_ = 0;  ///< just now
-  Link link_ = Link::none;
-  TableRow tableRow_ = TableRow::none;
+  Link link_ = Link::outside;
+  TableRow tableRow_ = TableRow::outside;
   Start start_ = Start::first;
   std::uint8_t count_ = 0;
   bool found_ = false;
