@@ -70,12 +70,13 @@ void Stage::closeMenu() {
 
 void Stage::openReview(ReviewViewMode mode) {
   const std::string selection = "What the user had selected.";
-  const Command command = *app_.promptStore().commandFor(ActionCase::fixGrammar);
+  const Command command = Command::make(UserAction(ActionCase::fixGrammar));
   auto& session = app_.reviewPanel();
   session.setCommand(command);
   session.open("", selection);
   app_.reviewViewState().setViewMode(mode);
   session.execute(command, selection);
+  streaming_.start();
   answering_ = &desktop_.http.exchanges.back();
   waitUntilShown(reviewWindow_);
 }
@@ -88,8 +89,9 @@ void Stage::closeReview() {
 }
 
 void Stage::pulse() {
-  const QDeadlineTimer end(400);
-  waitUntil([&] { return end.hasExpired(); });
+  constexpr qint64 period = 2000;
+  const auto phase = [this] { return streaming_.elapsed() % period; };
+  waitUntil([&] { return phase() >= period / 5 && phase() < period / 4; });
 }
 
 double Stage::drawingTimeOf(const std::function<void()>& work) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -45,7 +46,7 @@ class Stage {
   /// A piece of that answer comes in; any thread.
   void receive(std::string_view chunk) { answering_->bytes(std::string(chunk)); }
   void closeReview();
-  /// Lets the pulse of the answer go on for a while, for what is half transparent takes longer to draw.
+  /// Waits for the same moment in the pulse of the answer, for what is half transparent takes longer to draw.
   void pulse();
   /// How many lines of the answer are laid out.
   std::size_t linesOfAnswer() const { return answer_->blockCount(); }
@@ -74,6 +75,7 @@ class Stage {
   CommandMenuView menu_{app_.commandPanel()};
   const TextColumn* answer_ = nullptr;
   const SimulatedHttpSession::Exchange* answering_ = nullptr;
+  QElapsedTimer streaming_;
 };
 
 }  // namespace quillmark::bench
