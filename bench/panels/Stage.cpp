@@ -20,7 +20,7 @@ Platform platformOn(MainQueue& queue, SimulatedDesktop& desktop) {
           all.alerts, all.permissions,     all.loginItem};
 }
 
-/// Waits until the X server has done all that it was asked for; without one there is nothing to wait for.
+/// Waits until the X server has processed every request; without one there is nothing to wait for.
 void waitForServer() {
   const auto* const native = qApp->nativeInterface<QNativeInterface::QX11Application>();
   if (native && native->connection()) {
@@ -108,7 +108,7 @@ double Stage::drawingTimeOf(const std::function<void()>& work) {
 }
 
 void Stage::sendAllPostedEvents() {
-  // What is posted meanwhile waits for the next round.
+  // What is posted meanwhile waits for the next iteration.
   std::size_t before = 0;
   do {
     before = application_.events;
@@ -139,7 +139,7 @@ void Stage::waitUntilShown(const QWidget& window) {
   waitUntil([&] { return window.windowHandle()->isExposed() && window.isActiveWindow(); });
 }
 
-// The toolkit needs some time to see that the keyboard is gone; what opens meanwhile does not become active.
+// The toolkit needs some time to notice that it has lost the keyboard; what opens meanwhile does not become active.
 void Stage::waitUntilNothingIsShown() {
   waitUntil([] { return QGuiApplication::focusWindow() == nullptr; });
 }
