@@ -34,7 +34,7 @@ using Message = std::unique_ptr<sd_bus_message, Unref>;
 template <class... Arguments>
 Message call(sd_bus* bus, const Accessible& object, const char* interface, const char* method,
              const char* signature = "", Arguments... arguments) {
-  sd_bus_error error = SD_BUS_ERROR_NULL;
+  sd_bus_error error{};
   sd_bus_message* reply = nullptr;
   if (sd_bus_call_method(bus, object.owner.c_str(), object.path.c_str(), interface, method, &error, &reply, signature,
                          arguments...) < 0) {
