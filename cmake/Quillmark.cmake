@@ -1,4 +1,4 @@
-# Compiler settings and the one helper that declares a library of the house.
+# Compiler settings and the one helper that declares one of our libraries.
 
 find_program(CCACHE ccache)
 if(CCACHE)
@@ -43,7 +43,7 @@ pkg_check_modules(xcb REQUIRED IMPORTED_TARGET
 pkg_check_modules(hunspell REQUIRED IMPORTED_TARGET hunspell)
 find_package(Qt6 REQUIRED COMPONENTS Widgets DBus Svg)
 
-# quillmark_library(NAME <target> [LINK <targets>...] [QT]): a static library of all sources of the present folder, with
+# quillmark_library(NAME <target> [LINK <targets>...] [QT]): a static library of all sources of the current folder, with
 # the house's include root and a precompiled header. LINK says what it may include of the house; `./dev lint` checks the
 # same rule. With QT it gets the toolkit and the toolkit's precompiled header.
 function(quillmark_library)

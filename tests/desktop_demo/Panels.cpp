@@ -16,7 +16,7 @@ constexpr int reviews = 30;
 
 using Keys = std::vector<std::string_view>;
 
-/// Steps of a case: each throws with what went wrong.
+/// The steps of a case; each throws a description of its failure.
 class Steps {
  public:
   Steps(LiveDesktop& desk, Editor& editor) : desk_(desk), editor_(editor), session_(desk.session()) {}
@@ -28,7 +28,7 @@ class Steps {
     desk_.trace().startAnew();
   }
 
-  /// Waits until it holds, or throws with the problem.
+  /// Waits until the condition holds, or throws the problem.
   void expect(const std::string& problem, const std::function<bool()>& holds) {
     if (!waitUntil(holds, deadline)) {
       fail(problem);
@@ -88,7 +88,7 @@ class Steps {
     }
   }
 
-  /// The panel that is open, 0 when there is none.
+  /// The open panel, 0 when there is none.
   xcb_window_t panel() {
     const auto all = session_.windows();
     const auto own = std::ranges::find(all, desk_.quillmarkPid(), &XSession::Window::pid);
@@ -145,7 +145,7 @@ Answer answerTo(const ReceivedRequest& request) {
   return Answer::json(200, R"({"success":true})");
 }
 
-/// Two more providers: one that answers, with two models, and one that never says anything.
+/// Two more providers: one that answers, with two models, and one that never answers.
 void addProviders(LiveDesktop& desk, const TestHttpServer& backend) {
   SqliteUserDefaults defaults(desk.data() / "defaults.sqlite");
   ProviderStore providers(defaults);

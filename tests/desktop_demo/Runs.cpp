@@ -36,7 +36,7 @@ Outcome awaitCorrection(LiveDesktop& desk, Editor& editor, const std::string& ex
   return {true, shown(expected)};
 }
 
-/// Triggers with nothing selected: no text may be sent, least of all an old clipboard.
+/// Triggers with nothing selected: no text may be sent, least of all the old clipboard.
 Outcome runWithoutSelection(LiveDesktop& desk, Editor& editor) {
   const auto before = editor.fileContents();
   editor.deselect();
@@ -49,7 +49,7 @@ Outcome runWithoutSelection(LiveDesktop& desk, Editor& editor) {
   if (waitUntil([&] { return desk.trace().momentOf(trace::requestSent).has_value(); }, 2s)) {
     return failed(desk, "a text was sent though nothing was selected");
   }
-  // A letter more, so that the editor has something to save.
+  // One more letter, so that the editor has something to save.
   desk.session().type("x");
   if (!editor.savesAs(before + "x", 5s)) {
     return failed(desk, "the text changed though nothing was selected: " + shown(editor.fileContents()));
@@ -89,7 +89,7 @@ Outcome terminal(const Programs& programs, const std::string&) {
       return failed(desk, "the copy key interrupted the program in the terminal");
     }
   }
-  // The other half of the proof: a real Control+C does arrive there.
+  // Counter-check: a real Control+C does arrive there.
   desk.session().tap({"Control_L", "c"});
   if (!waitUntil([&] { return std::filesystem::exists(interrupted); }, 5s)) {
     return {false, "the terminal takes no keys at all: nothing was proved"};
@@ -97,8 +97,8 @@ Outcome terminal(const Programs& programs, const std::string&) {
   return {true, "3 triggers, no interrupt"};
 }
 
-/// Fills a clipboard manager's history, then looks whether it gets between us and the editor. `isAtWork` tells whether
-/// the manager has taken notice of what the owner put there.
+/// Fills a clipboard manager's history, then checks whether it gets between us and the editor. `isAtWork` says whether
+/// the manager has noticed what the owner put there.
 Outcome withClipboardManager(const Programs& programs, const std::string& editorKind,
                              const std::vector<std::string>& command,
                              const std::function<bool(LiveDesktop&, Process& manager)>& isAtWork) {
@@ -140,7 +140,7 @@ Outcome copyq(const Programs& programs, const std::string& editorKind) {
   });
 }
 
-/// Clipman tells of its history only by the file that it writes at its end, so another one of it goes first.
+/// Clipman reveals its history only in the file that it writes on exit, so another instance of it runs first.
 Outcome clipman(const Programs& programs, const std::string& editorKind) {
   return withClipboardManager(programs, editorKind, {"xfce4-clipman"}, [](LiveDesktop& desk, Process& manager) {
     manager.end();
@@ -148,7 +148,7 @@ Outcome clipman(const Programs& programs, const std::string& editorKind) {
   });
 }
 
-/// An application that hangs with the clipboard in its hands.
+/// An application that hangs while it owns the clipboard.
 Outcome hangingOwner(const Programs& programs, const std::string& editorKind) {
   LiveDesktop desk(programs);
   auto& session = desk.session();
@@ -224,7 +224,7 @@ Outcome trigger(const Programs& programs, const std::string& editorKind) {
   return outcome;
 }
 
-/// A shortcut with the command that it must run: what tells the command's prompt from others, and an answer to it.
+/// A shortcut with the command that it must run: what identifies the command's prompt, and an answer to it.
 struct ShortcutSample {
   std::string name;
   std::string key;  ///< with Control and Alt
@@ -265,7 +265,7 @@ Outcome shortcuts(const Programs& programs, const std::string& editorKind) {
     samples[0].name = pirate.shortcutName();
   }
   desk.startQuillmark();
-  // Set while the program runs, by another one.
+  // Set by another program while this one runs.
   for (const auto& sample : samples) {
     const Json combination = {{"carbonKeyCode", sample.carbonKeyCode}, {"carbonModifiers", 6144}};
     if (session.run({programs.commandLine, "--data-dir", desk.data(), "defaults", "write",

@@ -63,7 +63,7 @@ struct PanelViews : testing::Test {
       QCoreApplication::processEvents();
     }
   }
-  /// A run whose answer is on its way.
+  /// A run whose answer has not arrived yet.
   void openReview(const std::string& selection) {
     const Command command = *app.promptStore().commandFor(ActionCase::fixGrammar);
     session.setCommand(command);
@@ -92,7 +92,7 @@ struct PanelViews : testing::Test {
     QApplication::sendEvent(target, &event);
   }
 
-  /// The views in sight that have a name, a line for each: name, text, help, and a dash for what is off.
+  /// The visible views that have a name, one line each: name, text, help, and a dash for a disabled one.
   static std::string said(const QWidget& view) {
     QString all;
     for (const QWidget* widget : view.findChildren<QWidget*>()) {

@@ -7,14 +7,14 @@
 
 namespace quillmark {
 
-/// A main queue on the real clock for tests without a toolkit: waits for descriptors and timers while told to.
+/// A main queue on the real clock for tests without a toolkit: waits for descriptors and timers while run.
 class EventLoop : public SerialQueue {
  public:
-  /// `drain` is called when the descriptor can be read, and each time before the loop sleeps.
+  /// `drain` is called when the descriptor is readable, and each time before the loop sleeps.
   void watch(int descriptor, std::function<void()> drain) { watches_.push_back({descriptor, std::move(drain)}); }
 
-  /// Runs until the condition holds; false after the deadline. The condition is looked at after each event, and every
-  /// few milliseconds for the sake of what happens in other programs.
+  /// Runs until the condition holds; false after the deadline. The condition is checked after each event, and every few
+  /// milliseconds for changes in other programs.
   bool runUntil(const std::function<bool()>& condition, std::chrono::milliseconds deadline = std::chrono::seconds(20));
   void runFor(std::chrono::milliseconds time);
 

@@ -9,7 +9,7 @@ namespace quillmark {
 /// Calls a function on the main thread whenever a descriptor is readable, for as long as the watch lives.
 class SocketWatch {
  public:
-  /// Also calls it each time before the event loop sleeps: a connection that reads ahead while waiting for a reply
+  /// `readableAndBeforeSleep` also calls it each time before the event loop sleeps: a connection that reads ahead while waiting for a reply
   /// buffers events that no longer make the descriptor readable.
   enum class When { readable, readableAndBeforeSleep };
 

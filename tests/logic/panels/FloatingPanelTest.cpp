@@ -63,7 +63,7 @@ TEST_F(FloatingPanelTest, opensOnTheScreenOfThePointer) {
   EXPECT_EQ(window.at, (Point{200, 250}));
 }
 
-TEST_F(FloatingPanelTest, tellsOfItsEndOnceWhateverClosesIt) {
+TEST_F(FloatingPanelTest, reportsItsEndOnceWhateverClosesIt) {
   FloatingPanel panel(window, desktop.screens, true);
   std::vector<bool> told;
   const auto changes = panel.isPresented().observe([&](bool isPresented) { told.push_back(isPresented); });
@@ -78,7 +78,7 @@ TEST_F(FloatingPanelTest, tellsOfItsEndOnceWhateverClosesIt) {
   }
 }
 
-TEST_F(FloatingPanelTest, thatCanNotHideStaysWhenTheKeyboardGoes) {
+TEST_F(FloatingPanelTest, thatCanNotHideStaysWhenItLosesTheKeyboard) {
   FloatingPanel panel(window, desktop.screens, false);
   panel.present();
   window.loseKeyboard();

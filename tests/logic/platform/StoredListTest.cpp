@@ -54,7 +54,7 @@ class Mutator {
     }
   }
 
-  /// A change that usually leaves the text valid JSON: one token between two delimiters becomes another one.
+  /// A change that usually leaves the text valid JSON: one token between two delimiters is replaced.
   void replaceValue(std::string& text, const char* piece) {
     const auto start = text.find(':', below(text.size() + 1));
     if (start != std::string::npos) {
@@ -78,7 +78,7 @@ std::optional<std::vector<T>> decoded(const std::string& bytes, const Reader<T>&
   }
 }
 
-/// What a start makes of a mutated value: either the store holds every record of it, or its bytes are kept.
+/// A start on a mutated value: either the store holds all of its records, or its bytes are kept.
 template <class T>
 void expectNothingLost(const SimulatedDefaults& defaults, const std::string& key, const std::string& bytes,
                        const std::vector<T>& held, const Reader<T>& reader, int& understood) {
@@ -158,12 +158,12 @@ TEST(StoredLists, loseNothingOfTenThousandMutatedValues) {
     }
   }
   setLogSink({});
-  // Were it much less, the mutations would only try the parser.
+  // With far fewer, the mutations would only test the parser.
   EXPECT_GT(understood, values / 20);
   RecordProperty("understood", understood);
 }
 
-/// What a store shows, against what a start would find.
+/// What a store shows, compared with what a start would find.
 template <class T>
 void expectShownIsStored(const SimulatedDefaults& defaults, const char* key, const std::vector<T>& shown,
                          const Reader<T>& reader, const std::string& label) {
@@ -313,11 +313,11 @@ TEST(StoredLists, ofOneProcessFollowTheOther) {
   elsewhere.queue.advance(std::chrono::seconds(1));
   EXPECT_EQ(stores.commands.searchableCommands->size(), elsewhere.commands.searchableCommands->size());
 
-  // What this process has counted and not stored yet survives what others store.
+  // What this process has counted but not stored yet survives what others store.
   const Uuid first = stores.commands.prompts->front().id;
   stores.commands.incrementUsage(first);
   ASSERT_TRUE(elsewhere.commands.add(std::nullopt));
-  mine.values = theirs.values;  // nobody has told of it yet
+  mine.values = theirs.values;  // not announced yet
   ASSERT_TRUE(stores.commands.add(std::nullopt));
   EXPECT_EQ(stores.commands.prompts->size(), elsewhere.commands.prompts->size() + 1);
   EXPECT_EQ(stores.commands.command(first)->usageCount, 1);

@@ -134,8 +134,8 @@ TEST_F(ProviderRequests, toAnthropicReplaceThePathOfTheAddress) {
   }
 }
 
-/// The log of a stream that ends by its connection, and of a listing that succeeds and one that fails.
-TEST_F(ProviderRequests, areToldInTheLogByEachClassInItsOwnWords) {
+/// The log of a stream ended by its connection, and of a listing that succeeds and one that fails.
+TEST_F(ProviderRequests, areLoggedByEachClassInItsOwnWords) {
   using enum ProviderType;
   const struct {
     ProviderType type;

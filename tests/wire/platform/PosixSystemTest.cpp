@@ -22,7 +22,7 @@ using testing::Not;
 
 using Variables = std::vector<std::pair<std::string, std::optional<std::string>>>;
 
-/// Sets environment variables, with nothing for absence, and puts them back.
+/// Sets environment variables, or unsets them for nothing, and restores them.
 class Environment {
  public:
   explicit Environment(const Variables& variables) {
@@ -64,7 +64,7 @@ TEST(DataDirectory, isTheFirstThatIsGiven) {
   }
 }
 
-TEST(PreferredLanguages, comeFromTheFirstVariableThatSaysSomething) {
+TEST(PreferredLanguages, comeFromTheFirstVariableThatIsSet) {
   struct Case {
     std::optional<std::string> language, all, messages, lang;
     std::vector<std::string> expected;

@@ -14,8 +14,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-/// A server from the registry of npm, which the fixture of these tests has installed. What it says of itself is its
-/// own.
+/// A server from the npm registry, installed by these tests' fixture.
 struct MockServers : ProviderWire {
   /// Starts one by its script, with more arguments.
   explicit MockServers(const std::string& script, const std::vector<std::string>& arguments = {}) {
@@ -61,7 +60,7 @@ struct MockServers : ProviderWire {
   int port = 1;
 };
 
-/// Speaks chat completions. The rules add an answer with every field, and a key that is refused.
+/// Speaks chat completions. The rules add an answer with every field, and a rejected key.
 struct MockServer : MockServers {
   MockServer() : MockServers("start-mock-llm.js", {QUILLMARK_MOCK_SERVERS "/rules.json"}) {}
   std::unique_ptr<AIProvider> at(const std::string& path, const std::string& withKey = key) {
@@ -86,11 +85,11 @@ TEST_F(MockServer, answersStreamsAndListsItsModels) {
   EXPECT_TRUE(alerts.shown.empty());
 }
 
-TEST_F(MockServer, failuresAreToldInWords) {
+TEST_F(MockServer, failuresAreReportedInWords) {
   const std::string status = "Mine Issue: Response status code was unacceptable: ";
   EXPECT_EQ(failureOf(at("/v2"), "teh cat"), status + "404.");
   EXPECT_EQ(failureOf(at("/v1", "wrong"), "teh cat"), status + "401.");
-  // The server's own answer has no time of creation, which the dialect demands.
+  // The server's own answer lacks the creation time that the dialect requires.
   EXPECT_THAT(failureOf(at("/v1"), "teh cat"),
               AllOf(StartsWith("Mine Issue: Response could not be decoded"), HasSubstr("created: is missing")));
 }
@@ -124,8 +123,8 @@ TEST_F(MockServerOfManyDialects, answersStreamsAndListsItsModels) {
   EXPECT_TRUE(alerts.shown.empty());
 }
 
-// Its error for Anthropic's API has not the vendor's form, so there are no words to be told.
-TEST_F(MockServerOfManyDialects, failuresAreToldInTheVendorsWords) {
+// Its error for Anthropic's API is not in the vendor's form, so there is no message to report.
+TEST_F(MockServerOfManyDialects, failuresAreReportedInTheVendorsWords) {
   for (const auto& [type, message] :
        {std::pair(ProviderType::openAI, "Mine Issue: No fixture matched"),
         {ProviderType::anthropic, "Anthropic Issue: status code 404"},

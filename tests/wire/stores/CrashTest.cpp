@@ -26,7 +26,7 @@ Uuid idOf(int number) {
   return *Uuid::parse(text.data());
 }
 
-/// One edit as a user makes it on a screen; each changes one list. What it does depends on its number alone.
+/// One edit as a user makes it on a screen; each changes one list. Its effect depends on its number alone.
 void edit(StoreSet& stores, int number) {
   const std::string size(static_cast<std::size_t>(number % 17 * 700), 'x');
   switch (number % kindsOfEdits) {

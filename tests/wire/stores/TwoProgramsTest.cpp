@@ -23,7 +23,7 @@ TEST(TwoPrograms, writeAtTheSameTimeWithoutLosingAKey) {
   int toldOfSetting = 0;
   const auto observed = useLocalApi.observe([&toldOfSetting](bool value) { toldOfSetting += value ? 1 : 0; });
 
-  // While the stores of this process edit, the command line writes settings one after the other.
+  // While the stores of this process edit, the command line writes settings one after another.
   constexpr int settings = 40;
   const std::string script = "for i in $(seq " + std::to_string(settings) +
                              "); do \"$0\" --data-dir \"$1\" defaults write setting$i int $i || exit 1; done; "

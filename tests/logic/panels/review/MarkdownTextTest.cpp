@@ -85,7 +85,7 @@ void slowRuns(const icu::UnicodeString& text, std::size_t level, Runs& runs) {
   slowRuns(text.tempSubStringBetween(from), level + 1, runs);
 }
 
-/// Random texts of the characters that mean something, and some others.
+/// Random texts of significant characters and some others.
 class Texts {
  public:
   std::string text(std::size_t longest) {
