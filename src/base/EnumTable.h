@@ -28,14 +28,25 @@ consteval std::size_t countNamed() {
 enum class Sample { zero, a1, two };
 static_assert(countNamed<Sample>() == 3, "this compiler spells enumerators in another way");
 
+/// Whether an enumerator follows a gap in the values, where countNamed() would not have seen it.
+template <class Enum, std::size_t... i>
+consteval bool isNamedBeyond(std::index_sequence<i...> /*distances*/) {
+  return (isNamed<static_cast<Enum>(countNamed<Enum>() + 1 + i)>() || ...);
+}
+
 /// Never defined, so that a constant evaluation that calls it doesn't compile.
 void aRowIsMissingDoubledOrMisplaced();
+void aRowIsCutShort();
+void twoRowsHaveTheSameRawValue();
 
 }  // namespace enums
 
 /// The number of enumerators, whose values count up from 0, as the compiler knows it.
 template <class Enum>
-inline constexpr std::size_t enumeratorCount = enums::countNamed<Enum>();
+inline constexpr std::size_t enumeratorCount = [] {
+  static_assert(!enums::isNamedBeyond<Enum>(std::make_index_sequence<32>()), "the values must count up without a gap");
+  return enums::countNamed<Enum>();
+}();
 
 /// All enumerators in their order.
 template <class Enum>
@@ -66,6 +77,18 @@ class EnumTable {
     for (std::size_t i = 0; i < count; ++i) {
       if (rows_[i].key != static_cast<Enum>(i)) {
         enums::aRowIsMissingDoubledOrMisplaced();
+      }
+      if constexpr (requires { rows_[i].isWhole(); }) {
+        if (!rows_[i].isWhole()) {
+          enums::aRowIsCutShort();
+        }
+      }
+      if constexpr (requires { rows_[i].raw; }) {
+        for (std::size_t j = 0; j < i; ++j) {
+          if (rows_[i].raw == rows_[j].raw) {
+            enums::twoRowsHaveTheSameRawValue();
+          }
+        }
       }
     }
   }

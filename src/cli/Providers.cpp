@@ -74,7 +74,9 @@ int changeProvider(const std::string& dataDirectory, const std::string& name, co
     std::getline(std::cin, line);
     key = text::trimmed(line);
   }
+  bool found = false;
   const bool stored = session.providerStore.changeConfig(config->id, [&](ProviderConfig& present) {
+    found = true;
     present.apiKey = key.value_or(present.apiKey);
     present.baseURL = changes.baseURL.value_or(present.baseURL);
     present.defaultModel = changes.defaultModel.value_or(present.defaultModel);
@@ -83,7 +85,10 @@ int changeProvider(const std::string& dataDirectory, const std::string& name, co
       session.providerStore.defaultProvider.set(present.id.toString());
     }
   });
-  return stored ? 0 : 1;
+  if (stored && !found) {
+    complain("the provider " + config->name + " has been deleted meanwhile");
+  }
+  return stored && found ? 0 : 1;
 }
 
 int verifyProvider(const std::string& dataDirectory, const std::string& name) {

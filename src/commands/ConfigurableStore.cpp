@@ -27,9 +27,8 @@ bool isValid(const Items& items) {
 }  // namespace
 
 ConfigurableStore::ConfigurableStore(UserDefaults& defaults, const Keys& keys)
-    : list_(defaults, keys.items,
-            {.read = configurableItemFromJson,
-             .layout = JsonLayout::pretty,
+    : list_(defaults, keys.items, configurableItemFromJson,
+            {.layout = JsonLayout::pretty,
              .initial = [this] { return defaultItems(); },
              .problem =
                  [](const Items& items) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 #include <iterator>
+#include <utility>
 
 #include "base/Localization.h"
 #include "base/Log.h"
@@ -114,9 +115,8 @@ struct Migration {
 }  // namespace
 
 CustomPromptStore::CustomPromptStore(UserDefaults& defaults, std::optional<Expansions> expansions)
-    : list_(defaults, keys::customPrompts,
-            {.read = commandFromJson,
-             .initial = baseCommands,
+    : list_(defaults, keys::customPrompts, commandFromJson,
+            {.initial = baseCommands,
              .emptyIsNone = true,
              .recall =
                  [this](auto& list) {
@@ -168,12 +168,15 @@ void CustomPromptStore::load() {
 void CustomPromptStore::loadUnchanged() { list_.load(); }
 
 bool CustomPromptStore::save(const Edit& edit, const std::optional<std::string>& action) {
-  const bool stored = list_.edit([&edit](auto& list) {
+  std::map<Uuid, std::int64_t> counted;
+  const bool stored = list_.edit([&](auto& list) {
+    counted = std::exchange(unsavedRuns_, {});  // the list has them
     edit(list);
     sortByCategory(list);
   });
-  if (stored) {
-    unsavedRuns_.clear();
+  if (!stored) {
+    unsavedRuns_.merge(counted);
+  } else {
     log("saved " + std::to_string(prompts->size()) + " action: " + action.value_or("none"));
     buildSearchableCommands();
   }

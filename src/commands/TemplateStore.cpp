@@ -38,8 +38,7 @@ std::vector<Command> fallbackTemplates() {
 
 TemplateStore::TemplateStore(UserDefaults& defaults, HttpTransport& transport, const AppConfig& appConfig,
                              const MainQueue& queue)
-    : list_(defaults, keys::cachedTemplates,
-            {.read = commandFromJson, .initial = fallbackTemplates, .emptyIsNone = true}),
+    : list_(defaults, keys::cachedTemplates, commandFromJson, {.initial = fallbackTemplates, .emptyIsNone = true}),
       lastFetchTimestamp(defaults, keys::templatesLastFetch),
       cachedTemplatesCount(defaults, keys::cachedTemplatesCount),
       queue_(queue) {

@@ -17,7 +17,7 @@ std::vector<Variable> examples() {
 }  // namespace
 
 VariablesStore::VariablesStore(UserDefaults& defaults, const LocaleInfo& locale)
-    : list_(defaults, keys::variables, {.read = variableFromJson, .initial = examples}),
+    : list_(defaults, keys::variables, variableFromJson, {.initial = examples}),
       preferredLocale(defaults, keys::preferredLocale),
       locale_(locale) {
   load();

@@ -22,6 +22,19 @@ inline constexpr std::array all{
 #undef STORED_KEY
 };
 
+static_assert(
+    [] {
+      for (auto key = all.begin(); key != all.end(); ++key) {
+        for (auto other = all.begin(); other != key; ++other) {
+          if (std::string_view(key->name) == other->name) {
+            return false;
+          }
+        }
+      }
+      return true;
+    }(),
+    "two keys have the same name");
+
 /// Nothing for an unknown name. The keys of all shortcuts are one family.
 constexpr std::optional<AnyStoredKey> find(std::string_view name) {
   for (const AnyStoredKey& key : all) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "base/Json.h"
+#include "base/ScopeExit.h"
 #include "base/Signal.h"
 #include "platform/StoredValue.h"
 #include "platform/UserDefaults.h"
@@ -27,8 +28,6 @@ struct LoadedList {
 /// How a list's records are read and written, and what applies while none is stored.
 template <class T>
 struct StoredListTraits {
-  /// Reads one record at a path. Throws DecodingError.
-  std::function<T(const Json&, const std::string&)> read;
   JsonLayout layout = JsonLayout::compact;
   /// Makes the list that applies while no usable one is stored; called at most once. Without it that list is empty.
   std::function<std::vector<T>()> initial = {};
@@ -49,11 +48,14 @@ class StoredList {
   using Records = std::vector<T>;
   using Traits = StoredListTraits<T>;
 
-  StoredList(UserDefaults& defaults, const StoredKey<Data>& key, Traits traits)
-      : StoredList(defaults, key.name, true, std::move(traits)) {}
+  /// Reads one record at a path. Throws DecodingError.
+  using Reader = std::function<T(const Json&, const std::string&)>;
+
+  StoredList(UserDefaults& defaults, const StoredKey<Data>& key, Reader reader, Traits traits = {})
+      : StoredList(defaults, key.name, true, std::move(reader), std::move(traits)) {}
   /// For an array that is stored as a string.
-  StoredList(UserDefaults& defaults, const StoredKey<std::string>& key, Traits traits)
-      : StoredList(defaults, key.name, false, std::move(traits)) {}
+  StoredList(UserDefaults& defaults, const StoredKey<std::string>& key, Reader reader, Traits traits = {})
+      : StoredList(defaults, key.name, false, std::move(reader), std::move(traits)) {}
   StoredList(const StoredList&) = delete;
   StoredList& operator=(const StoredList&) = delete;
 
@@ -80,30 +82,14 @@ class StoredList {
   /// change itself dropped the edit, UserDefaults::refused was emitted.
   template <class Change>
   [[nodiscard]] bool edit(Change&& change, Durability durability = Durability::lossOfPower) {
-    Read next;
-    ++edits_;
-    const bool stored = defaults_.transaction(
-        [&] {
-          next = present();
-          if (next.loaded.found == LoadedList::Found::unusable && !value_.setAside(next.loaded.problem)) {
-            return false;
-          }
-          if (!apply(change, next.records) || !defaults_.set(key(), encoded(next.records))) {
-            return false;
-          }
-          next.revision = defaults_.revision(key());
-          return true;
-        },
-        durability);
-    --edits_;
-    if (stored && defaults_.revision(key()) == next.revision) {
-      loaded_ = true;
-      next.loaded = {LoadedList::Found::list, {}};
-      show(std::move(next));
-    } else {
-      follow();  // an observer of something stored in the same transaction has already edited the list
-    }
-    return stored;
+    return store(std::forward<Change>(change), durability, false);
+  }
+
+  /// The same for the first list under the key: drops the edit when another process has stored one meanwhile, which is
+  /// shown then.
+  template <class Change>
+  [[nodiscard]] bool create(Change&& change) {
+    return store(std::forward<Change>(change), Durability::lossOfPower, true);
   }
 
   /// Changes the records without storing them and without notifying anyone; Traits::recall must be able to redo it.
@@ -120,13 +106,47 @@ class StoredList {
     std::uint64_t revision = 0;
   };
 
-  StoredList(UserDefaults& defaults, const char* key, bool isData, Traits traits)
-      : defaults_(defaults), value_(defaults, key), isData_(isData), traits_(std::move(traits)) {
+  StoredList(UserDefaults& defaults, const char* key, bool isData, Reader reader, Traits traits)
+      : defaults_(defaults),
+        value_(defaults, key),
+        isData_(isData),
+        reader_(std::move(reader)),
+        traits_(std::move(traits)) {
     changes_ = defaults_.changed.connect([this](const std::string& changed) {
       if (changed == value_.key() && edits_ == 0) {
         follow();
       }
     });
+  }
+
+  template <class Change>
+  bool store(Change&& change, Durability durability, bool isFirst) {
+    Read next;
+    ++edits_;
+    const ScopeExit ended([this] { --edits_; });
+    const bool stored = defaults_.transaction(
+        [&] {
+          next = present();
+          if (isFirst && next.loaded.found == LoadedList::Found::list) {
+            return false;
+          }
+          if (next.loaded.found == LoadedList::Found::unusable && !value_.setAside(next.loaded.problem)) {
+            return false;
+          }
+          if (!apply(change, next.records) || !defaults_.set(key(), encoded(next.records))) {
+            return false;
+          }
+          next.revision = defaults_.revision(key());
+          return true;
+        },
+        durability,
+        [&] {
+          loaded_ = true;
+          next.loaded = {LoadedList::Found::list, {}};
+          show(std::move(next));
+        });
+    follow();  // another process may have written since, or instead
+    return stored;
   }
 
   template <class Change>
@@ -162,7 +182,7 @@ class StoredList {
     result.revision = defaults_.revision(key());  // first: any later write changes the revision
     try {
       if (const auto text = storedText()) {
-        result.records = decodeArray<T>(parseJson(*text), traits_.read);
+        result.records = decodeArray<T>(parseJson(*text), reader_);
         if (auto problem = traits_.problem ? traits_.problem(result.records) : std::nullopt) {
           throw DecodingError({}, *problem);
         }
@@ -229,6 +249,7 @@ class StoredList {
   UserDefaults& defaults_;
   StoredValue value_;
   bool isData_;
+  Reader reader_;
   Traits traits_;
   Observable<Records> records_;
   std::optional<Records> initial_;

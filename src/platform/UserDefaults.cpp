@@ -9,7 +9,7 @@ namespace quillmark {
 
 bool UserDefaults::change(std::string_view key, std::optional<DefaultsValue> value, Durability durability) {
   const std::string name(key);
-  if (transaction_ && transaction_->refused) {
+  if (transaction_ && transaction_->refusal) {
     return false;
   }
   const auto written = write(name, value, durability);
@@ -22,36 +22,45 @@ bool UserDefaults::change(std::string_view key, std::optional<DefaultsValue> val
     return written.has_value();
   }
   if (!written) {
-    transaction_->refused = true;
-    transaction_->reason = written.error();
+    transaction_->refusal.emplace(name, written.error());
   } else if (*written && std::ranges::find(transaction_->touched, name) == transaction_->touched.end()) {
     transaction_->touched.push_back(name);
   }
   return written.has_value();
 }
 
-bool UserDefaults::transaction(const std::function<bool()>& edit, Durability durability) {
-  if (transaction_) {
-    return edit() && !transaction_->refused;
+bool UserDefaults::transaction(const std::function<bool()>& edit, Durability durability,
+                               std::function<void()> committed) {
+  const bool isInner = transaction_.has_value();
+  if (!isInner) {
+    if (const auto begun = begin(durability); !begun) {
+      refuse("a change", begun.error(), durability);
+      return false;
+    }
+    transaction_ = Transaction{{}, {}, std::nullopt, false};
   }
-  if (const auto begun = begin(durability); !begun) {
-    refuse("a change", begun.error(), durability);
-    return false;
-  }
-  transaction_.emplace();
-  bool stored = false;
   try {
-    stored = edit() && !transaction_->refused;
+    transaction_->dropped = !edit() || transaction_->dropped;
   } catch (...) {
-    rollBack();
-    transaction_.reset();
+    transaction_->dropped = true;
+    if (!isInner) {
+      rollBack();
+      transaction_.reset();
+    }
     throw;
   }
+  if (committed) {
+    transaction_->committed.push_back(std::move(committed));
+  }
+  return isInner ? !transaction_->dropped && !transaction_->refusal : endTransaction(durability);
+}
+
+bool UserDefaults::endTransaction(Durability durability) {
+  bool stored = !transaction_->dropped && !transaction_->refusal;
   if (stored) {
-    if (const auto committed = commit(durability); !committed) {
+    if (const auto done = commit(durability); !done) {
       stored = false;
-      transaction_->refused = true;
-      transaction_->reason = committed.error();
+      transaction_->refusal.emplace("a change", done.error());
     }
   }
   if (!stored) {
@@ -59,11 +68,14 @@ bool UserDefaults::transaction(const std::function<bool()>& edit, Durability dur
   }
   const Transaction ended = *std::exchange(transaction_, std::nullopt);
   if (stored) {
+    for (const auto& callback : ended.committed) {
+      callback();
+    }
     for (const auto& key : ended.touched) {
       changed.emit(key);
     }
-  } else if (ended.refused) {
-    refuse(ended.touched.empty() ? "a change" : ended.touched.front(), ended.reason, durability);
+  } else if (ended.refusal) {
+    refuse(ended.refusal->first, ended.refusal->second, durability);
   }
   return stored;
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/Expected.h"
@@ -42,10 +43,12 @@ class UserDefaults {
     return change(key, std::nullopt, durability);
   }
 
-  /// Runs an edit of several values as one: it reads what is stored now, no other process writes in between, and when
-  /// it returns true all that it set is stored, or nothing. Observers are notified afterwards. A transaction inside
-  /// another one is part of that one. False when the edit returns false or anything could not be stored.
-  [[nodiscard]] bool transaction(const std::function<bool()>& edit, Durability durability = Durability::lossOfPower);
+  /// Runs an edit of several values as one: it reads what is stored now, no other process writes in between, and all
+  /// that it sets is stored when it returns true, or nothing. `committed` is called then, before the observers. A
+  /// transaction inside another one is a part of it: when it fails, all of it does. False when the edit returned false
+  /// or anything could not be stored.
+  [[nodiscard]] bool transaction(const std::function<bool()>& edit, Durability durability = Durability::lossOfPower,
+                                 std::function<void()> committed = nullptr);
 
   /// The value under the key when it has this type; nothing otherwise.
   template <class T>
@@ -75,12 +78,14 @@ class UserDefaults {
 
  private:
   struct Transaction {
-    std::vector<std::string> touched;  // keys in the order of their first change
-    bool refused = false;              // one of its writes failed, so the whole transaction fails
-    std::string reason;
+    std::vector<std::string> touched;                            // keys in the order of their first change
+    std::vector<std::function<void()>> committed;                // called before the observers
+    std::optional<std::pair<std::string, std::string>> refusal;  // the first write that failed, and why
+    bool dropped;                                                // by itself or by a transaction inside it
   };
 
   bool change(std::string_view key, std::optional<DefaultsValue> value, Durability durability);
+  bool endTransaction(Durability durability);
   void refuse(const std::string& what, const std::string& reason, Durability durability);
 
   std::optional<Transaction> transaction_;

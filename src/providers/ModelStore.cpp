@@ -69,9 +69,7 @@ ProviderModel plainModel(ProviderType type, const std::string& identifier) {
 
 }  // namespace
 
-ModelStore::ModelStore(UserDefaults& defaults) : list_(defaults, keys::models, {.read = providerModelFromJson}) {
-  list_.load();
-}
+ModelStore::ModelStore(UserDefaults& defaults) : list_(defaults, keys::models, providerModelFromJson) { list_.load(); }
 
 std::vector<ProviderModel> ModelStore::modelsFor(ProviderType type) const {
   std::vector<ProviderModel> result;

@@ -49,9 +49,8 @@ bool addMissing(std::vector<ProviderConfig>& list, const std::vector<ProviderCon
 }  // namespace
 
 ProviderStore::ProviderStore(UserDefaults& defaults)
-    : list_(defaults, keys::providerStore,
-            {.read = providerConfigFromJson,
-             .initial =
+    : list_(defaults, keys::providerStore, providerConfigFromJson,
+            {.initial =
                  [this] {
                    std::vector<ProviderConfig> list = defaultConfigs;
                    firstOfType(list, ProviderType::quillMark)->enabled = true;
@@ -66,7 +65,9 @@ void ProviderStore::load() {
   if (list_.load().found == LoadedList::Found::list) {
     log("Load provider " + std::to_string(configs->size()));
   } else {
-    (void)resetConfigs();  // a refusal doesn't matter: the default configurations apply while nothing is stored
+    (void)list_.create([this](auto& list) {
+      reset(list);
+    });  // a refusal doesn't matter: the default configurations apply while nothing is stored
   }
 }
 
@@ -123,28 +124,30 @@ bool ProviderStore::addMissingConfigs() {
 }
 
 bool ProviderStore::resetConfigs() {
-  return list_.edit([this](auto& list) {
-    list = defaultConfigs;
-    log("Init provider configs " + std::to_string(list.size()));
-    if (const std::string oldKey = openAIApiKey.get(); !oldKey.empty()) {
-      if (ProviderConfig* openAI = firstOfType(list, ProviderType::openAI)) {
-        log("OpenAI key migrated");
-        openAI->apiKey = oldKey;
-        openAIApiKey.set("");
-      }
+  return list_.edit([this](auto& list) { reset(list); });
+}
+
+void ProviderStore::reset(std::vector<ProviderConfig>& list) {
+  list = defaultConfigs;
+  log("Init provider configs " + std::to_string(list.size()));
+  if (const std::string oldKey = openAIApiKey.get(); !oldKey.empty()) {
+    if (ProviderConfig* openAI = firstOfType(list, ProviderType::openAI)) {
+      log("OpenAI key migrated");
+      openAI->apiKey = oldKey;
+      openAIApiKey.set("");
     }
-    for (auto& config : list) {
-      if (config.providerType != ProviderType::quillMark) {
-        enable(config, config.enabled || !config.apiKey.empty());
-      }
+  }
+  for (auto& config : list) {
+    if (config.providerType != ProviderType::quillMark) {
+      enable(config, config.enabled || !config.apiKey.empty());
     }
-    if (ProviderConfig* hosted = firstOfType(list, ProviderType::quillMark)) {
-      enable(*hosted, true);
-    }
-    const auto first = std::ranges::find(list, true, &ProviderConfig::enabled);
-    defaultProvider.set(first == list.end() ? "" : first->id.toString());
-    log("Setting default provider to " + (first == list.end() ? "undefined" : first->name));
-  });
+  }
+  if (ProviderConfig* hosted = firstOfType(list, ProviderType::quillMark)) {
+    enable(*hosted, true);
+  }
+  const auto first = std::ranges::find(list, true, &ProviderConfig::enabled);
+  defaultProvider.set(first == list.end() ? "" : first->id.toString());
+  log("Setting default provider to " + (first == list.end() ? "undefined" : first->name));
 }
 
 }  // namespace quillmark

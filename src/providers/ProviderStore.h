@@ -51,6 +51,9 @@ class ProviderStore {
   /// Replaces the whole list by the default configurations, takes over an old key, enables what has a key
   /// and the hosted provider, and makes the first enabled one the default.
   [[nodiscard]] bool resetConfigs();
+
+ private:
+  void reset(std::vector<ProviderConfig>& list);
 };
 
 }  // namespace quillmark

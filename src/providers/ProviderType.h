@@ -39,6 +39,12 @@ struct ProviderTypeInfo {
   const char* defaultModel;  ///< may be empty
   const char* keyPage;       ///< where a user gets a key; may be empty
   std::unique_ptr<AIProvider> (*make)(const ProviderConfig& config, const ProviderEnvironment& environment);
+
+  /// Only `defaultSlug` may be null.
+  constexpr bool isWhole() const {
+    return displayName != nullptr && defaultBaseURL != nullptr && defaultModel != nullptr && keyPage != nullptr &&
+           make != nullptr;
+  }
 };
 
 template <>

@@ -119,8 +119,8 @@ std::string columnBytes(sqlite3_stmt* statement, int column) {
   return bytes == nullptr ? std::string() : std::string(bytes, size);
 }
 
-/// Nothing for a value of a type that this version does not know.
-std::optional<DefaultsValue> columnValue(sqlite3_stmt* statement, int typeColumn, int column) {
+/// A value of a type that this version does not know is its bytes, so that whoever writes over it can keep it.
+DefaultsValue columnValue(sqlite3_stmt* statement, int typeColumn, int column) {
   const std::string type = columnBytes(statement, typeColumn);
   if (type == "boolean") {
     return sqlite3_column_int(statement, column) != 0;
@@ -143,10 +143,10 @@ std::optional<DefaultsValue> columnValue(sqlite3_stmt* statement, int typeColumn
     try {
       return decodeArray<std::string>(parseJson(columnBytes(statement, column)), decodeJson<std::string>);
     } catch (const DecodingError&) {
-      return std::nullopt;
+      // Its bytes then.
     }
   }
-  return std::nullopt;
+  return Data{columnBytes(statement, column)};
 }
 
 /// The file name as a URI, which can take parameters.
@@ -187,7 +187,7 @@ SqliteUserDefaults::Condition SqliteUserDefaults::open() {
     return condition;
   }
   Condition condition = openDatabase(file_, SQLITE_OPEN_READWRITE);
-  if (condition == Condition::unusable && sizeOf(file_ + "-wal").value_or(0) == 0 &&
+  if (condition == Condition::unwritable && sizeOf(file_ + "-wal").value_or(0) == 0 &&
       openDatabase(uriOf(file_) + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI) == Condition::good) {
     // In a read-only directory the log and its index can't be created. Without a log the file is complete, and nobody
     // can change it.
@@ -260,7 +260,8 @@ SqliteUserDefaults::Condition SqliteUserDefaults::openDatabase(const std::string
   if (code != SQLITE_OK) {
     const bool damaged = code == SQLITE_NOTADB || code == SQLITE_CORRUPT;
     problem_ = "The settings in " + file_ + " can't be used: " + sqlite3_errstr(code) + ".";
-    return damaged ? Condition::damaged : Condition::unusable;
+    const bool unwritable = code == SQLITE_READONLY || code == SQLITE_CANTOPEN;
+    return damaged ? Condition::damaged : unwritable ? Condition::unwritable : Condition::unusable;
   }
   problem_.reset();
   sqlite3_db_config(opened, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 0, nullptr);
@@ -296,9 +297,7 @@ bool SqliteUserDefaults::moveAside() {
 std::optional<SqliteUserDefaults::Values> SqliteUserDefaults::readAll() const {
   Values values;
   while (sqlite3_step(select_.get()) == SQLITE_ROW) {
-    if (auto value = columnValue(select_.get(), 1, 2)) {
-      values.emplace(columnBytes(select_.get(), 0), Entry{std::move(*value)});
-    }
+    values.emplace(columnBytes(select_.get(), 0), Entry{columnValue(select_.get(), 1, 2)});
   }
   if (sqlite3_reset(select_.get()) != SQLITE_OK) {
     log("The settings can't be read: " + reason());
@@ -444,6 +443,7 @@ void SqliteUserDefaults::rollBack() {
     (void)execute("ROLLBACK");
   }
   inTransaction_ = false;
+  version_ = -1;  // where the transaction had ended already, another process may have written
   for (auto undo = undo_.rbegin(); undo != undo_.rend(); ++undo) {
     if (undo->second) {
       values_.insert_or_assign(undo->first, std::move(*undo->second));

@@ -63,7 +63,7 @@ class SqliteUserDefaults final : public UserDefaults {
     std::uint64_t revision = 0;
   };
   using Values = std::map<std::string, Entry, std::less<>>;
-  enum class Condition { good, damaged, unusable };
+  enum class Condition { good, damaged, unwritable, unusable };
 
   Condition open();
   Condition prepareFile();

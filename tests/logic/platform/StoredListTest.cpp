@@ -288,6 +288,23 @@ TEST(StoredLists, showWhatIsStoredAndTellWhicheverWriteFails) {
   setLogSink({});
 }
 
+TEST(StoredLists, areNotStartedOverByTheSlowerOfTwoFirstStarts) {
+  setLogSink([](std::string_view) {});
+  SimulatedDefaults theirs;
+  ProviderStore elsewhere(theirs);
+  elsewhere.load();
+  ASSERT_TRUE(elsewhere.changeConfig(elsewhere.configs->front().id, [](auto& config) { config.apiKey = "key"; }));
+  SimulatedDefaults mine;
+  ProviderStore store(mine);
+  // The other process stores its list between the look of this one and its first write.
+  const auto meanwhile =
+      store.configs.observe([&](const auto&) { mine.values.insert(theirs.values.begin(), theirs.values.end()); });
+  store.load();
+  EXPECT_EQ(mine.values, theirs.values);
+  EXPECT_EQ(store.configs.get(), elsewhere.configs.get());
+  setLogSink({});
+}
+
 TEST(StoredLists, ofOneProcessFollowTheOther) {
   setLogSink([](std::string_view) {});
   SimulatedDefaults mine;
