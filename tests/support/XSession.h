@@ -97,6 +97,8 @@ class XSession {
   /// The keys that were pressed in the window since the last call, from its creation on.
   std::vector<xcb_keycode_t> keysPressedIn(xcb_window_t window);
   void setProperty(xcb_window_t window, const char* name, std::uint32_t value);
+  /// Its bytes, whatever their type; empty when it is not there.
+  std::string property(xcb_window_t window, const char* name);
 
   xcb_connection_t* connection() const { return connection_; }
   xcb_window_t root() const { return root_; }
@@ -105,7 +107,6 @@ class XSession {
  private:
   Window waitForWindow(const std::function<bool(const Window&)>& isWanted, const std::string& what);
   void tellWindowManager(xcb_window_t window, const char* what, std::uint32_t value);
-  std::string property(xcb_window_t window, const char* name);
   std::optional<std::uint32_t> numberProperty(xcb_window_t window, const char* name);
   void key(std::uint8_t type, xcb_keycode_t code);
   void findKeyboard();

@@ -7,7 +7,6 @@
 #include "platform/desktop/x11/X11KeyInjector.h"
 #include "platform/desktop/x11/X11Pasteboard.h"
 #include "platform/desktop/x11/X11Workspace.h"
-#include "support/ClipboardClient.h"
 #include "support/EventLoop.h"
 #include "support/XSession.h"
 
