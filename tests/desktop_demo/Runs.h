@@ -43,8 +43,6 @@ struct Case {
 Outcome reviewRuns(const Programs& programs, const std::string& editorKind);
 Outcome reviewEndings(const Programs& programs, const std::string& editorKind);
 Outcome commandMenu(const Programs& programs, const std::string& editorKind);
-/// What assistive technology finds in both.
-Outcome accessibility(const Programs& programs, const std::string& editorKind);
 
 /// What goes on beside the ordinary run on real desktops.
 const std::vector<Case>& cases();
