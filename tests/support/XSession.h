@@ -69,14 +69,12 @@ class XSession {
   // Windows that the window manager knows.
   struct Window {
     xcb_window_t id = 0;
-    std::string windowClass;
     std::string title;
     pid_t pid = 0;
   };
   std::vector<Window> windows();
-  /// Waits until the process, or a class, has a window.
+  /// Waits until the process has a window.
   Window waitForWindow(pid_t pid);
-  Window waitForWindow(std::string_view windowClass);
   xcb_window_t activeWindow();
   /// Brings it to the front as a task bar would, and waits until it is there.
   void activate(xcb_window_t window);
