@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Gives the moment in which the first bytes of the next request were here, then answers and hangs up.
+/// Returns the time at which the first bytes of the next request arrived, then answers and closes the connection.
 Moment serveOne(const LoopbackListener& listener) {
   const LoopbackListener::Connection connection(listener);
   const std::string body =
@@ -50,7 +50,7 @@ void measureCommandLine(const BuildTree& tree, int runs, Figures& figures) {
     if (!started || !sent) {
       throw std::runtime_error("no trace of the command-line program");
     }
-    if (run > 0) {  // the first one makes the stores and reads the program from the disk
+    if (run > 0) {  // the first run creates the stores and reads the program from the disk
       whole.push_back(millisecondsBetween(before, arrived));
       loading.push_back(millisecondsBetween(before, *started));
       preparing.push_back(millisecondsBetween(*started, *sent));

@@ -13,8 +13,8 @@ namespace {
 
 constexpr int wordCount = 10'000;
 
-/// A text of made-up words, in sentences and paragraphs, and the same reworded as a model does it: a word in ten is
-/// another one, or misses a letter, or is gone, or has a companion.
+/// A text of made-up words, in sentences and paragraphs, and the same reworded as a model would: one word in ten is
+/// replaced, lacks a letter, is removed or gets a neighbour.
 struct Pair {
   std::string original;
   std::string improved;

@@ -9,7 +9,7 @@
 
 namespace quillmark::bench {
 
-/// How many milliseconds each run of some work takes.
+/// The milliseconds that each run of some work takes.
 std::vector<double> timesOf(int runs, const std::function<void()>& work);
 
 /// One figure of the program, with what it should be.
@@ -20,7 +20,7 @@ struct Figure {
   std::optional<double> goal;  ///< the median must not be above it
 };
 
-/// All of it, for another program to read.
+/// The figure as JSON, for other programs.
 Json toJson(const Figure& figure);
 Figure figureOf(const Json& json);
 

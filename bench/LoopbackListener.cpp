@@ -19,7 +19,7 @@ LoopbackListener::LoopbackListener() : socket_(::socket(AF_INET, SOCK_STREAM | S
       getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &size) != 0) {
     throw std::runtime_error("no loopback socket");
   }
-  // A program that never asks fails the bench instead of hanging it.
+  // A program that never sends a request fails the bench instead of hanging it.
   const timeval patience{20, 0};
   setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
   port_ = ntohs(address.sin_port);

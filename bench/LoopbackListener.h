@@ -6,8 +6,8 @@
 
 namespace quillmark::bench {
 
-/// A bare listener on the loopback interface: no thread of a server stands between the wire and the clock. Throws
-/// std::runtime_error when there is no socket, or when a program never asks.
+/// A bare listener on the loopback interface: no server thread comes between the wire and the clock. Throws
+/// std::runtime_error when there is no socket, or when no request arrives.
 class LoopbackListener {
  public:
   LoopbackListener();
@@ -17,16 +17,16 @@ class LoopbackListener {
 
   int port() const { return port_; }
 
-  /// One connection, from its request on; ends it at its end.
+  /// One connection, from its request on; the destructor closes it.
   class Connection {
    public:
     explicit Connection(const LoopbackListener& listener);
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
-    /// Waits until the other side has hung up, too.
+    /// Waits until the peer has closed the connection, too.
     ~Connection();
 
-    /// When the first bytes of the request were here.
+    /// When the first bytes of the request arrived.
     Moment requestedAt() const { return requestedAt_; }
     void send(std::string_view bytes) const;
 

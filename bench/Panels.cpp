@@ -13,7 +13,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Lets programs see a compositor, so that panels have their shadows and round corners: they take longer to draw.
+/// Pretends to be a compositor, so that panels have their shadows and rounded corners, which take longer to draw.
 void pretendCompositor(XSession& session) {
   const auto window = xcb_generate_id(session.connection());
   xcb_create_window(session.connection(), XCB_COPY_FROM_PARENT, window, session.root(), 0, 0, 1, 1, 0,
@@ -22,7 +22,7 @@ void pretendCompositor(XSession& session) {
   xcb_flush(session.connection());
 }
 
-/// Opens the command menu by its hot key, waits until it is drawn and takes keys, and closes it again. Gives the
+/// Opens the command menu by its hot key, waits until it is drawn and takes keys, and closes it again. Returns the
 /// milliseconds from the release.
 double openMenu(LiveDesktop& desk) {
   const auto before = desk.session().activeWindow();
@@ -44,7 +44,7 @@ double openMenu(LiveDesktop& desk) {
 }
 
 void measureCommandMenu(const BuildTree& tree, int runs, Figures& figures) {
-  LiveDesktop desk(tree.desktop(), 1);  // nobody listens there, and nobody is asked
+  LiveDesktop desk(tree.desktop(), 1);  // nothing listens there, and no request is made
   pretendCompositor(desk.session());
   desk.endQuillmark();
   {
@@ -62,10 +62,10 @@ void measureCommandMenu(const BuildTree& tree, int runs, Figures& figures) {
   std::vector<double> later;
   for (int run = 0; run <= runs; ++run) {
     desk.startQuillmark();
-    std::this_thread::sleep_for(500ms);  // what follows a start is over
+    std::this_thread::sleep_for(500ms);  // lets the work after a start finish
     const double firstTime = openMenu(desk);
     const double laterTime = openMenu(desk);
-    if (run > 0) {  // the first one reads the program from the disk
+    if (run > 0) {  // the first run reads the program from the disk
       first.push_back(firstTime);
       later.push_back(laterTime);
     }

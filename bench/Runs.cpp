@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 
 constexpr const char* corrected = "Corrected ";
 
-/// What a backend says that takes no time to think.
+/// The answer of a backend that takes no time to think.
 Answer answerAtOnce(const ReceivedRequest& request) {
   if (!request.target.ends_with("/completion")) {
     return Answer::json(200, R"({"success":true})");  // the counts, sent some time after a run
@@ -27,8 +27,8 @@ Answer answerAtOnce(const ReceivedRequest& request) {
                Json::array({{{"index", 0}, {"message", {{"role", "assistant"}, {"content", corrected + text}}}}})}}));
 }
 
-/// Saves until the file holds the text, and gives that moment. The editor gets a little time to fetch the pasted text:
-/// a save that overtook the paste would take as long as the one that counts.
+/// Saves until the file contains the text, and returns the time of that. The editor first gets a little time to fetch
+/// the pasted text: a save that overtook the paste would take as long as the one that counts.
 Moment awaitSaved(LiveDesktop& desk, const Editor& editor, const std::string& text) {
   const auto deadline = now() + 20s;
   for (auto nextSave = now() + 8ms; now() < deadline; std::this_thread::sleep_for(500us)) {
@@ -67,7 +67,7 @@ void measureRuns(const BuildTree& tree, int runs, Figures& figures) {
     if (run > 0) {
       latencies.add(desk.trace(), saved);
     }
-    // What the same paste takes when fingers do it: that much of a run is the editor's and the clock's.
+    // The same paste done by hand: that much of a run is the editor's share and the clock's.
     editor.write("something else");
     editor.selectAll();
     const auto before = now();

@@ -12,7 +12,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The number behind a label of a file in /proc.
+/// The number after a label in a file of /proc.
 long numberIn(const std::filesystem::path& file, std::string_view label) {
   std::istringstream lines(readFile(file));
   for (std::string line; std::getline(lines, line);) {
@@ -45,7 +45,7 @@ void measureStarts(LiveDesktop& desk, const StoreSize& size, int runs, Figures& 
     if (!ready || !started) {
       throw std::runtime_error("no trace of the start");
     }
-    if (run > 0) {  // the first one reads the programs from the disk
+    if (run > 0) {  // the first run reads the programs from the disk
       starts.push_back(millisecondsBetween(before, *ready));
       mains.push_back(millisecondsBetween(*started, *ready));
     }
@@ -59,7 +59,7 @@ void measureStarts(LiveDesktop& desk, const StoreSize& size, int runs, Figures& 
 
 void measureStartAndRest(const BuildTree& tree, int runs, Figures& figures) {
   setLogSink([](std::string_view) {});
-  LiveDesktop desk(tree.desktop(), 1);  // nobody listens there, and nobody is asked
+  LiveDesktop desk(tree.desktop(), 1);  // nothing listens there, and no request is made
   measureStarts(desk, largeStore, runs, figures);
   std::filesystem::remove_all(desk.data());
   prepareData(desk.data());

@@ -79,7 +79,7 @@ void measureStores(int runs, Figures& figures) {
   figures.add({"saving " + size + ", until they are on the disk", "ms",
                timesOf(runs,
                        [&] {
-                         store.incrementUsage(store.prompts.get().front().id);  // another list each time
+                         store.incrementUsage(store.prompts.get().front().id);  // a different list each time
                          (void)store.save([](auto&) {}, std::nullopt);
                        }),
                std::nullopt});

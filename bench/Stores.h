@@ -11,7 +11,7 @@ struct StoreSize {
   std::size_t tones = 0;
 };
 
-/// What somebody has after some years, and far more than anybody will have.
+/// A store after some years of use, and one far larger than any user's.
 inline constexpr StoreSize ordinaryStore{200, 0, 0};
 inline constexpr StoreSize largeStore{2000, 200, 50};
 

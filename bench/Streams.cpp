@@ -50,7 +50,7 @@ std::vector<Reader> readers() {
   };
 }
 
-/// What providers need besides a network and a main queue.
+/// What providers need apart from a network and a main queue.
 struct Environment {
   Environment(HttpSession& http, MainQueue& queue, int port)
       : alertHandler(queue, desktop.alerts),
@@ -70,7 +70,7 @@ struct Environment {
   ProviderFactory factory;
 };
 
-/// Microseconds of one event, from its bytes to onChunk, in the order of the stream.
+/// Microseconds per event, from its bytes to onChunk, in the order of the stream.
 std::vector<double> eventTimes(const Reader& reader) {
   SimulatedQueue queue;
   SimulatedHttpSession http;
@@ -97,8 +97,8 @@ std::vector<double> eventTimes(const Reader& reader) {
   return times;
 }
 
-/// Serves one request: the head goes first, and the piece when the client has long been waiting for it. Gives the
-/// moment in which the piece went.
+/// Serves one request: sends the head first, and the piece when the client has long been waiting for it. Returns the
+/// time at which the piece was sent.
 Moment serveFirstPiece(const LoopbackListener& listener, const std::string& piece) {
   const LoopbackListener::Connection connection(listener);
   connection.send("HTTP/1.1 200 OK\r\nContent-Type: text/event-stream\r\nConnection: close\r\n\r\n");
@@ -108,7 +108,7 @@ Moment serveFirstPiece(const LoopbackListener& listener, const std::string& piec
   return moment;
 }
 
-/// When a bare socket has read the piece.
+/// The time at which a bare socket has read the piece.
 Moment readBySocket(int port) {
   const int connection = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in address{};
@@ -134,7 +134,7 @@ Moment readBySocket(int port) {
   return moment;
 }
 
-/// When a provider has handed the piece to its caller on the main thread.
+/// The time at which a provider has passed the piece to its caller on the main thread.
 Moment readByProvider(AIProvider& provider, PosixMainQueue& queue) {
   Moment moment{};
   provider.streamChat(
@@ -151,7 +151,7 @@ std::vector<double> firstPieceTimes(int runs, const LoopbackListener& server, co
     std::thread serving([&] { sent = serveFirstPiece(server, piece); });
     const auto received = read();
     serving.join();
-    if (run > 0) {  // the first one starts the network's thread
+    if (run > 0) {  // the first run starts the network's thread
       times.push_back(millisecondsBetween(sent, received));
     }
   }
@@ -166,7 +166,7 @@ void measureFirstPieces(int runs, Figures& figures) {
   const std::string address = "http://127.0.0.1:" + std::to_string(server.port());
   for (const auto& reader : readers()) {
     if (reader.type == ProviderType::quillMark) {
-      continue;  // its address is a setting, its way the same
+      continue;  // its address is a setting; the code path is the same
     }
     PosixMainQueue queue;
     auto http = std::make_unique<CurlHttpSession>();
@@ -175,7 +175,7 @@ void measureFirstPieces(int runs, Figures& figures) {
     figures.add({std::string("first chunk, ") + reader.name, "ms",
                  firstPieceTimes(runs, server, reader.event, [&] { return readByProvider(*provider, queue); }),
                  std::nullopt});
-    http.reset();  // before the queue goes
+    http.reset();  // before the queue is destroyed
   }
 }
 

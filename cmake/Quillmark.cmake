@@ -1,4 +1,4 @@
-# Compiler settings and the one helper that declares a library of the house.
+# Compiler settings and the one helper that declares one of our libraries.
 
 find_program(CCACHE ccache)
 if(CCACHE)
@@ -10,7 +10,24 @@ if(CCACHE)
 endif()
 
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough -Wno-missing-field-initializers -Werror)
-add_compile_options("$<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>")
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  add_compile_options(-fpch-preprocess)
+else()
+  # <xcb/xkb.h> has members called "explicit": the word is a macro while that header is read.
+  add_compile_options(-Wextra-semi -Wunreachable-code -Wconditional-uninitialized -Wloop-analysis -Wheader-hygiene
+                      -Wunused-member-function -Wunused-template -Wsuggest-override -Wno-keyword-macro)
+endif()
+if(QUILLMARK_HARDENED)
+  # Without -fcf-protection: Debian 12 starts programs with code that lacks it, so none is marked as having it.
+  include(CheckPIESupported)
+  check_pie_supported(LANGUAGES CXX)
+  add_compile_options(-fstack-protector-strong -fstack-clash-protection)
+  string(TOUPPER "${CMAKE_BUILD_TYPE}" configuration)
+  if(CMAKE_CXX_FLAGS_${configuration} MATCHES "-O[1-3s]")  # the C library warns where nothing is optimised
+    add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3)
+  endif()
+  add_link_options(-Wl,-z,relro,-z,now,-z,noexecstack)
+endif()
 add_link_options(-fuse-ld=lld -Wl,--as-needed)
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
@@ -26,7 +43,7 @@ pkg_check_modules(xcb REQUIRED IMPORTED_TARGET
 pkg_check_modules(hunspell REQUIRED IMPORTED_TARGET hunspell)
 find_package(Qt6 REQUIRED COMPONENTS Widgets DBus Svg)
 
-# quillmark_library(NAME <target> [LINK <targets>...] [QT]): a static library of all sources of the present folder, with
+# quillmark_library(NAME <target> [LINK <targets>...] [QT]): a static library of all sources of the current folder, with
 # the house's include root and a precompiled header. LINK says what it may include of the house; `./dev lint` checks the
 # same rule. With QT it gets the toolkit and the toolkit's precompiled header.
 function(quillmark_library)

@@ -20,7 +20,7 @@ Platform platformOn(MainQueue& queue, SimulatedDesktop& desktop) {
           all.alerts, all.permissions,     all.loginItem};
 }
 
-/// Waits until the X server has done all that it was asked for; without one there is nothing to wait for.
+/// Waits until the X server has processed every request; without one there is nothing to wait for.
 void waitForServer() {
   const auto* const native = qApp->nativeInterface<QNativeInterface::QX11Application>();
   if (native && native->connection()) {
@@ -70,12 +70,13 @@ void Stage::closeMenu() {
 
 void Stage::openReview(ReviewViewMode mode) {
   const std::string selection = "What the user had selected.";
-  const Command command = *app_.promptStore().commandFor(ActionCase::fixGrammar);
+  const Command command = Command::make(UserAction(ActionCase::fixGrammar));
   auto& session = app_.reviewPanel();
   session.setCommand(command);
   session.open("", selection);
   app_.reviewViewState().setViewMode(mode);
   session.execute(command, selection);
+  streaming_.start();
   answering_ = &desktop_.http.exchanges.back();
   waitUntilShown(reviewWindow_);
 }
@@ -88,8 +89,9 @@ void Stage::closeReview() {
 }
 
 void Stage::pulse() {
-  const QDeadlineTimer end(400);
-  waitUntil([&] { return end.hasExpired(); });
+  constexpr qint64 period = 2000;
+  const auto phase = [this] { return streaming_.elapsed() % period; };
+  waitUntil([&] { return phase() >= period / 5 && phase() < period / 4; });
 }
 
 double Stage::drawingTimeOf(const std::function<void()>& work) {
@@ -106,7 +108,7 @@ double Stage::drawingTimeOf(const std::function<void()>& work) {
 }
 
 void Stage::sendAllPostedEvents() {
-  // What is posted meanwhile waits for the next round.
+  // What is posted meanwhile waits for the next iteration.
   std::size_t before = 0;
   do {
     before = application_.events;
@@ -137,7 +139,7 @@ void Stage::waitUntilShown(const QWidget& window) {
   waitUntil([&] { return window.windowHandle()->isExposed() && window.isActiveWindow(); });
 }
 
-// The toolkit needs some time to see that the keyboard is gone; what opens meanwhile does not become active.
+// The toolkit needs some time to notice that it has lost the keyboard; what opens meanwhile does not become active.
 void Stage::waitUntilNothingIsShown() {
   waitUntil([] { return QGuiApplication::focusWindow() == nullptr; });
 }

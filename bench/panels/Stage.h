@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -18,19 +19,19 @@
 
 namespace quillmark::bench {
 
-/// Tells when something was drawn.
+/// Reports when something was drawn.
 class DrawingApplication : public QApplication {
  public:
   using QApplication::QApplication;
 
   std::size_t events = 0;              ///< so far
   std::size_t paintings = 0;           ///< of widgets
-  std::function<void()> frameIsDrawn;  ///< a window has drawn all that it was asked to
+  std::function<void()> frameIsDrawn;  ///< a window has painted all pending updates
 
   bool notify(QObject* receiver, QEvent* event) override;
 };
 
-/// Both panels as the program has them, on the toolkit's main queue; the rest of the desktop is simulated.
+/// Both panels as in the program, on the toolkit's main queue; the rest of the desktop is simulated.
 class Stage {
  public:
   explicit Stage(DrawingApplication& application);
@@ -40,20 +41,20 @@ class Stage {
 
   void openMenu();
   void closeMenu();
-  /// A review of an answer that is on its way.
+  /// Opens a review whose answer is streaming.
   void openReview(ReviewViewMode mode);
-  /// A piece of that answer comes in; any thread.
+  /// Delivers a piece of that answer. Any thread.
   void receive(std::string_view chunk) { answering_->bytes(std::string(chunk)); }
   void closeReview();
-  /// Lets the pulse of the answer go on for a while, for what is half transparent takes longer to draw.
+  /// Waits for the same moment in the pulse of the answer: translucent text takes longer to draw.
   void pulse();
   /// How many lines of the answer are laid out.
   std::size_t linesOfAnswer() const { return answer_->blockCount(); }
 
-  /// Milliseconds from the beginning of `work` until the X server has drawn what it changes. Throws
-  /// std::runtime_error when that is nothing.
+  /// Milliseconds from the beginning of `work` until the X server has drawn what it changes. Throws std::runtime_error
+  /// if nothing changes.
   double drawingTimeOf(const std::function<void()>& work);
-  /// Runs the event loop until there is nothing left to do.
+  /// Runs the event loop until it is idle.
   void settle();
 
  private:
@@ -74,6 +75,7 @@ class Stage {
   CommandMenuView menu_{app_.commandPanel()};
   const TextColumn* answer_ = nullptr;
   const SimulatedHttpSession::Exchange* answering_ = nullptr;
+  QElapsedTimer streaming_;
 };
 
 }  // namespace quillmark::bench

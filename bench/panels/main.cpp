@@ -1,5 +1,5 @@
-// Draws the panels in this process, on the screen that it is given, and writes how long that takes: a figure on each
-// line of standard output. quillmark-bench starts it.
+// Draws the panels in this process, on the current display, and writes how long that takes, one figure per line of
+// standard output. Started by quillmark-bench.
 
 #include <QEventLoop>
 #include <QKeyEvent>
@@ -24,8 +24,8 @@ using namespace std::chrono_literals;
 
 constexpr std::size_t chunkSize = 40;
 
-/// An answer as models write them: headings, paragraphs, lists, quotations. It repeats itself, so that chunks of the
-/// same words can be compared wherever they stand.
+/// A typical answer of a model: headings, paragraphs, lists, quotations. It repeats itself, so that chunks of the same
+/// words can be compared wherever they occur.
 constexpr std::size_t chunksOfPart = 100;
 std::string markdownAnswer(std::size_t chunks) {
   constexpr const char* words[] = {
@@ -84,7 +84,7 @@ std::vector<Figure> measureSearch(Stage& stage, int runs) {
     }
   };
   for (int run = 0; run <= runs; ++run) {
-    store.buildSearchableCommands();  // a new list: its names are not folded yet
+    store.buildSearchableCommands();  // a new list, whose names are not folded yet
     stage.openMenu();
     std::vector<double> times;
     for (const char letter : std::string_view("command 17")) {
@@ -137,7 +137,7 @@ std::vector<Figure> measureStream(Stage& stage, ReviewViewMode mode, const char*
           {what + "behind 100 KB to behind 4 KB", "ratio", {growth}, 1.2}};
 }
 
-/// Chunks that come as fast as another thread can push them.
+/// Chunks as fast as another thread can push them.
 std::vector<Figure> measureFlood(DrawingApplication& application, Stage& stage, ReviewViewMode mode, const char* name,
                                  int runs) {
   constexpr std::size_t chunkCount = 10'000;

@@ -44,10 +44,10 @@ namespace {
 
 using namespace quillmark;
 
-/// What stands on the command line besides the program's name.
+/// The command line without the program's name.
 struct CommandLine {
   std::string dataDirectory;           ///< empty: the user's
-  std::vector<std::string> arguments;  ///< what a running instance is asked to do
+  std::vector<std::string> arguments;  ///< what to hand over to a running instance
 };
 
 CommandLine parse(int argc, char** argv) {
@@ -63,7 +63,7 @@ CommandLine parse(int argc, char** argv) {
   return line;
 }
 
-/// A descriptor that becomes readable when the session asks the program to end. Call before other threads start.
+/// A descriptor that becomes readable when a signal asks the program to end. Call before other threads start.
 int endRequests() {
   sigset_t signals;
   sigemptyset(&signals);
@@ -151,7 +151,7 @@ int main(int argc, char** argv) {
     quillmark.alertHandler().show(AlertKind::notice(tr("Session Not Supported"), *problem));
   }
 
-  // Made now, so that the first panel comes up as fast as the others.
+  // Created now, so that the first panel opens as fast as later ones.
   ReviewView reviewView(quillmark.reviewPanel(), quillmark.reviewViewState(), session->pasteboard());
   reviewWindow.setContent(reviewView);
   reviewWindow.setResizable(true);
@@ -182,9 +182,9 @@ int main(int argc, char** argv) {
   const SocketWatch end(endDescriptor, [] { QApplication::quit(); });
   queue.async([&http] {
     trace::mark(trace::ready);
-    http.warmUp();  // so that the first run need not wait for it
+    http.warmUp();  // so that the first run does not wait for it
   });
-  // The last one, so that no thread calls what goes with the end of this function.
+  // Declared last, so that no thread uses what is destroyed at the end of this function.
   const ScopeExit threadsEnd([&http, &background] {
     http.stop();
     background.stop();

@@ -6,19 +6,19 @@
 
 namespace quillmark {
 
-/// Calls an action when a value has changed since the last look at it. The first value counts as a change. Main thread
+/// Calls an action when a value differs from the one last checked. The first value counts as a change. Main thread
 /// only.
 template <std::equality_comparable Value>
 class ChangeModifier {
  public:
   explicit ChangeModifier(std::function<void(const Value&)> action) : action_(std::move(action)) {}
 
-  /// A look at the value, as often as one likes.
+  /// Checks the value; may be called at any rate.
   void update(const Value& value) {
     if (oldValue_ && *oldValue_ == value) {
       return;
     }
-    oldValue_ = value;  // first, so that an action that leads to another look does not run again
+    oldValue_ = value;  // first, so that an action that causes another check does not run again
     action_(value);
   }
 

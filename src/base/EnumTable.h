@@ -28,12 +28,12 @@ consteval std::size_t countNamed() {
 enum class Sample { zero, a1, two };
 static_assert(countNamed<Sample>() == 3, "this compiler spells enumerators in another way");
 
-/// Not to be defined: what calls it doesn't compile.
+/// Never defined, so that a constant evaluation that calls it doesn't compile.
 void aRowIsMissingDoubledOrMisplaced();
 
 }  // namespace enums
 
-/// How many enumerators there are; their values count up from 0. Nobody writes it down: the compiler knows.
+/// The number of enumerators, whose values count up from 0, as the compiler knows it.
 template <class Enum>
 inline constexpr std::size_t enumeratorCount = enums::countNamed<Enum>();
 
@@ -53,7 +53,7 @@ constexpr std::array<Enum, enumeratorCount<Enum>> allCases() {
 ///     struct Row { Colour key; const char* title; };
 ///     constexpr EnumTable<Row> rows{{{Colour::red, "Red"}, {Colour::green, "Green"}}};
 ///
-/// A missing, doubled or misplaced row does not compile, nor does an enumerator that is added without a row.
+/// A missing, duplicate or misplaced row does not compile, nor does an enumerator added without a row.
 template <class Row>
 class EnumTable {
  public:

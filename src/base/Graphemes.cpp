@@ -13,14 +13,14 @@
 namespace quillmark::text {
 namespace {
 
-/// So many plain characters end a run of others.
+/// This many plain characters in a row end a run of others.
 constexpr std::size_t runEnd = 200;
 
 constexpr char32_t carriageReturnLineFeed = 0x110000;
 constexpr char32_t firstOwnCode = carriageReturnLineFeed + 1;
 
-/// Code points that make up a character of their own beside others of these, except for CR LF, and that composition
-/// leaves as they are. Most of most texts; what is missing here only takes longer.
+/// Code points that are characters of their own next to each other, except for CR LF, and that composition leaves
+/// unchanged. Most texts consist mostly of these; a code point missing here only costs time.
 bool isPlain(UChar32 c) {
   constexpr std::pair<UChar32, UChar32> ranges[] = {
       {0x391, 0x3CE},   {0x400, 0x481},   {0x48A, 0x52F},   {0x5D0, 0x5EA},   {0x621, 0x64A},
@@ -41,7 +41,7 @@ bool isPlain(UChar32 c) {
   return false;
 }
 
-/// Whether the word's characters are the same between blanks as by themselves: none joins what stands before or behind.
+/// Whether the word has the same characters between blanks as on its own: none joins what precedes or follows it.
 bool standsAlone(std::string_view word) {
   std::size_t position = 0;
   const auto breaking = [](UChar32 c) { return u_getIntPropertyValue(c, UCHAR_GRAPHEME_CLUSTER_BREAK); };
@@ -79,14 +79,14 @@ Graphemes GraphemeTable::encode(std::string_view text) {
       result.starts.push_back(static_cast<std::uint32_t>(start));
       continue;
     }
-    // The run of others, with the plain ones around it: they may belong to its characters.
+    // The run of others includes the adjacent plain ones: they may be part of its characters.
     std::size_t runStart = start;
     if (!result.codes.empty()) {
       runStart = result.starts.back();
       result.codes.pop_back();
       result.starts.pop_back();
     }
-    // Short runs are taken together: one costs as much as many characters.
+    // Short runs are merged: a run costs as much as many characters.
     for (std::size_t plain = 0; plain < runEnd && position < text.size();) {
       plain = isPlain(nextCharacter(text, position)) ? plain + 1 : 0;
     }
@@ -132,7 +132,7 @@ void GraphemeTable::encodeRun(std::string_view text, std::uint32_t offset, Graph
 }
 
 void GraphemeTable::learn(const std::vector<std::pair<std::string_view, Place*>>& words) {
-  // All of them at once: finding the characters of one costs as much as of many.
+  // All of them in one call: finding the characters of one word costs as much as of many.
   std::string all;
   for (const auto& [word, place] : words) {
     all.append(word).push_back(' ');

@@ -12,14 +12,14 @@ namespace quillmark::text {
 
 /// A text as the characters that a user perceives.
 struct Graphemes {
-  /// One number for each; a character of one code point has that as its number.
+  /// One number per character; a character of a single code point has that code point as its number.
   std::u32string codes;
-  /// Where each begins in the UTF-8 text, and the text's length behind the last.
+  /// The byte offset of each character in the UTF-8 text, then the text's length.
   std::vector<std::uint32_t> starts;
 };
 
-/// Gives extended grapheme clusters (UAX 29) numbers, the same for clusters that are canonically equivalent (UAX 15).
-/// So two texts of one table are canonically equivalent if their codes are equal.
+/// Numbers extended grapheme clusters (UAX 29); canonically equivalent clusters (UAX 15) have the same number. So two
+/// texts encoded by one table are canonically equivalent if their codes are equal.
 class GraphemeTable {
  public:
   Graphemes encode(std::string_view text);
@@ -34,7 +34,7 @@ class GraphemeTable {
     using is_transparent = void;
     std::size_t operator()(std::string_view word) const { return std::hash<std::string_view>()(word); }
   };
-  /// Where a word's characters stand in `known_`, whose starts count from the word's beginning.
+  /// Where a word's characters are in `known_`, whose starts count from the word's beginning.
   struct Place {
     std::size_t first = 0;
     std::size_t count = 0;
@@ -45,7 +45,7 @@ class GraphemeTable {
   void findClusters(std::string_view text, std::uint32_t offset, Graphemes& result);
   char32_t codeOf(std::u16string_view cluster);
 
-  // Texts that are compared have most of their words in common, and finding clusters takes much longer than a look-up.
+  // Compared texts have most of their words in common, and finding clusters takes much longer than a look-up.
   std::unordered_map<std::string, Place, WordHash, std::equal_to<>> words_;
   Graphemes known_;
   std::unordered_map<std::u16string, char32_t, Hash, std::equal_to<>> clusters_;  ///< by their composed form

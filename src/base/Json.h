@@ -18,8 +18,8 @@ namespace quillmark {
 
 using Json = nlohmann::json;
 
-/// A stored or received record does not have its form. what() begins with the path of the bad field, such as
-/// `choices[0].message.role`. Thrown by the readers below; caught by the store or the transport that asked.
+/// A stored or received record does not have the expected form. what() begins with the path of the bad field, such as
+/// `choices[0].message.role`. Thrown by the readers below; caught by the store or the transport that called them.
 class DecodingError : public std::runtime_error {
  public:
   DecodingError(const std::string& path, const std::string& problem)
@@ -31,10 +31,10 @@ Json parseJson(std::string_view text);
 
 /// One line without blanks. Invalid UTF-8 inside strings becomes U+FFFD, so writing never fails.
 std::string toText(const Json& value);
-/// The same over several lines, two blanks for each level.
+/// The same over several lines, indented by two blanks per level.
 std::string toPrettyText(const Json& value);
 
-/// One value of one kind at a path; wrong kinds are DecodingErrors.
+/// A value that must have this type; `path` is where it is. Any other type is a DecodingError.
 template <class T>
 T decodeJson(const Json& value, const std::string& path);
 
@@ -42,7 +42,7 @@ template <>
 std::string decodeJson<std::string>(const Json& value, const std::string& path);
 template <>
 bool decodeJson<bool>(const Json& value, const std::string& path);
-/// Accepts a number without a fraction that fits, written as 3 or as 3.0.
+/// Accepts a whole number that fits, written as 3 or as 3.0.
 template <>
 std::int64_t decodeJson<std::int64_t>(const Json& value, const std::string& path);
 template <>
@@ -50,10 +50,10 @@ double decodeJson<double>(const Json& value, const std::string& path);
 template <>
 Uuid decodeJson<Uuid>(const Json& value, const std::string& path);
 
-/// Reads the fields of one JSON object. Keys that nobody asks for are ignored; null reads as missing.
+/// Reads the fields of one JSON object. Keys that are never read are ignored; null reads as missing.
 class JsonObject {
  public:
-  /// Throws when the value is no object. The value must outlive the reader.
+  /// Throws when the value is not an object. The value must outlive the reader.
   explicit JsonObject(const Json& value, std::string path = {});
 
   template <class T>
@@ -73,15 +73,15 @@ class JsonObject {
     return field == nullptr ? std::move(fallback) : decode<T>(*field, pathOf(key));
   }
 
-  /// The reader of a field that must be an object. It refers to this one's value.
+  /// A reader for a field that must be an object. It refers to this reader's value.
   JsonObject requiredObject(const char* key) const;
-  /// A field that must be an array, read by one reader for all elements.
+  /// A field that must be an array; `element` reads each element, given its path.
   template <class T>
   std::vector<T> requiredArray(const char* key, const std::function<T(const Json&, const std::string&)>& element) const;
 
-  /// The field as it came, or nullptr when it is missing or null.
+  /// The raw field, or nullptr when it is missing or null.
   const Json* find(const char* key) const;
-  /// The field as it came. Throws when it is missing or null.
+  /// The raw field. Throws when it is missing or null.
   const Json& present(const char* key) const;
   std::string pathOf(const char* key) const;
   const std::string& path() const { return path_; }
@@ -105,7 +105,7 @@ class JsonObject {
   std::string path_;
 };
 
-/// Reads a JSON array with one reader for all elements; the reader gets the element and its path.
+/// Reads a JSON array; the reader is called with each element and its path.
 template <class T>
 std::vector<T> decodeArray(const Json& value, const std::function<T(const Json&, const std::string&)>& element,
                            const std::string& path = {}) {

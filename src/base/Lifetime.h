@@ -5,8 +5,8 @@
 
 namespace quillmark {
 
-/// A member of an object whose callbacks leave it: a guarded callable does nothing once the object is gone.
-/// Declare it last, so that it goes first. The object and its guarded callables live on one thread.
+/// A member of an object that hands out callbacks: a guarded callable does nothing once the object is destroyed.
+/// Declare it last, so that it is destroyed first. The object and its guarded callables belong to one thread.
 class Lifetime {
  public:
   Lifetime() = default;

@@ -7,7 +7,7 @@
 
 #include <libintl.h>
 
-// Counts the changes of what catalogues depend on; raised, it makes the C library look them up anew ("Being a gettext
+// Counts changes to what catalogues depend on; incrementing it makes the C library look them up again ("Being a gettext
 // grok" in the manual of GNU gettext).
 extern "C" int _nl_msg_cat_cntr;  // NOLINT(bugprone-reserved-identifier)
 
@@ -22,7 +22,7 @@ std::optional<std::string> presentLanguage() {
   return value == nullptr ? std::nullopt : std::optional<std::string>(value);
 }
 
-/// What the environment said before the first useLanguage(); the outer one is empty until then.
+/// The environment variable before the first useLanguage(); the outer optional is empty until then.
 std::optional<std::optional<std::string>>& originalLanguage() {
   static std::optional<std::optional<std::string>> language;
   return language;

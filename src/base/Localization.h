@@ -19,14 +19,14 @@ std::string tr(const char* english, std::string_view parameter);
 /// Which language tr() speaks. Catalogues are GNU gettext's, `<directory>/<code>/LC_MESSAGES/quillmark.mo`.
 namespace localization {
 
-/// Takes effect at once, without any locale of that language on the system; a language without a catalogue is English.
-/// Numbers and dates keep the locale that they have. Changes the environment: call it before other threads start.
+/// Takes effect at once, whether or not the system has a locale for that language; a language without a catalogue falls
+/// back to English. Numbers and dates keep their locale. Changes the environment: call it before other threads start.
 void useLanguage(const std::string& code, const std::string& directory);
 
 /// English, and the languages with a catalogue, by code.
 std::vector<std::string> availableLanguages(const std::string& directory);
 
-/// What the variable LANGUAGE holds, or held before useLanguage(): for the programs that this one starts.
+/// LANGUAGE as it was before useLanguage(), for programs that this one starts.
 std::optional<std::string> languageOfEnvironment();
 
 }  // namespace localization

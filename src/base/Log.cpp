@@ -19,7 +19,7 @@ void log(std::string_view line) {
     sink()(line);
     return;
   }
-  // One write for each line, so that lines of two threads never mix.
+  // One write per line, so that lines of different threads never mix.
   std::string whole(line);
   whole += '\n';
   std::fwrite(whole.data(), 1, whole.size(), stdout);

@@ -8,8 +8,7 @@
 namespace quillmark {
 
 /// Specialised beside each enumeration that is stored as a string: `static const EnumTable<Row> table`, whose rows have
-/// that string as `raw`, be it among other things or all that there is to say (RawValueRow). Settings need it
-/// constexpr.
+/// that string as `raw`, alone (RawValueRow) or beside other columns. Settings need the table to be constexpr.
 template <class Enum>
 struct RawValues;
 

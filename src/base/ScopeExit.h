@@ -4,7 +4,7 @@
 
 namespace quillmark {
 
-/// Calls a function when it goes. What is declared before it is still there then.
+/// Calls a function at the end of its scope. What is declared before it still exists then.
 template <class Function>
 class ScopeExit {
  public:

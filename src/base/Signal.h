@@ -9,7 +9,7 @@
 
 namespace quillmark {
 
-/// Keeps one handler connected to a signal; the handler is dropped with it.
+/// Keeps one handler connected to a signal; destroying it disconnects the handler.
 class Connection {
  public:
   Connection() = default;
@@ -30,7 +30,7 @@ class Connection {
   sigc::connection connection_;
 };
 
-/// What one object listens to: its handlers are dropped with it.
+/// The connections of one object to the signals it listens to; destroying it disconnects them.
 class Connections {
  public:
   Connections& operator+=(Connection connection) {
@@ -42,7 +42,7 @@ class Connections {
   std::vector<Connection> all_;
 };
 
-/// A list of handlers. Who gets a const one may listen; only its owner calls the handlers. Main thread only.
+/// A list of handlers. A const reference allows connecting only; the owner emits. Main thread only.
 template <class... Args>
 class Signal {
  public:
@@ -56,8 +56,8 @@ class Signal {
   mutable sigc::signal<void(Args...)> signal_;
 };
 
-/// A value that tells its observers when it is set. Who gets a const one may look and observe, and nothing else. Main
-/// thread only.
+/// A value that notifies its observers when it is set. A const reference allows reading and observing only. Main thread
+/// only.
 template <class T>
 class Observable {
  public:
@@ -70,20 +70,20 @@ class Observable {
   operator const T&() const { return value_; }
   const T* operator->() const { return &value_; }
 
-  /// Observers hear of every set, also of one to an equal value.
+  /// Notifies the observers even when the value is equal.
   void set(T value) {
     value_ = std::move(value);
     changed_.emit(value_);
   }
 
-  /// Changes the value in place, then tells the observers once.
+  /// Changes the value in place, then notifies the observers once.
   template <class Change>
   void mutate(Change&& change) {
     std::forward<Change>(change)(value_);
     changed_.emit(value_);
   }
 
-  /// Changes the value without telling anyone.
+  /// Changes the value without notifying anyone.
   template <class Change>
   void mutateQuietly(Change&& change) {
     std::forward<Change>(change)(value_);
@@ -93,7 +93,7 @@ class Observable {
     return changed_.connect(std::move(handler));
   }
 
-  /// Like observe(), and calls the handler with the present value at once.
+  /// Like observe(), and also calls the handler at once with the current value.
   [[nodiscard]] Connection bind(std::function<void(const T&)> handler) const {
     handler(value_);
     return observe(std::move(handler));

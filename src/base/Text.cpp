@@ -73,7 +73,7 @@ std::string decodeUtf8(std::string_view bytes) {
   result.reserve(bytes.size());
   for (std::size_t position = 0; position < bytes.size();) {
     const std::size_t start = position;
-    // U8_NEXT stops after a maximal invalid part, which is just what one replacement stands for.
+    // U8_NEXT stops after a maximal invalid part, which is exactly what one U+FFFD replaces.
     if (nextCharacter(bytes, position) < 0) {
       result += replacementCharacter;
     } else {
@@ -170,7 +170,7 @@ std::string joined(const std::vector<std::string>& pieces, std::string_view sepa
 
 int compareNumerically(std::string_view a, std::string_view b) {
   const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
-  // The run of digits at the start of the text, which it takes away, without its leading zeros.
+  // Removes the run of digits at the start of the text and returns it without leading zeros.
   const auto takeNumber = [&isDigit](std::string_view& text) {
     const auto end = std::find_if_not(text.begin(), text.end(), isDigit);
     auto digits = text.substr(0, static_cast<std::size_t>(end - text.begin()));

@@ -28,15 +28,15 @@ std::string replacingAll(std::string text, std::string_view pattern, std::string
 /// Pieces between occurrences of `separator`, empty ones included. They point into `text`.
 std::vector<std::string_view> split(std::string_view text, char separator);
 
-/// The same between blanks: Unicode's space separators and the tab, not the newlines.
+/// Pieces between blanks: Unicode's space separators and the tab, not the newlines.
 std::vector<std::string_view> splitAtBlanks(std::string_view text);
 
 /// Whether the first character is white space, or one of those at which splitAtNewlines() splits.
 bool startsWithWhitespace(std::string_view text);
 bool startsWithNewline(std::string_view text);
 
-/// The code point at a position before the end, which moves past it. An invalid byte counts as one of its own, and is
-/// below 0.
+/// The code point at `position`, which must be before the end and is moved past it. An invalid byte is a character of
+/// its own with a negative value.
 std::int32_t nextCharacter(std::string_view text, std::size_t& position);
 /// Unicode White_Space.
 bool isWhitespace(std::int32_t character);
@@ -47,7 +47,7 @@ constexpr bool isNewline(std::int32_t c) { return (c >= 0x0A && c <= 0x0D) || c 
 
 std::string joined(const std::vector<std::string>& pieces, std::string_view separator);
 
-/// Below, equal to or above 0: runs of digits compare as numbers, everything else by code point, so that "2.9.0" comes
+/// Negative, 0 or positive: runs of digits compare as numbers, everything else by code point, so that "2.9.0" comes
 /// before "2.12.0". For versions.
 int compareNumerically(std::string_view a, std::string_view b);
 

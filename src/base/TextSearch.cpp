@@ -9,8 +9,8 @@
 namespace quillmark::text {
 namespace {
 
-/// By canonical combining class: overlays, the points of Hebrew and Arabic, and all that stands above, below or
-/// through a letter in general.
+/// Decided by the canonical combining class: overlays, the points of Hebrew and Arabic, and marks above, below or
+/// through letters in general.
 bool isDiacritic(UChar32 c) {
   const auto combiningClass = u_getCombiningClass(c);
   return combiningClass == 1 || (combiningClass >= 10 && combiningClass <= 36) || combiningClass >= 200;
@@ -25,7 +25,7 @@ void append(UChar32 c, std::string& result) {
 
 void appendLetter(UChar32 letter, std::string& result) {
   switch (const UChar32 c = u_foldCase(letter, U_FOLD_CASE_DEFAULT)) {
-    // These have no decomposition although people write them with the plain letters.
+    // These have no decomposition, although people type the plain letters for them.
     case U'ß':
       result += "ss";
       break;
@@ -54,7 +54,7 @@ void appendLetter(UChar32 letter, std::string& result) {
 
 bool isAscii(unsigned char c) { return c < 0x80; }
 
-/// `decomposed` is a buffer that the calls share.
+/// `decomposed` is a buffer that the calls reuse.
 void appendFolded(UChar32 c, const icu::Normalizer2& decomposing, icu::UnicodeString& decomposed, std::string& result) {
   if (isDiacritic(c)) {
     return;
@@ -73,7 +73,7 @@ void appendFolded(UChar32 c, const icu::Normalizer2& decomposing, icu::UnicodeSt
     }
   }
   if (!isAccented) {
-    // Its parts make another letter, inside which the first of them must not be found.
+    // The parts form a different letter, in which a search must not find the first part.
     result.resize(start);
     appendLetter(c, result);
   }

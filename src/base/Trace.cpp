@@ -30,7 +30,7 @@ void mark(Stage stage) {
   std::array<char, 160> line{};
   const int length = std::snprintf(line.data(), line.size(), "%lld%09ld %s\n", static_cast<long long>(now.tv_sec),
                                    now.tv_nsec, stage.name);
-  // A lost line of a trace is not worth an error.
+  // A lost trace line is not worth an error.
   [[maybe_unused]] const auto written = ::write(descriptor, line.data(), static_cast<std::size_t>(length));
 }
 

@@ -2,8 +2,8 @@
 
 namespace quillmark::trace {
 
-/// A point on the way of a start, a run or a panel. The constants below are all that the programs mark; the demo,
-/// the tests and the bench ask for them by the same names.
+/// A point in the course of a start, a run or a panel. The programs mark only the constants below; the demo, the tests
+/// and the bench look them up by the same names.
 struct Stage {
   const char* name;
 };
@@ -35,11 +35,11 @@ inline constexpr Stage reviewShowsWords{"review shows words"};
 inline constexpr Stage reviewShowsError{"review shows error"};
 inline constexpr Stage reviewShowsLoading{"review shows loading"};
 
-/// Opens the file that QUILLMARK_TRACE names, if it names one. Call once, before other threads start.
+/// Opens the file named by QUILLMARK_TRACE, if there is one. Call once, before other threads start.
 void open();
 
-/// Appends "<nanoseconds of the monotonic clock> <name of the stage>" to the trace; without a trace it costs one test.
-/// Any thread.
+/// Appends "<nanoseconds of the monotonic clock> <name of the stage>" to the trace; without a trace it costs one
+/// branch. Any thread.
 void mark(Stage stage);
 
 }  // namespace quillmark::trace

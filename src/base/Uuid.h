@@ -18,10 +18,10 @@ class Uuid {
 
   static Uuid random();
 
-  /// Five groups of hexadecimal digits in either case; anything else is nothing.
+  /// Reads five groups of hexadecimal digits in either case; nothing for any other text.
   static std::optional<Uuid> parse(std::string_view text);
 
-  /// One random UUID, the same until the process ends. It stands for a missing `id` of a stored record.
+  /// One random UUID, the same until the process ends. It replaces a missing `id` of a stored record.
   static const Uuid& processDefault();
 
   /// Upper-case hexadecimal in five groups, the stored form.

@@ -15,8 +15,7 @@ void print(const ProviderConfig& config) {
               config.enabled ? "enabled" : "disabled");
 }
 
-/// Makes the provider and has it asked; `question` gets a function to be called once, on the main thread, with the
-/// outcome.
+/// Creates the provider and calls `question`, whose argument it must call once, on the main thread, with the outcome.
 int ask(const std::string& dataDirectory, const std::string& name,
         const std::function<void(Session&, AIProvider&, std::function<void(bool)>)>& question) {
   Session session(dataDirectory);

@@ -5,13 +5,13 @@
 
 namespace quillmark::cli {
 
-// What can be done with the configured backends; each returns the program's exit status. A name is the configuration's
-// name, slug or id.
+// Operations on the configured backends; each returns the program's exit status. A name is the configuration's name,
+// slug or id.
 
 /// One line for each provider: slug, name, type, and whether it is enabled.
 int listProviders(const std::string& dataDirectory);
 /// A new, enabled configuration of a kind of backend ("groq", "openai-compatible"). Prints its line: a second one of a
-/// kind gets a number behind its name.
+/// kind gets a number after its name.
 int addProvider(const std::string& dataDirectory, const std::string& type, const std::string& name);
 
 struct ProviderChanges {
@@ -25,7 +25,7 @@ int changeProvider(const std::string& dataDirectory, const std::string& name, co
 
 /// Whether the provider answers with the stored key.
 int verifyProvider(const std::string& dataDirectory, const std::string& name);
-/// The identifiers of the provider's models, a line each, as the backend lists them now.
+/// Prints the identifiers of the provider's models, one per line, as the backend lists them now.
 int listModels(const std::string& dataDirectory, const std::string& name);
 
 }  // namespace quillmark::cli

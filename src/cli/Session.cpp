@@ -39,7 +39,7 @@ Session::Session(const std::string& dataDirectory, Http readiness)
       variablesStore(data.defaults, locale),
       providerStore(data.defaults) {
   if (readiness == Http::whileStoresLoad) {
-    http.warmUp();  // not before the language is chosen, which changes the environment that the library's thread reads
+    http.warmUp();  // after the language is chosen, which changes the environment that the library's thread reads
   }
   RunningVersion(data.defaults).store(bundle());
   promptStore.loadUnchanged();

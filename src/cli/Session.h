@@ -23,8 +23,8 @@ class StandardErrorAlerts : public Alerts {
 /// Writes "quillmark: <message>" to standard error.
 void complain(const std::string& message);
 
-/// The stored data of a program without a desktop. Complains of a file that was damaged or can't be used, and of every
-/// change that can't be stored; the program's exit status must then not be 0.
+/// The stored data of a program without a desktop. Reports a file that was damaged or can't be used, and every change
+/// that can't be stored; the program's exit status must then not be 0.
 class StoredData {
  public:
   /// An empty directory means the user's.
@@ -38,19 +38,20 @@ class StoredData {
 
 /// The services of the desktop program that need no desktop, over the same stored data.
 struct Session {
-  /// When the HTTP library gets ready, which takes a few milliseconds of its own thread.
+  /// When the HTTP library is initialised, which takes its thread a few milliseconds.
   enum class Http { withFirstRequest, whileStoresLoad };
 
   /// An empty directory means the user's. Loads the stores.
   explicit Session(const std::string& dataDirectory, Http readiness = Http::withFirstRequest);
   ~Session() { http.stop(); }
 
-  /// Runs the main queue until finish(). No handler of a request runs any more when it returns: what they call may go.
+  /// Runs the main queue until finish(). Once it returns, no request's handler runs any more: what they use may be
+  /// destroyed.
   void run();
-  /// Makes run() return once the blocks before have run, alerts included.
+  /// Makes run() return once earlier blocks have run, alerts included.
   void finish();
 
-  /// By name, slug or id; complains when there is none.
+  /// By name, slug or id; reports on standard error when there is none.
   std::optional<ProviderConfig> providerCalled(const std::string& name) const;
 
   CurlHttpSession http;

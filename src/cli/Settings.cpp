@@ -67,7 +67,7 @@ std::optional<DefaultsValue> parse(StoredForm form, const std::string& text) {
   }
 }
 
-/// On one line, without what nobody should read over a shoulder.
+/// On one line, with secrets left out.
 std::string summarize(const std::string& key, const DefaultsValue& value) {
   if (const auto* data = std::get_if<Data>(&value)) {
     return "(" + std::to_string(data->bytes.size()) + " bytes)";
@@ -103,7 +103,7 @@ int listSettings(const std::string& dataDirectory) {
   const SqliteUserDefaults& defaults = data.defaults;
   for (const AnyStoredKey& key : keys::all) {
     if (key.isFamily()) {
-      continue;  // its members are listed as they are stored
+      continue;  // a family's members are listed with what is stored
     }
     const auto value = defaults.value(key.name);
     printRow(key.name, typeOf(key.form), value ? summarize(key.name, *value) : describeFallback(key));

@@ -84,7 +84,7 @@ int run(const TextRun& run) {
   if (!prepared) {
     return 1;
   }
-  // The final line end belongs to the line, not to the text: it goes back behind the answer.
+  // The final line end is not part of the text: it is added back after the answer.
   std::string input = readStandardInput();
   const bool endsLine = input.ends_with('\n');
   if (endsLine) {

@@ -15,8 +15,8 @@ struct TextRun {
   bool stream = false;
 };
 
-/// Reads the text from standard input and writes the answer to standard output; what goes wrong is told on standard
-/// error. Gives the exit status.
+/// Reads the text from standard input and writes the answer to standard output; failures go to standard error. Returns
+/// the exit status.
 int run(const TextRun& run);
 
 /// Writes the slug and the name of each stored command.

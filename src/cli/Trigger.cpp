@@ -18,7 +18,7 @@ int trigger(const std::string& slug) {
     complain("there is no session bus to reach Quillmark on");
     return 1;
   }
-  sd_bus_error error = SD_BUS_ERROR_NULL;
+  sd_bus_error error{};
   const int result =
       slug == "command-menu"
           ? sd_bus_call_method(bus, busName, objectPath, busName, "OpenCommandMenu", &error, nullptr, "")

@@ -19,7 +19,7 @@ namespace {
 
 using namespace quillmark;
 
-/// Becomes the desktop program, which lies beside this one, in the library directory, or in the build tree.
+/// Becomes the desktop program, which is beside this one, in the library directory, or in the build tree.
 int startDesktop(const std::string& dataDirectory) {
   std::error_code ignored;
   const auto here = std::filesystem::read_symlink("/proc/self/exe", ignored).parent_path();
@@ -79,8 +79,8 @@ int main(int argc, char** argv) {
   auto* verify = providers->add_subcommand("verify", "see whether one answers with its stored key");
   auto* models = providers->add_subcommand("models", "show the models that one lists");
   auto* change = providers->add_subcommand("set", "change one");
-  for (auto* asked : {verify, models, change}) {
-    asked->add_option("name", providerName, "name or slug of the provider")->required();
+  for (auto* subcommand : {verify, models, change}) {
+    subcommand->add_option("name", providerName, "name or slug of the provider")->required();
   }
   cli::ProviderChanges changes;
   change->add_flag("--key", changes.readsKey, "take its key from the first line of standard input");

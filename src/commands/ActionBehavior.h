@@ -34,7 +34,7 @@ struct RawValues<ActionBehavior> {
   }};
 };
 
-/// Whether the answer goes into the other application's text.
+/// Whether the answer is pasted into the other application.
 constexpr bool pastes(ActionBehavior behavior) {
   return behavior != ActionBehavior::showReview && behavior != ActionBehavior::copyToClipboard;
 }

@@ -16,7 +16,7 @@ namespace quillmark {
 /// One thing that a user can run on selected text.
 struct Command {
   Uuid id;
-  std::string name;                        ///< as stored; what a list shows is displayName()
+  std::string name;                        ///< as stored; lists show displayName()
   std::optional<std::string> content;      ///< prompt template; absent: the built-in text of `type`
   std::optional<Uuid> provider;            ///< id of a ProviderConfig; absent: the default provider
   std::optional<std::string> model;        ///< absent: the provider's default model
@@ -25,8 +25,8 @@ struct Command {
   UserAction type;
   bool enabled = true;  ///< false: no menu and no search offers it; shortcuts and URLs still run it
   std::int64_t usageCount = 0;
-  std::string slug;            ///< of the name at the time it was last set
-  bool hasCustomName = false;  ///< true: the name is the user's own and never follows the interface language
+  std::string slug;            ///< slug of the name when it was last set
+  bool hasCustomName = false;  ///< true: the name is the user's own and is never localised
 
   /// A new command; without a type it is a custom prompt.
   static Command make(std::string name, std::optional<UserAction> type, std::optional<std::string> content,
@@ -35,13 +35,13 @@ struct Command {
   static Command make(const UserAction& action);
 
   std::string displayName() const;
-  /// What an editor of the name does with each change of its text, which shows displayName(): the name is the user's
-  /// own from the first real change on.
+  /// Called by the name's editor, which shows displayName(), for each change of its text: from the first real change on
+  /// the name is the user's own.
   void editName(std::string text);
   /// Symbol name.
   std::string_view icon() const;
-  /// The name under which the keyboard shortcut is stored: one for each custom prompt, one for all commands of any
-  /// other action.
+  /// The name under which the keyboard shortcut is stored: one per custom prompt, and one for all commands of any other
+  /// action.
   std::string shortcutName() const;
 
   friend bool operator==(const Command&, const Command&) = default;

@@ -30,10 +30,10 @@ std::string title(CommandCategory category);
 /// Symbol name of a group; empty for mainAction, whose commands show the icon of their action.
 std::string_view icon(CommandCategory category);
 
-/// The command list is kept in ascending order of this rank.
+/// The command list is sorted by this rank, ascending.
 int sortRank(CommandCategory category);
 
-/// The tray menu has its groups in ascending order of this rank.
+/// The groups of the tray menu are sorted by this rank, ascending.
 int menuRank(CommandCategory category);
 
 }  // namespace quillmark

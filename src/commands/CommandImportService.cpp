@@ -13,7 +13,7 @@ constexpr const char* translationSystemPrompt =
     "You are a professional translator. Translate command titles accurately while preserving their meaning and keeping "
     "them concise.";
 
-/// {L} stands for the name of a language, {T} for the title.
+/// {L} is replaced by the name of a language, {T} by the title.
 constexpr const char* translationPrompt =
     "Translate the following command title to {L}. \n"
     "Return ONLY the translated title without any additional text or explanation.\n"

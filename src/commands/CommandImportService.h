@@ -37,13 +37,13 @@ class CommandImportService {
   explicit CommandImportService(const Collaborators& collaborators) : collaborators_(collaborators) {}
 
   /// Fetches the template, has the default provider put its title into the interface language, and adds it; an alert
-  /// tells how it went. While a slug is being installed, asking for it again does nothing.
+  /// reports the outcome. While a slug is being installed, installing it again does nothing.
   void install(const std::string& slug);
 
  private:
   using Title = std::optional<std::string>;
 
-  /// Gives the title in the interface language; nothing when there is no usable provider or no answer.
+  /// Calls back with the title in the interface language; nothing when there is no usable provider or no answer.
   void translateTitle(const std::string& title, std::function<void(const Title&)> completion);
   void add(Command command, const Title& translated);
 

@@ -24,7 +24,7 @@ struct CommandTemplate {
   std::optional<std::string> profileId;
   bool isPublic = false;
 
-  /// A new custom prompt with the template's own slug, if it has one. An unknown category is customAction.
+  /// A new custom prompt with the template's own slug, if it has one. An unknown category becomes customAction.
   Command toCommand() const;
 };
 

@@ -11,10 +11,10 @@ namespace quillmark {
 /// An entry of the language list or the tone list.
 struct ConfigurableItem {
   std::string id;                      ///< a locale identifier, or a word for a tone
-  std::string name;                    ///< what goes into the prompt
+  std::string name;                    ///< inserted into the prompt
   std::optional<std::string> nameKey;  ///< key of the localised name
   bool isEnabled = true;               ///< offered in menus
-  std::int64_t order = 0;              ///< lists sort by it, ascending
+  std::int64_t order = 0;              ///< lists are sorted by it, ascending
   bool isCustom = false;               ///< made by the user
 
   friend bool operator==(const ConfigurableItem&, const ConfigurableItem&) = default;

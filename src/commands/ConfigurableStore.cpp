@@ -58,7 +58,7 @@ void ConfigurableStore::load() {
        : problem == invalidItems ? "Loaded items are invalid, falling back to defaults"
                                  : "Failed to decode items: " + problem + ", falling back to defaults");
   note("Creating " + count + " default items");
-  (void)save([](Items&) {});  // a refusal changes nothing: the default items hold also while nothing is stored
+  (void)save([](Items&) {});  // a refusal doesn't matter: the default items apply while nothing is stored
 }
 
 Items ConfigurableStore::enabledItems() {
@@ -136,7 +136,7 @@ std::size_t ConfigurableStore::remove(const std::vector<std::string>& ids) {
 
 bool ConfigurableStore::append(ConfigurableItem item, const std::function<bool(const ConfigurableItem&)>& clashes) {
   items();
-  // Looked for again among what is stored by then.
+  // Looked up again in what is stored by then.
   return list_.edit([&](Items& list) {
     if (std::ranges::any_of(list, clashes)) {
       return false;

@@ -11,7 +11,7 @@
 namespace quillmark {
 
 /// A list that the user can edit: which items are offered, in which order, and which one a shortcut takes. It is read
-/// at the first use. Every edit gives false when it could not be stored; the list is then as it was. Main thread only.
+/// on first use. Every edit returns false when it could not be stored; the list is then unchanged. Main thread only.
 class ConfigurableStore {
   StoredList<ConfigurableItem> list_;
 
@@ -26,7 +26,7 @@ class ConfigurableStore {
   /// Empty until the list has been read; then what is stored.
   const Observable<Items>& itemsCache{list_.records()};
 
-  /// Never empty. What is stored and is no list of distinct, named items is set aside and replaced by the default
+  /// Never empty. A stored value that is not a list of distinct, named items is set aside and replaced by the default
   /// items.
   const Items& items();
   /// By `order`, ascending.
@@ -39,8 +39,7 @@ class ConfigurableStore {
   [[nodiscard]] bool save(const Edit& edit);
   [[nodiscard]] bool setEnabled(const std::string& id, bool isEnabled);
   [[nodiscard]] bool setAllEnabled(bool isEnabled);
-  /// Gives the items with these ids their positions, and puts the others after them. An id without an item leaves a
-  /// gap.
+  /// Gives the items with these ids their positions, and puts the others after them. An unknown id leaves a gap.
   [[nodiscard]] bool reorder(const std::vector<std::string>& ids);
   /// Saves once. Returns how many ids could not be removed: unknown ones, and the last item of the list.
   std::size_t remove(const std::vector<std::string>& ids);
@@ -53,7 +52,7 @@ class ConfigurableStore {
   std::optional<ConfigurableItem> defaultItem();
 
  protected:
-  /// Where the items, the selection, and the selection of an old version are stored.
+  /// The keys of the items, of the selection, and of an old version's selection.
   struct Keys {
     const StoredKey<Data>& items;
     const StoredKey<std::optional<std::string>>& selection;
@@ -61,9 +60,9 @@ class ConfigurableStore {
   };
   ConfigurableStore(UserDefaults& defaults, const Keys& keys);
 
-  /// Takes over the selection of an old version. To be called by the subclass's constructor.
+  /// Migrates the selection of an old version. Called by the subclass's constructor.
   void migrateLegacySelection();
-  /// Gives the item the last position. False also when it clashes with one that is stored.
+  /// Puts the item at the end of the list. False also when it clashes with a stored one.
   [[nodiscard]] bool append(ConfigurableItem item, const std::function<bool(const ConfigurableItem&)>& clashes);
 
  private:

@@ -32,7 +32,7 @@ Command* withId(std::vector<Command>& list, const Uuid& id) {
 
 bool isOfferedByItself(const Command& command) { return !info(command.type.kind).takesParameter(); }
 
-/// One entry for each item, with the settings of the command that they all stand for.
+/// One entry for each item, with the settings of the command that is expanded.
 void appendExpansions(std::vector<Command>& list, const Command& source, ConfigurableStore& store,
                       const ConfigurableStore::Items& items) {
   for (const auto& item : items) {
@@ -103,10 +103,10 @@ bool markCustomNames(std::vector<Command>& list) {
   return true;
 }
 
-/// Brings the commands of an older version up to date.
+/// One step that brings the commands of an older version up to date.
 struct Migration {
-  const char* version;                 ///< that brought it
-  bool (*run)(std::vector<Command>&);  ///< whether it has changed the list
+  const char* version;                 ///< that introduced it
+  bool (*run)(std::vector<Command>&);  ///< returns whether it changed the list
   const char* action;                  ///< label of the save
   const char* completion;              ///< log line
 };
@@ -161,7 +161,7 @@ void CustomPromptStore::load() {
   }
   log("No prompts found, initializing default prompts");
   if (!save([](auto&) {}, "init base prompts")) {
-    buildSearchableCommands();  // the base commands hold also while nothing is stored
+    buildSearchableCommands();  // the base commands apply while nothing is stored
   }
 }
 
@@ -192,8 +192,8 @@ void CustomPromptStore::runMigrations() {
       {"2.12.0", markCustomNames, "hasCustomName migration", "Migration complete: Added hasCustomName flags"},
   };
   for (const auto& migration : migrations) {
-    // Each step leaves the running version behind: what a later one then finds may not be old any more. A store without
-    // a version is older than all of them.
+    // Each step stores the running version, so a later step may find the store up to date already. A store without a
+    // version is older than all of them.
     if (text::compareNumerically(lastMigratedVersion.get(), migration.version) >= 0) {
       continue;
     }

@@ -9,7 +9,7 @@ namespace {
 
 struct Row {
   std::string_view identifier;
-  std::string_view region;  // ISO 3166-1, or in small letters an ISO 3166-2 subdivision without its hyphen
+  std::string_view region;  // ISO 3166-1, or in lower case an ISO 3166-2 subdivision without its hyphen
 };
 
 // By identifier.

@@ -15,13 +15,13 @@ class LanguageStore final : public ConfigurableStore {
  public:
   LanguageStore(UserDefaults& defaults, const LocaleInfo& locale);
 
-  /// The language as the interface language calls it, behind its flag if it has one.
+  /// The flag, if there is one, and the language's name in the interface language.
   std::string displayName(const LanguageItem& item) const override;
   Items defaultItems() const override;
 
-  /// Identifiers that could be added, by display name: a language, or a language with one region or script.
+  /// Identifiers that could be added, sorted by display name: a language, or a language with one region or script.
   std::vector<std::string> availableLanguages();
-  /// False also for an identifier that is there already, or that the system writes differently.
+  /// False also for an identifier already in the list, or one not in the system's canonical form.
   [[nodiscard]] bool addLanguage(const std::string& id);
 
  private:
@@ -30,7 +30,8 @@ class LanguageStore final : public ConfigurableStore {
   void sortByName(std::vector<std::string>& identifiers) const;
 
   const LocaleInfo& locale_;
-  // The names are asked for with every change of a command, and the interface language never changes in a run.
+  // The names are needed after every change of a command, and the interface language never changes while the program
+  // runs.
   mutable std::unordered_map<std::string, std::optional<std::string>> names_;
 };
 

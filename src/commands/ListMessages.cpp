@@ -28,11 +28,11 @@ ListMessages::Message ListMessages::deletionQuestion(std::size_t count) const {
   return {tr(texts_.deleteTitle), count == 1 ? tr(texts_.deleteOne) : tr(texts_.deleteSeveral, std::to_string(count))};
 }
 
-std::optional<ListMessages::Message> ListMessages::deletionFailure(std::size_t failures, std::size_t asked) const {
+std::optional<ListMessages::Message> ListMessages::deletionFailure(std::size_t failures, std::size_t requested) const {
   if (failures == 0) {
     return std::nullopt;
   }
-  return Message{tr(texts_.failureTitle), tr(failures == asked ? texts_.allFailed : texts_.someFailed)};
+  return Message{tr(texts_.failureTitle), tr(failures == requested ? texts_.allFailed : texts_.someFailed)};
 }
 
 std::optional<ListMessages::Message> ListMessages::problemWithLanguage(const std::string& id) {

@@ -6,28 +6,28 @@
 
 namespace quillmark {
 
-/// What the screens of the language list and of the tone list say, each text in the interface language.
+/// The messages of the language and tone list screens, in the interface language.
 class ListMessages {
  public:
   static const ListMessages languages;
   static const ListMessages tones;
 
-  /// Of an alert, or of the line under a field.
+  /// For an alert, or for the line under a field.
   struct Message {
     std::string title;
     std::string text;
     friend bool operator==(const Message&, const Message&) = default;
   };
 
-  /// Asked before `count` items go; the buttons are "Cancel" and "Delete".
+  /// The question before `count` items are deleted; the buttons are "Cancel" and "Delete".
   Message deletionQuestion(std::size_t count) const;
-  /// Nothing when all went; `failures` is what ConfigurableStore::remove() returned for `asked` ids.
-  std::optional<Message> deletionFailure(std::size_t failures, std::size_t asked) const;
+  /// Nothing when all were deleted; `failures` is what ConfigurableStore::remove() returned for `requested` ids.
+  std::optional<Message> deletionFailure(std::size_t failures, std::size_t requested) const;
 
-  /// What is wrong with a language before LanguageStore::addLanguage() is asked; an empty id means that none is picked.
+  /// Why LanguageStore::addLanguage() would refuse this language; an empty id means that none is picked.
   static std::optional<Message> problemWithLanguage(const std::string& id);
   static Message languageRefused();
-  /// What is wrong with a tone's name before ToneStore::addCustomTone() is asked.
+  /// Why ToneStore::addCustomTone() would refuse this name.
   static std::optional<Message> problemWithTone(const std::string& name);
   static Message toneRefused();
 

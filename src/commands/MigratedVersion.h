@@ -6,7 +6,7 @@
 
 namespace quillmark {
 
-/// The version up to which the stored commands are brought up to date; empty for a store that is older than that.
+/// The version to which the stored commands have been migrated; empty for a store older than this key.
 class MigratedVersion : public Setting<std::string> {
  public:
   explicit MigratedVersion(UserDefaults& defaults) : Setting(defaults, keys::lastMigratedVersion) {}

@@ -9,7 +9,7 @@ namespace quillmark {
 /// The built-in prompt templates.
 class PromptFactory {
  public:
-  /// The template of an action; its parameter plays no part. `executePrompt` and `customPrompt` have an empty one.
+  /// The template of an action, whatever its parameter. `executePrompt` and `customPrompt` have an empty one.
   static std::string promptText(const UserAction& action);
 };
 

@@ -11,14 +11,14 @@
 
 namespace quillmark {
 
-/// Fills one template. The variables "tone" and "language" are for show only: the action's parameter fills their
+/// Fills one template. The variables "tone" and "language" are only listed: the action's parameter fills their
 /// placeholders.
 class PromptGenerator {
  public:
   PromptGenerator(const UserAction& type, const std::vector<Variable>& variables);
 
-  /// Replaces the placeholders of the variables one after the other, then the one of the action's parameter, each over
-  /// the text that the one before left. An unknown placeholder stays. An absent template gives an empty prompt.
+  /// Replaces the placeholders of the variables one after another, then that of the action's parameter, each in the
+  /// result of the previous step. An unknown placeholder stays. An absent template gives an empty prompt.
   std::string generate(const std::optional<std::string>& promptTemplate, const UserAction& type) const;
 
  private:

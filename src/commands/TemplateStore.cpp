@@ -12,7 +12,7 @@
 namespace quillmark {
 namespace {
 
-/// The built-in actions, then some of them once more as custom prompts.
+/// The built-in actions, then some of them again as custom prompts.
 std::vector<Command> fallbackTemplates() {
   constexpr std::pair<ActionCase, CommandCategory> customPrompts[] = {
       {ActionCase::translateToYoda, CommandCategory::rewrite},
@@ -86,7 +86,7 @@ void TemplateStore::take(const Expected<std::vector<CommandTemplate>, TransportE
     return;
   }
   const std::string count = std::to_string(answer->size());
-  // Nothing of this is the user's, who is not told when it can't be kept: the next start fetches it again.
+  // None of this is the user's own, so a failure to store it is not reported: the next start fetches it again.
   const bool cached = list_.edit(
       [&](std::vector<Command>& list) {
         list.clear();

@@ -17,8 +17,8 @@ class ToneStore final : public ConfigurableStore {
   std::string displayName(const ToneItem& item) const override;
   Items defaultItems() const override;
 
-  /// White space at the ends of the name does not count. False also for an empty or too long name, and for one that is
-  /// there already or would have the id of another.
+  /// White space around the name is ignored. False also for an empty or too long name, and for one that exists already
+  /// or would have the id of another.
   [[nodiscard]] bool addCustomTone(const std::string& name);
 };
 

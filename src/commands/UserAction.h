@@ -40,15 +40,15 @@ enum class ActionCase {
 /// A list of the user's whose items an action can be offered for.
 enum class ItemList { languages, tones };
 
-/// What an action wants to know besides the text.
+/// The parameter that an action takes besides the text.
 struct ActionParameter {
-  std::string_view placeholder;     ///< that it fills in a template
-  std::optional<ItemList> items{};  ///< what there is to choose from; absent: the user types it
-  const char* itemTitle = nullptr;  ///< English title of the command for one item, whose name stands for "{}"
+  std::string_view placeholder;     ///< the placeholder it fills in a template
+  std::optional<ItemList> items{};  ///< the list to choose from; absent: the user types it
+  const char* itemTitle = nullptr;  ///< English title of the command for one item, whose name replaces "{}"
   const char* menuTitle = nullptr;  ///< English title of the submenu with all items
 };
 
-/// All that is fixed for a built-in action besides its prompt (PromptFactory).
+/// Everything that is fixed for a built-in action except its prompt (PromptFactory).
 struct ActionInfo {
   ActionCase key;
   std::string_view raw;
@@ -56,7 +56,7 @@ struct ActionInfo {
   std::string_view icon;  ///< symbol name
   CommandCategory category;
   const char* model = nullptr;  ///< nullptr: the provider's default
-  /// nullptr: none. An action with a parameter is never offered by itself, only together with one.
+  /// nullptr: none. An action with a parameter is only offered with a value for it.
   const ActionParameter* parameter = nullptr;
   std::optional<ActionBehavior> behavior{};  ///< of a new command; absent: the general default
   bool inCatalogue = true;                   ///< whether it is a built-in entry of the template catalogue
@@ -96,9 +96,9 @@ struct UserAction {
   /// Symbol name.
   std::string_view icon() const { return info(kind).icon; }
   CommandCategory category() const { return info(kind).category; }
-  /// The model that a command made from this action asks for.
+  /// The model of a command created from this action.
   std::optional<std::string> model() const;
-  /// Whether it stands for a list of actions, one for each item.
+  /// Whether it represents a list of actions, one for each item.
   bool isExpanded() const { return info(kind).items() && !parameter; }
 
   friend bool operator==(const UserAction&, const UserAction&) = default;
@@ -108,7 +108,7 @@ struct UserAction {
 std::span<const ActionCase> baseActions();
 /// The built-in entries of the template catalogue.
 std::vector<ActionCase> catalogueActions();
-/// `translate` and `changeTone`: stored once, offered once for each language and tone.
+/// `translate` and `changeTone`: stored once, offered for each language or tone.
 std::span<const ActionCase> filteredActions();
 
 /// `{"translate":{"_0":"de"}}`, `{"fixGrammar":{}}`.

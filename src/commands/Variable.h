@@ -13,7 +13,7 @@ struct Variable {
   std::string key;
   std::string value;
   std::string comment;      ///< a hint shown to the user
-  bool isComputed = false;  ///< made by the system, not editable, never stored
+  bool isComputed = false;  ///< computed by the system, not editable, never stored
 
   friend bool operator==(const Variable&, const Variable&) = default;
 };

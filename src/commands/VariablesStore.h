@@ -24,12 +24,12 @@ class VariablesStore {
   /// Loads the user's variables and computes the others.
   VariablesStore(UserDefaults& defaults, const LocaleInfo& locale);
 
-  Setting<std::string> preferredLocale;  ///< identifier of what the user writes in; "none": not set
+  Setting<std::string> preferredLocale;  ///< identifier of the dialect the user writes in; "none": not set
   const Observable<std::vector<Variable>>& variables{list_.records()};  ///< the user's own, in list order
   Observable<std::vector<Variable>> staticVariables;  ///< computed; follow `preferredLocale`; never stored
 
   void load();
-  /// False when the edit could not be stored; the list is then as it was.
+  /// False when the edit could not be stored; the list is then unchanged.
   [[nodiscard]] bool save(const Edit& edit);
   void updateStaticVariables();
 

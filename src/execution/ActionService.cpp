@@ -61,7 +61,7 @@ void ActionService::runCommand(const Command& command, bool shouldCopy) {
     return;
   }
   collaborators_.tracker.markCommandTriggered(false);
-  // Fixed here: a change of the setting does not reach a run under way.
+  // Fixed here: a change of the setting does not affect a run in progress.
   const ActionBehavior behavior = command.behavior.value_or(defaultBehavior.get());
   if (behavior == ActionBehavior::showReview) {
     collaborators_.capture.getSelectedText(

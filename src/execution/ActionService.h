@@ -17,10 +17,10 @@
 
 namespace quillmark {
 
-/// Runs a command from its trigger to its applied answer. Whatever started it, every command comes through here: the
+/// Runs a command from its trigger to its applied answer. Every command comes through here, whatever started it: the
 /// selection is captured, and then either the review session takes over (behaviour `showReview`), or the direct path
-/// asks the provider once and applies the answer. Nothing is returned or thrown: what goes wrong is an alert or
-/// silence. Main thread only.
+/// sends one request and applies the answer. Nothing is returned or thrown: a failure is an alert or silence. Main
+/// thread only.
 class ActionService {
  public:
   struct Collaborators {
@@ -37,17 +37,17 @@ class ActionService {
     LoadingPanel* loadingPanel;  ///< may be null
   };
 
-  /// Clears an `isLoading` that a process left behind which did not end well.
+  /// Clears an `isLoading` left set by a process that crashed.
   explicit ActionService(const Collaborators& collaborators);
 
-  Setting<ActionBehavior> defaultBehavior;  ///< what a command without a behaviour of its own does
-  Setting<bool> isLoading;                  ///< a direct run is under way; the tray menu reads the same key
+  Setting<ActionBehavior> defaultBehavior;  ///< for commands without a behaviour of their own
+  Setting<bool> isLoading;                  ///< a direct run is in progress; the tray menu reads the same key
 
-  /// `shouldCopy` says that the selection must be fetched with the copy key; otherwise the text already lies on the
-  /// general pasteboard. A direct run under way drops any other run without a word.
+  /// `shouldCopy`: the selection must be fetched with the copy key; otherwise the text is already on the general
+  /// pasteboard. While a direct run is in progress any other run is silently dropped.
   void runCommand(const Command& command, bool shouldCopy);
   void runCommandById(const std::optional<Uuid>& id, bool shouldCopy);
-  /// Runs the stored command of the action with the action's parameter; the stored command stays as it is.
+  /// Runs the stored command of the action with the action's parameter; the stored command is not changed.
   void runAction(const UserAction& action, bool shouldCopy);
   void runCommandBySlug(const std::string& slug, bool shouldCopy);
 

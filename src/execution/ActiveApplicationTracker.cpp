@@ -46,7 +46,7 @@ Application ActiveApplicationTracker::appBeforeCommand() const {
                                                       std::chrono::duration<double, std::milli>(preCommandLookbackMs));
   const AppActivation* best = nullptr;
   for (const auto& activation : appActivationTimeline_) {
-    // Of two at the same moment the earlier entry stays.
+    // Of two entries at the same moment the earlier one is kept.
     if (activation.timestamp <= cutoff && (best == nullptr || activation.timestamp > best->timestamp)) {
       best = &activation;
     }

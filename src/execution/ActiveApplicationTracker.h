@@ -18,8 +18,8 @@ struct AppActivation {
   std::optional<std::string> bundleId;  ///< at that moment
 };
 
-/// Remembers which application became active when, so that a result can go back to the one that owned the selection.
-/// The application in front at the trigger is not trusted: it may be there because of the trigger. Main thread only.
+/// Records which application became active when, so that a result goes back to the owner of the selection. The
+/// application in front at the trigger is not trusted: it may be there because of the trigger. Main thread only.
 class ActiveApplicationTracker {
  public:
   static constexpr std::size_t maxTimelineEntries = 10;
@@ -29,12 +29,12 @@ class ActiveApplicationTracker {
 
   void recordActivation(const Application& app);
 
-  /// Notes the moment of a trigger; without `force` an earlier mark stands.
+  /// Records the time of a trigger; without `force` an earlier mark is kept.
   void markCommandTriggered(bool force);
   void clearCommandTrigger();
   std::optional<Date> commandTriggerTimestamp() const { return commandTriggerTimestamp_; }
 
-  /// The application that was active half a second before the trigger; null when none is known.
+  /// The application that was active half a second before the trigger; null when it is unknown.
   Application appBeforeCommand() const;
   /// The latest application that is not this one; null when there is none.
   Application lastNonOwnApp() const;

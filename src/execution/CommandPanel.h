@@ -4,7 +4,7 @@
 
 namespace quillmark {
 
-/// The command menu, as the triggers that open it see it.
+/// The command menu as seen by the triggers that open it.
 class CommandPanel {
  public:
   CommandPanel() = default;

@@ -11,7 +11,7 @@ GlobalShortcuts::GlobalShortcuts(UserDefaults& defaults, HotKeys& hotKeys) : def
   releases_ = hotKeys_.released.connect([this](const std::string& name) {
     trace::mark(trace::hotKeyReleased);
     if (const auto found = handlers_.find(name); found != handlers_.end()) {
-      // A copy: a handler may renew all handlers.
+      // A copy: a handler may replace all handlers.
       for (const auto actions = found->second; const auto& action : actions) {
         action();
       }
@@ -22,7 +22,7 @@ GlobalShortcuts::GlobalShortcuts(UserDefaults& defaults, HotKeys& hotKeys) : def
     if (key.starts_with(prefix)) {
       const std::string name = key.substr(prefix.size());
       if (handlers_.contains(name)) {
-        follow(name);
+        updateRegistration(name);
       }
       shortcutByNameDidChange.emit(name);
     }
@@ -61,7 +61,7 @@ std::optional<std::string> GlobalShortcuts::nameUsing(const KeyCombination& comb
 
 void GlobalShortcuts::onKeyUp(const std::string& name, std::function<void()> action) {
   handlers_[name].push_back(std::move(action));
-  follow(name);
+  updateRegistration(name);
 }
 
 void GlobalShortcuts::removeAllHandlers() {
@@ -85,13 +85,13 @@ void GlobalShortcuts::pause() {
 void GlobalShortcuts::resume() {
   if (--pauses_ == 0) {
     for (const auto& [name, actions] : handlers_) {
-      follow(name);
+      updateRegistration(name);
     }
   }
 }
 
-/// Makes the registered combination of a name the stored one.
-void GlobalShortcuts::follow(const std::string& name) {
+/// Registers the stored combination of a name in place of the registered one, or none.
+void GlobalShortcuts::updateRegistration(const std::string& name) {
   const auto wanted = pauses_ == 0 ? getShortcut(name) : std::nullopt;
   const auto present = registered_.find(name);
   if (present != registered_.end()) {

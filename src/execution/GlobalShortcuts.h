@@ -12,8 +12,8 @@
 
 namespace quillmark {
 
-/// Named global shortcuts. A name has the key combination that is stored for it, or none; no name has a default.
-/// Actions run when the combination is released. Main thread only.
+/// Named global shortcuts. A name has the key combination stored for it, or none; there are no defaults. Actions run
+/// when the combination is released. Main thread only.
 class GlobalShortcuts {
  public:
   GlobalShortcuts(UserDefaults& defaults, HotKeys& hotKeys);
@@ -23,7 +23,7 @@ class GlobalShortcuts {
 
   static std::string defaultsKey(const std::string& name) { return keys::keyboardShortcuts.name + name; }
 
-  /// While one of these is alive no combination is registered: the keys reach the window in front.
+  /// While a Pause is alive no combination is registered: the keys reach the window in front.
   class Pause {
    public:
     explicit Pause(GlobalShortcuts& shortcuts) : shortcuts_(shortcuts) { shortcuts_.pause(); }
@@ -35,10 +35,10 @@ class GlobalShortcuts {
     GlobalShortcuts& shortcuts_;
   };
 
-  /// Nothing when the key is absent or its text does not decode.
+  /// Nothing when none is stored or the stored text does not decode.
   std::optional<KeyCombination> getShortcut(const std::string& name) const;
 
-  /// Stores the combination of a name, or that it has none. A handler of the name follows at once.
+  /// Stores the combination of a name, or removes it. Takes effect for the name's handlers at once.
   void setShortcut(const std::string& name, const std::optional<KeyCombination>& combination);
   /// A name with handlers that has this combination.
   std::optional<std::string> nameUsing(const KeyCombination& combination) const;
@@ -52,7 +52,7 @@ class GlobalShortcuts {
   void removeAllHandlers();
 
  private:
-  void follow(const std::string& name);
+  void updateRegistration(const std::string& name);
   void unregisterAll();
   void pause();
   void resume();

@@ -11,7 +11,7 @@ void KeyboardHelper::press(KeyCode key) {
   const auto keyDown = injector_.createKeyboardEvent(key, true);
   const auto keyUp = injector_.createKeyboardEvent(key, false);
 
-  // The modifier goes up before the key does.
+  // The modifier is released before the key.
   std::vector<KeyboardEvent> events;
   for (const auto& created : {modifierDown, keyDown, modifierUp, keyUp}) {
     if (created) {

@@ -4,7 +4,7 @@
 
 namespace quillmark {
 
-/// Simulates the copy and the paste key.
+/// Simulates the copy and paste keys.
 class KeyboardHelper {
  public:
   explicit KeyboardHelper(KeyInjector& injector) : injector_(injector) {}

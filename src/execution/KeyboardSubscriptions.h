@@ -14,9 +14,9 @@
 
 namespace quillmark {
 
-/// Keeps a global shortcut handler for each name that has a meaning: the command menu's, one for each action that
-/// stands for a list of items (the raw value of the action; it takes the default item), and one for each other command.
-/// The handlers are renewed when the number of commands changes. Works by itself once made.
+/// Keeps a global shortcut handler for each shortcut name: the command menu's, one for each action that represents a
+/// list of items (the raw value of the action; it takes the default item), and one for each other command. The handlers
+/// are registered again when the number of commands changes. Needs no calls once constructed.
 class KeyboardSubscriptions {
  public:
   static constexpr const char* commandMenu = "commandMenu";
@@ -33,7 +33,7 @@ class KeyboardSubscriptions {
   ActionService& actionService_;
   CommandPanel& commandPanel_;
   ActiveApplicationTracker& tracker_;
-  std::ptrdiff_t promptCount_ = -1;  // no list has this length, so the first one always registers
+  std::ptrdiff_t promptCount_ = -1;  // no list has this length, so the first list always registers
   Connection commandChanges_;
 };
 

@@ -14,23 +14,23 @@
 
 namespace quillmark {
 
-/// All that a command needs to ask its provider.
+/// Everything needed to send a command to its provider.
 struct PreparedRun {
   std::string prompt;
   std::optional<std::string> model;  ///< absent: the provider's default
   std::unique_ptr<AIProvider> provider;
 
-  /// Sends the text. With `onChunk` the answer is streamed. Both callbacks come through the queue, on whatever thread
-  /// the provider answers.
+  /// Sends the text. With `onChunk` the answer is streamed. Both callbacks come through the queue, whichever thread the
+  /// provider calls back on.
   void ask(const std::string& text, MainQueue& queue, AIProvider::ChatCompletion onComplete,
            std::function<void(const std::string&)> onChunk = nullptr) const;
 };
 
-/// Why a command can't ask.
+/// Why a command can't run.
 struct RunRefusal {
   enum class Reason { providerNotFound, providerDisabled };
   Reason reason;
-  std::string providerName{};  ///< of the disabled one
+  std::string providerName{};  ///< of the disabled provider
 };
 
 struct RunSources {
@@ -39,9 +39,9 @@ struct RunSources {
   const ProviderFactory& providerFactory;
 };
 
-/// Fills the command's template and makes its provider. Counts, logs and shows nothing.
+/// Fills the command's template and creates its provider. Counts, logs and shows nothing.
 Expected<PreparedRun, RunRefusal> prepareRun(const Command& command, const RunSources& sources);
-/// The same with this provider, whichever the command names.
+/// The same with this provider instead of the command's.
 Expected<PreparedRun, RunRefusal> prepareRun(const Command& command, const std::optional<ProviderConfig>& config,
                                              const RunSources& sources);
 

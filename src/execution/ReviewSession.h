@@ -7,8 +7,8 @@
 
 namespace quillmark {
 
-/// What shows a result beside the selected text before anything reaches the other application. From execute() on the
-/// session owns the run: prompt, provider, counters and write-back.
+/// Shows a result beside the selected text before anything reaches the other application. From execute() on the session
+/// owns the run: prompt, provider, counters and write-back.
 class ReviewSession {
  public:
   ReviewSession() = default;

@@ -6,7 +6,7 @@ namespace quillmark {
 
 void SelectionCapture::getSelectedText(bool shouldCopy, std::function<void(const std::string&)> completion) {
   if (shouldCopy) {
-    // Emptied first, so that a copy key that does nothing can't pass an old copy off as the selection.
+    // Emptied first, so that after a copy key without effect an old copy is not taken for the selection.
     pasteboard_.clearContents();
     keyboard_.pressCopy();
     trace::mark(trace::copyKeyPosted);

@@ -21,12 +21,12 @@ class SelectionCapture {
   SelectionCapture(MainQueue& queue, Pasteboard& pasteboard, KeyInjector& injector)
       : queue_(queue), pasteboard_(pasteboard), keyboard_(injector) {}
 
-  /// With `shouldCopy` the pasteboard is emptied and the copy key pressed first; without it the text already lies
-  /// there. The completion gets the text, empty when there is none, no sooner than after the reaction time.
+  /// With `shouldCopy` the pasteboard is emptied and the copy key pressed first; without it the text is already there.
+  /// The completion is called with the text, empty when there is none, not before the reaction time has passed.
   void getSelectedText(bool shouldCopy, std::function<void(const std::string&)> completion);
 
-  /// Does with an answer what the behaviour says: pastes it, with the selection before or after it, or leaves it on the
-  /// pasteboard. A review is no way of applying: it does nothing.
+  /// Applies an answer by the behaviour: pastes it, alone or with the selection before or after it, or leaves it on the
+  /// pasteboard. `showReview` does nothing.
   void apply(ActionBehavior behavior, const std::string& answer, const std::string& selection);
 
   /// Puts the text on the pasteboard and presses the paste key after the reaction time.

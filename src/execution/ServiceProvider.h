@@ -15,7 +15,7 @@ class ServiceProvider {
   ServiceProvider(CommandPanel& commandPanel, AlertHandler& alertHandler, MainQueue& mainQueue)
       : commandPanel_(commandPanel), alertHandler_(alertHandler), mainQueue_(mainQueue) {}
 
-  /// Opens the command menu. The text that came with the message only has to be there: a command from the menu takes
+  /// Opens the command menu. The message must carry a text, which is otherwise ignored: a command from the menu takes
   /// what is on the general pasteboard.
   void service(const std::optional<std::string>& text);
 

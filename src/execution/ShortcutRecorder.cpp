@@ -30,7 +30,7 @@ constexpr const char* keyboard_shortcut_needs_modifier =
     trLater("A keyboard shortcut needs Ctrl, Alt or Super, or a function key.");
 }  // namespace texts
 
-/// Whether pressing it would not also be ordinary typing.
+/// Whether the combination is never ordinary typing.
 bool isForShortcuts(const KeyCombination& combination) {
   constexpr int any = KeyCombination::control | KeyCombination::option | KeyCombination::command;
   return (combination.carbonModifiers & any) != 0 ||

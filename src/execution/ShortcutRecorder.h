@@ -12,7 +12,7 @@
 
 namespace quillmark {
 
-/// The field in which a user records the key combination of one shortcut. While it waits for keys no shortcut fires.
+/// The logic of the field that records the key combination of one shortcut. While it is recording no shortcut fires.
 /// Main thread only.
 class ShortcutRecorder {
  public:
@@ -20,15 +20,15 @@ class ShortcutRecorder {
     GlobalShortcuts& shortcuts;
     HotKeys& hotKeys;
     AlertHandler& alertHandler;
-    /// The title of this program's menu item that a combination chooses, if there is one.
+    /// The title of this program's menu item with this combination, if any.
     std::function<std::optional<std::string>(const KeyCombination&)> menuItemUsing;
-    /// What people call a shortcut.
+    /// The title of a shortcut for the user.
     std::function<std::string(const std::string& name)> titleOf;
   };
 
   ShortcutRecorder(Collaborators collaborators, std::string name);
 
-  /// What the field shows: the combination, or an invitation to record one.
+  /// What the field shows: the combination, or a prompt to record one.
   std::string text() const;
   bool isRecording() const { return pause_.has_value(); }
   bool hasShortcut() const { return collaborators_.shortcuts.getShortcut(name_).has_value(); }
@@ -36,17 +36,17 @@ class ShortcutRecorder {
   /// text() may have changed.
   Signal<> changed;
 
-  /// Waits for keys.
+  /// Starts recording.
   void begin();
-  /// Stops waiting; the shortcut stays as it was.
+  /// Stops recording; the shortcut is unchanged.
   void end();
   void clear();
-  /// A key other than a modifier was pressed, with this set of modifiers; `nativeScanCode` is what the toolkit's event
-  /// calls it. Escape ends, Backspace and Delete clear, each without modifiers. Any other combination is stored, or
-  /// refused with an alert; recording is over then. Waits on after a key that has no position on such a keyboard.
+  /// A key other than a modifier was pressed, with this set of modifiers; `nativeScanCode` is the toolkit event's.
+  /// Escape stops recording, Backspace and Delete clear the shortcut, each without modifiers. Any other combination is
+  /// stored, or refused with an alert, which ends recording. Keys without a position on an ANSI keyboard are ignored.
   void keyPressed(std::uint32_t nativeScanCode, int carbonModifiers);
 
-  /// "Ctrl+Alt+G", by what is on the keys of the present keyboard; the modifiers in the interface language.
+  /// "Ctrl+Alt+G", with the key labels of the current keyboard and the modifiers in the interface language.
   static std::string describe(const KeyCombination& combination, const HotKeys& hotKeys);
 
  private:

@@ -4,7 +4,7 @@ namespace quillmark {
 
 void FloatingLoading::show() {
   positionUpdateTimer_.cancel();
-  // Behind the block that asks for it: a run posts its copy key there, which is not to wait for a window to come up.
+  // After the calling block: a run posts its copy key in it, which must not wait for a window to open.
   positionUpdateTimer_ = queue_.after(Duration::zero(), lifetime_.guard([this] {
     follow();
     window_.orderFront();

@@ -27,7 +27,7 @@ class FloatingLoading : public LoadingPanel {
   MainQueue& queue_;
   const Screens& screens_;
   FloatingWindow& window_;
-  TimerHandle positionUpdateTimer_;  // of the first appearance, then of each step
+  TimerHandle positionUpdateTimer_;  // for the first appearance, then for each step
   Lifetime lifetime_;
 };
 

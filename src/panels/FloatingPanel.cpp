@@ -29,7 +29,7 @@ Point placement(ReviewWindowPosition position, Point mouse, const Rect& visible,
       corner = {mouse.x - contentWidth.value_or(assumedWidth) / 2, mouse.y + underPointer};
       break;
   }
-  // Of a panel that is larger than the area the left and top edges stay in sight.
+  // If the panel is larger than the area, its left and top edges stay visible.
   corner.x = std::max(visible.origin.x, std::min(corner.x, right(visible) - frame.width));
   corner.y = std::max(visible.origin.y, std::min(corner.y, bottom(visible) - frame.height));
   return corner;
@@ -51,7 +51,7 @@ void FloatingPanel::present() {
 }
 
 void FloatingPanel::close() {
-  window_.close();  // which may cost it the keyboard, and come here once more
+  window_.close();  // which may take the keyboard from it and re-enter this function
   if (isPresented_) {
     isPresented_.set(false);
   }

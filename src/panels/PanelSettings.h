@@ -27,7 +27,7 @@ struct RawValues<ReviewWindowSizing> {
   }};
 };
 
-/// What the user chose for the review panel and the command menu.
+/// The user's settings for the review panel and the command menu.
 struct PanelSettings {
   explicit PanelSettings(UserDefaults& defaults)
       : comparisonEnabled(defaults, keys::comparisonEnabled),

@@ -4,7 +4,7 @@
 
 namespace quillmark {
 
-/// The windows of the panels, which outlive whatever shows them.
+/// The windows of the panels, which outlive their users.
 struct PanelWindows {
   FloatingWindow* loading = nullptr;  ///< null: runs show no indicator
   PanelWindow& review;

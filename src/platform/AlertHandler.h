@@ -8,7 +8,7 @@
 
 namespace quillmark {
 
-/// What went wrong, or what the user must know, before it has a form.
+/// What went wrong, or what else the user must know, before it is laid out as an alert.
 struct AlertKind {
   /// "<name> Issue".
   static AlertKind issue(const std::string& name, std::string message);
@@ -22,8 +22,8 @@ struct AlertKind {
   std::vector<std::string> buttons = {};  ///< none: "Close"
 };
 
-/// The one way of showing an ordinary alert. An alert takes a place in the main queue: it shows when the blocks before
-/// it have run, and those behind it wait until the user has closed it.
+/// The only way to show an ordinary alert. An alert takes a place in the main queue: it is shown when the blocks before
+/// it have run, and those after it wait until the user has closed it.
 class AlertHandler {
  public:
   AlertHandler(MainQueue& queue, Alerts& alerts) : queue_(queue), alerts_(alerts) {}

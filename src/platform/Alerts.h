@@ -13,7 +13,7 @@ struct Alert {
   AlertStyle style = AlertStyle::warning;
   std::string title;
   std::string message;               ///< may be empty
-  std::vector<std::string> buttons;  ///< labels; the first is the default one, the last the one that Escape means
+  std::vector<std::string> buttons;  ///< labels; the first is the default, the last is what Escape presses
   friend bool operator==(const Alert&, const Alert&) = default;
 };
 
@@ -25,7 +25,7 @@ class Alerts {
   Alerts& operator=(const Alerts&) = delete;
   virtual ~Alerts() = default;
 
-  /// Gets the number of the button that closed an alert.
+  /// Called with the index of the button that closed an alert.
   using Closed = std::function<void(std::size_t button)>;
 
   /// Brings this application to the front and shows the alert; `closed` runs once the user has closed it.

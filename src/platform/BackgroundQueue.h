@@ -4,9 +4,9 @@
 
 namespace quillmark {
 
-/// Runs what would keep the main thread too long. Blocks are pure functions that throw nothing, share nothing that
-/// changes, and hand their result over through MainQueue::async. They may run at once or later, in any order, and need
-/// not run at all once the queue goes.
+/// Runs what would block the main thread for too long. Blocks are pure functions that throw nothing, share no mutable
+/// state, and hand their result over through MainQueue::async. They may run at once or later, in any order, and may be
+/// dropped when the queue is destroyed.
 class BackgroundQueue {
  public:
   using Block = std::function<void()>;

@@ -6,7 +6,7 @@
 
 namespace quillmark {
 
-/// What the program knows of itself. A missing value reads "Unknown" where a text needs one.
+/// What the program knows about itself. A missing value is shown as "Unknown" where a text needs one.
 struct Bundle {
   std::optional<std::string> executableName;
   std::optional<std::string> identifier;

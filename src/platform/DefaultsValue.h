@@ -7,7 +7,7 @@
 
 namespace quillmark {
 
-/// Bytes of a stored value, told apart from a string.
+/// Bytes of a stored value, distinct from a string.
 struct Data {
   std::string bytes;
   friend bool operator==(const Data&, const Data&) = default;

@@ -6,7 +6,7 @@
 namespace quillmark {
 
 /// A window above others, on every desktop, in no task bar. The window system may ignore a position, so nothing reads
-/// one back, and it may close the window by itself. Main thread only.
+/// one back, and it may close the window on its own. Main thread only.
 class FloatingWindow {
  public:
   FloatingWindow() = default;

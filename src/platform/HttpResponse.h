@@ -13,7 +13,7 @@ struct HttpResponse {
   std::string body;
 };
 
-/// Sends a request and gathers its response. The completion runs once, on the session's thread.
+/// Sends a request and collects its response. The completion runs once, on the session's thread.
 void fetch(HttpSession& session, HttpRequest request,
            std::function<void(Expected<HttpResponse, HttpFailure>)> completion);
 

@@ -17,9 +17,10 @@ struct HttpHeader {
 struct HttpRequest {
   std::string method;  ///< "GET" or "POST"
   std::string url;
-  std::vector<HttpHeader> headers;  ///< sent in this order, and nothing the session adds replaces one
+  std::vector<HttpHeader> headers;  ///< sent in this order; a header that the session adds never replaces one
   std::optional<std::string> body;
-  std::chrono::seconds patience{60};  ///< how long it may go without a byte in either direction before it fails
+  std::chrono::seconds patience{
+      60};  ///< how long the request may go without a byte in either direction before it fails
 };
 
 struct HttpResponseHead {
@@ -27,15 +28,15 @@ struct HttpResponseHead {
   std::optional<std::string> mimeType;  ///< "type/subtype" in lower case, without parameters
 };
 
-/// The connection or the protocol failed; the words are the system's.
+/// The connection or the protocol failed; the message is the system's.
 struct HttpFailure {
   std::string description;
 };
 
-/// Called on the session's own thread, in this order, for one request: the head once, the bytes of the body as they
+/// Called for one request on the session's own thread, in this order: the head once, the bytes of the body as they
 /// arrive (content codings undone), the end once. A failed request may skip the first two.
 struct HttpHandlers {
-  /// False drops the transfer: the end follows, without a failure.
+  /// Returning false drops the transfer: the end follows, without a failure.
   std::function<bool(const HttpResponseHead&)> onHead;
   std::function<void(std::string)> onBytes;
   std::function<void(std::optional<HttpFailure>)> onComplete;

@@ -16,8 +16,8 @@ class InterfaceLanguage : public Setting<std::string> {
   explicit InterfaceLanguage(UserDefaults& defaults) : Setting(defaults, keys::debugAppLanguage) {}
 };
 
-/// Those of the available languages (codes such as "de") that the user prefers, in the order of the user's language
-/// tags (such as "de-AT"), each once.
+/// The available languages (codes such as "de") that the user prefers, in the order of the user's language tags (such
+/// as "de-AT"), each once.
 std::vector<std::string> preferredLocalizations(const std::vector<std::string>& available,
                                                 const std::vector<std::string>& preferredLanguages);
 

@@ -27,11 +27,11 @@ class KeyInjector {
   KeyInjector& operator=(const KeyInjector&) = delete;
   virtual ~KeyInjector() = default;
 
-  /// Nothing when the system can't make the event.
+  /// Nothing when the system can't create the event.
   virtual std::optional<KeyboardEvent> createKeyboardEvent(KeyCode keyCode, bool keyDown) = 0;
 
-  /// Posts the events in their order, with no delay and nothing between them. The adapter knows which combination
-  /// means copy and paste to the window in front, and that modifiers which the user still holds must not count.
+  /// Posts the events in order, with no delay and nothing between them. The adapter knows which combination means copy
+  /// and paste to the window in front, and that modifiers the user still holds must not count.
   virtual void post(std::span<const KeyboardEvent> events) = 0;
 };
 

@@ -14,7 +14,7 @@ class LoginItem {
   LoginItem& operator=(const LoginItem&) = delete;
   virtual ~LoginItem() = default;
 
-  /// As the desktop sees it now: the user may have changed it elsewhere.
+  /// The desktop's current state, which the user may have changed elsewhere.
   virtual bool isEnabled() const = 0;
   /// The error is a sentence.
   virtual Expected<void, std::string> registerItem() = 0;

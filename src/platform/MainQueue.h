@@ -15,7 +15,7 @@ using Date = std::chrono::system_clock::time_point;
 /// "2026-03-01 09:30:00 +0000", for log lines.
 std::string describe(Date date);
 
-/// Cancels a delayed block. Letting go of the handle does not cancel. Main thread only.
+/// Cancels a delayed block. Destroying the handle does not. Main thread only.
 class TimerHandle {
  public:
   TimerHandle() = default;
@@ -32,8 +32,8 @@ class TimerHandle {
   std::shared_ptr<bool> cancelled_;
 };
 
-/// The one queue on which everything is decided. Blocks run one after the other on the main thread, in the order
-/// in which they become due; a block never runs inside another one.
+/// The one queue on which everything is decided. Blocks run one after another on the main thread, in the order in which
+/// they become due; a block never runs inside another one.
 class MainQueue {
  public:
   using Block = std::function<void()>;
@@ -46,10 +46,10 @@ class MainQueue {
   /// Runs the block as soon as those before it have run. The one operation that any thread may call.
   virtual void async(Block block) = 0;
   virtual TimerHandle after(Duration delay, Block block) = 0;
-  /// Runs the block again and again, first after one interval. A tick that comes late is not made up for.
+  /// Runs the block repeatedly, the first time after one interval. Late ticks are not made up for.
   virtual TimerHandle every(Duration interval, Block block) = 0;
 
-  /// While a hold is alive no further block runs: those that become due wait behind it. This is how something modal
+  /// While a hold is alive no block runs: those that become due wait until it is released. This is how something modal
   /// keeps its place in the queue without a loop of its own.
   class Hold {
    public:
@@ -69,7 +69,7 @@ class MainQueue {
   virtual void resume() = 0;
 };
 
-/// A callback with one argument for somebody who may call it on any thread: each call runs the operation in the queue.
+/// A callback with one argument that may be called on any thread: each call runs the operation in the queue.
 template <class Operation>
 auto onMainQueue(MainQueue& queue, Operation operation) {
   return [&queue, operation = std::move(operation)](auto value) {

@@ -4,8 +4,8 @@
 
 namespace quillmark {
 
-/// A panel that takes the keyboard, without making this the active application. It is made once, shown and closed again
-/// and again, and keeps its content. Main thread only.
+/// A panel that takes the keyboard without making this the active application. It is created once, shown and closed
+/// many times, and keeps its content. Main thread only.
 class PanelWindow : public FloatingWindow {
  public:
   virtual Size contentSize() const = 0;
@@ -13,7 +13,7 @@ class PanelWindow : public FloatingWindow {
   /// Shows the window and gives it the keyboard.
   virtual void makeKeyAndOrderFront() = 0;
 
-  /// Another window has taken the keyboard from this one while it was shown.
+  /// Another window has taken the keyboard while this one was shown.
   Signal<> resignedMain;
   /// The window system has closed the window.
   Signal<> closedBySystem;

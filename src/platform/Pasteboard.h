@@ -6,10 +6,11 @@
 
 namespace quillmark {
 
-/// The general pasteboard: what copy and paste of all applications go through. Main thread only.
+/// The general pasteboard, which all applications copy to and paste from. Main thread only.
 class Pasteboard {
  public:
-  /// Gets the text, or nothing when there is none: empty, not text, or its owner did not answer in time.
+  /// Called with the text, or with nothing: the pasteboard is empty or holds no text, or its owner did not answer in
+  /// time.
   using Reader = std::function<void(std::optional<std::string>)>;
 
   Pasteboard() = default;
@@ -21,7 +22,7 @@ class Pasteboard {
   virtual void clearContents() = 0;
   /// Puts a text on the pasteboard and keeps serving it until another application takes the pasteboard.
   virtual void setString(std::string text) = 0;
-  /// Never waits: the reader is called later on the main thread, or at once when the answer is known.
+  /// Never blocks: the reader is called later on the main thread, or at once when the answer is known.
   virtual void readString(Reader reader) = 0;
 };
 

@@ -4,7 +4,7 @@ namespace quillmark {
 
 enum class Permission { granted, notAskedYet, denied, unavailable };
 
-/// What this session lets the program do to other applications. Main thread only.
+/// What this session allows the program to do to other applications. Main thread only.
 class Permissions {
  public:
   Permissions() = default;
@@ -12,7 +12,7 @@ class Permissions {
   Permissions& operator=(const Permissions&) = delete;
   virtual ~Permissions() = default;
 
-  /// Whether keys can be simulated in other applications; asked anew at each call.
+  /// Whether keys can be simulated in other applications; checked again at each call.
   virtual Permission keyInjection() const = 0;
 };
 

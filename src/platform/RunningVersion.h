@@ -7,7 +7,7 @@
 
 namespace quillmark {
 
-/// The version that runs, as stored for stores and requests; empty when it is not known.
+/// The running version, as stored for stores and requests to read; empty when it is not known.
 class RunningVersion : public Setting<std::string> {
  public:
   explicit RunningVersion(UserDefaults& defaults) : Setting(defaults, keys::appVersion) {}

@@ -22,7 +22,7 @@ class Screens {
 
   /// The main screen first; empty when there is none.
   virtual std::vector<Screen> screens() const = 0;
-  /// Nothing where the window system does not tell.
+  /// The pointer's position; nothing where the window system does not report it.
   virtual std::optional<Point> mouseLocation() const = 0;
 };
 

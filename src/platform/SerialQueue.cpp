@@ -34,7 +34,7 @@ std::optional<SerialQueue::Entry> SerialQueue::takeReady() {
   if (holds_ > 0 || entries_.empty() || entries_.top().due > instant()) {
     return std::nullopt;
   }
-  // The queue hands out its top read-only; it is popped before anyone could compare it again.
+  // top() is read-only; the entry is popped before it could be compared again.
   Entry entry = std::move(const_cast<Entry&>(entries_.top()));
   entries_.pop();
   return entry;

@@ -10,7 +10,7 @@
 
 namespace quillmark {
 
-/// The order of a main queue. A subclass supplies the clock and gets its thread to call runReady().
+/// The ordering of a main queue. A subclass supplies the clock and makes its thread call runReady().
 class SerialQueue : public MainQueue {
  public:
   using Instant = std::chrono::steady_clock::time_point;
@@ -22,13 +22,13 @@ class SerialQueue : public MainQueue {
   /// Runs every block that is due, in order; returns at once inside a block and while a hold is alive.
   void runReady();
 
-  /// When runReady() has something to do next: nothing while the queue is empty or held.
+  /// When runReady() next has something to do; nothing while the queue is empty or held.
   std::optional<Instant> nextDue() const;
 
  protected:
   /// A clock that only goes forward. Any thread.
   virtual Instant instant() const = 0;
-  /// nextDue() may have come closer. Any thread.
+  /// nextDue() may be earlier than before. Any thread.
   virtual void wake() = 0;
 
   void suspend() override;
@@ -39,7 +39,7 @@ class SerialQueue : public MainQueue {
     Instant due;
     std::uint64_t sequence;
     Block block;
-    std::shared_ptr<bool> cancelled;  // none for a block that can't be cancelled
+    std::shared_ptr<bool> cancelled;  // null for a block that can't be cancelled
     Duration interval;                // zero for a block that runs once
   };
   struct Later {
@@ -55,7 +55,7 @@ class SerialQueue : public MainQueue {
   mutable std::mutex mutex_;
   std::priority_queue<Entry, std::vector<Entry>, Later> entries_;
   std::uint64_t nextSequence_ = 0;
-  int holds_ = 0;         // main thread only writes; read under the mutex
+  int holds_ = 0;         // written by the main thread only; read under the mutex
   bool running_ = false;  // main thread only
 };
 

@@ -15,10 +15,10 @@ namespace quillmark {
 /// How a value is kept in the user's defaults database.
 enum class StoredForm { boolean, integer, number, string, strings, data };
 
-/// What a list of all values shows of one.
+/// How much of a value a list of all values shows.
 enum class Disclosure { value, size, presence };
 
-/// Written in place of a fallback: the key has no value until one is stored.
+/// In place of a fallback: the key has no value until one is stored.
 struct NoFallback {};
 inline constexpr NoFallback noFallback;
 
@@ -64,8 +64,8 @@ struct Stored<std::optional<T>> {
 
 }  // namespace detail
 
-/// A key of the defaults database, by the type of what is kept under it, and what holds while nothing is. An optional
-/// type has no fallback; a choice is a std::string that holds the raw value of an enumerator (RawValues).
+/// A key of the defaults database with the type of its value, and the fallback that applies while none is stored. An
+/// optional type has no fallback; a choice is a std::string that holds the raw value of an enumerator (RawValues).
 template <class T>
 struct StoredKey {
   using Fallback = typename detail::Stored<T>::Fallback;
@@ -73,12 +73,12 @@ struct StoredKey {
 
   const char* name;
   Fallback fallback;
-  const char* meaning;  ///< for people
+  const char* meaning;  ///< for humans
   Disclosure shown = Disclosure::value;
 };
 
-/// What a Setting<T> takes of a key. There is one for a key of the same type, and for an enumeration of a string key
-/// whose fallback names one of its cases; anything else does not compile.
+/// What a Setting<T> takes: a key of the same type or, for an enumeration, a string key whose fallback names one of its
+/// cases. Anything else does not compile.
 template <class T>
 struct KeyFor {
   const char* name;
@@ -98,7 +98,7 @@ struct KeyFor<Choice> {
       : name(key.name), fallback(fromRawValue<Choice>(key.fallback).value()) {}
 };
 
-/// A key without its type, for lists of all of them.
+/// A key without its type, for lists of all keys.
 struct AnyStoredKey {
   const char* name;
   StoredForm form;
@@ -110,7 +110,7 @@ struct AnyStoredKey {
   constexpr AnyStoredKey(const StoredKey<T>& key)  // NOLINT(google-explicit-constructor)
       : name(key.name), form(key.form), fallback(key.fallback), meaning(key.meaning), shown(key.shown) {}
 
-  /// Whether this is the common start of several keys.
+  /// Whether this is the common prefix of several keys.
   constexpr bool isFamily() const { return std::string_view(name).ends_with('_'); }
 };
 

@@ -8,8 +8,8 @@
 
 namespace quillmark {
 
-/// Every key that the program reads or writes; StoredKeys.def has a row for each. A key has one owner: one class that
-/// names it (`tools/lint/keys` looks). Records are JSON arrays in UTF-8.
+/// Every key that the program reads or writes; StoredKeys.def has a row for each. Each key has one owner, the only
+/// class that names it (checked by `tools/lint/keys`). Records are JSON arrays in UTF-8.
 namespace keys {
 
 #define STORED_KEY(type, identifier, ...) inline constexpr StoredKey<type> identifier{__VA_ARGS__};
@@ -22,7 +22,7 @@ inline constexpr std::array all{
 #undef STORED_KEY
 };
 
-/// Nothing for a name that no key has; every shortcut's key belongs to one family.
+/// Nothing for an unknown name. The keys of all shortcuts are one family.
 constexpr std::optional<AnyStoredKey> find(std::string_view name) {
   for (const AnyStoredKey& key : all) {
     if (name == key.name || (key.isFamily() && name.starts_with(key.name))) {

@@ -17,33 +17,32 @@ namespace quillmark {
 /// How records are written: on one line, or laid out for people.
 enum class JsonLayout { compact, pretty };
 
-/// What there was under a list's key.
+/// What was found under a list's key.
 struct LoadedList {
   enum class Found { list, nothing, unusable };
   Found found = Found::nothing;
   std::string problem;  ///< of an unusable value
 };
 
-/// What a list is made of, and what holds while none is stored.
+/// How a list's records are read and written, and what applies while none is stored.
 template <class T>
 struct StoredListTraits {
   /// Reads one record at a path. Throws DecodingError.
   std::function<T(const Json&, const std::string&)> read;
   JsonLayout layout = JsonLayout::compact;
-  /// The list that holds while no usable one is stored; asked at most once. None: an empty one.
+  /// Makes the list that applies while no usable one is stored; called at most once. Without it that list is empty.
   std::function<std::vector<T>()> initial = {};
-  /// Why a list whose records decode is of no use, if it is.
+  /// Why a list whose records decode is still unusable; nothing for a usable list.
   std::function<std::optional<std::string>(const std::vector<T>&)> problem = {};
-  /// Whether a stored list without records counts as none.
+  /// Whether a stored list without records counts as not stored.
   bool emptyIsNone = false;
-  /// Adds to a list that was just read what this process knows of it and has not stored yet.
+  /// Adds to a freshly read list what this process knows and has not stored yet.
   std::function<void(std::vector<T>&)> recall = {};
 };
 
-/// A list of the user's, kept as a JSON array under one key. What it shows is what is stored: an edit is applied to
-/// what the database holds at that moment, in one transaction, and shown once it is stored; what another process
-/// writes is shown too. A value that is no usable list is set aside before anything is written over it. Main thread
-/// only.
+/// One of the user's lists, kept as a JSON array under one key. It shows what is stored: an edit is applied to what the
+/// database holds at that moment, in one transaction, and is shown once it is stored; what another process writes is
+/// shown too. A value that is not a usable list is set aside before it is overwritten. Main thread only.
 template <class T>
 class StoredList {
  public:
@@ -52,7 +51,7 @@ class StoredList {
 
   StoredList(UserDefaults& defaults, const StoredKey<Data>& key, Traits traits)
       : StoredList(defaults, key.name, true, std::move(traits)) {}
-  /// The array is kept as text.
+  /// For an array that is stored as a string.
   StoredList(UserDefaults& defaults, const StoredKey<std::string>& key, Traits traits)
       : StoredList(defaults, key.name, false, std::move(traits)) {}
   StoredList(const StoredList&) = delete;
@@ -76,9 +75,9 @@ class StoredList {
   }
   bool isLoaded() const { return loaded_; }
 
-  /// Applies a change, a function of Records&. What else it stores belongs to the same transaction; when it returns a
-  /// bool, false drops the edit. False when nothing was stored; the list is then as it was, and unless the change
-  /// itself dropped the edit, UserDefaults::refused has told.
+  /// Applies a change, a function of Records&. What else the change stores belongs to the same transaction; if it
+  /// returns a bool, false drops the edit. Returns false when nothing was stored: the list is unchanged, and unless the
+  /// change itself dropped the edit, UserDefaults::refused was emitted.
   template <class Change>
   [[nodiscard]] bool edit(Change&& change, Durability durability = Durability::lossOfPower) {
     Read next;
@@ -102,12 +101,12 @@ class StoredList {
       next.loaded = {LoadedList::Found::list, {}};
       show(std::move(next));
     } else {
-      follow();  // an observer of what was stored along with it has edited the list already
+      follow();  // an observer of something stored in the same transaction has already edited the list
     }
     return stored;
   }
 
-  /// Changes what is shown without storing it and without telling anyone; Traits::recall must be able to do it again.
+  /// Changes the records without storing them and without notifying anyone; Traits::recall must be able to redo it.
   template <class Change>
   void changeUnstored(Change&& change) {
     records_.mutateQuietly(std::forward<Change>(change));
@@ -149,7 +148,7 @@ class StoredList {
     return isData_ ? DefaultsValue(Data{std::move(text)}) : DefaultsValue(std::move(text));
   }
 
-  /// What is stored now, without decoding it again when this list has seen it.
+  /// What is stored now; not decoded again when this list already has it.
   Read present() {
     if (loaded_ && defaults_.revision(key()) == revision_) {
       return {records_.get(), last_, revision_};
@@ -160,7 +159,7 @@ class StoredList {
   Read read() {
     using enum LoadedList::Found;
     Read result;
-    result.revision = defaults_.revision(key());  // first: what is written after it shows by another revision
+    result.revision = defaults_.revision(key());  // first: any later write changes the revision
     try {
       if (const auto text = storedText()) {
         result.records = decodeArray<T>(parseJson(*text), traits_.read);
@@ -181,7 +180,7 @@ class StoredList {
     return result;
   }
 
-  /// Nothing when nothing is stored, which a value without bytes counts as. Throws DecodingError.
+  /// Nothing when nothing is stored; an empty value counts as that. Throws DecodingError.
   std::optional<std::string> storedText() const {
     auto value = defaults_.value(key());
     std::string* text = nullptr;
@@ -216,7 +215,7 @@ class StoredList {
     }
     Read now = read();
     if (now.loaded.found == LoadedList::Found::unusable) {
-      now.records = records_.get();  // what is shown is better than what nobody can read
+      now.records = records_.get();  // the records shown are better than an unreadable value
     }
     if (now.records == records_.get()) {
       revision_ = now.revision;
@@ -234,9 +233,9 @@ class StoredList {
   Observable<Records> records_;
   std::optional<Records> initial_;
   bool loaded_ = false;
-  std::uint64_t revision_ = 0;  // of the stored value that the records show
+  std::uint64_t revision_ = 0;  // of the stored value that the records come from
   LoadedList last_;
-  int edits_ = 0;  // under way; what they store is shown by them
+  int edits_ = 0;  // in progress; each shows what it has stored
   Connection changes_;
 };
 

@@ -13,7 +13,7 @@ bool StoredValue::setAside(const std::string& problem) {
     const std::string place = key_ + ".undecodable-" + std::to_string(number);
     const auto taken = defaults_.value(place);
     if (taken == value) {
-      return true;  // kept already, by an earlier start
+      return true;  // already kept by an earlier start
     }
     if (taken) {
       continue;

@@ -6,15 +6,15 @@
 
 namespace quillmark {
 
-/// One key whose value can be of no use to this version, and is then kept under a key of its own before it is replaced.
+/// A key whose value may be unusable by this version; such a value is copied to a key of its own before it is replaced.
 class StoredValue {
  public:
   StoredValue(UserDefaults& defaults, std::string key) : defaults_(defaults), key_(std::move(key)) {}
 
   const std::string& key() const { return key_; }
 
-  /// Copies the present value to `<key>.undecodable-N`, once. A log line names that key. False when it could not be
-  /// kept: then nothing may be written over it.
+  /// Copies the current value to `<key>.undecodable-N`, once. A log line names that key. False when the copy could not
+  /// be stored: the value must not be overwritten then.
   [[nodiscard]] bool setAside(const std::string& problem);
 
  private:

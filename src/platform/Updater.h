@@ -9,20 +9,20 @@ namespace quillmark {
 /// A newer version on offer.
 struct AppcastItem {
   std::string displayVersionString;  ///< such as "2.14.0"
-  std::string infoUrl;               ///< the page to get it from; may be of no use
+  std::string infoUrl;               ///< the download page; may be unusable
   friend bool operator==(const AppcastItem&, const AppcastItem&) = default;
 };
 
 /// What a user who was shown an update wants done with it: never this one, now, or later.
 enum class UserUpdateChoice { skip, install, dismiss };
 
-/// How an update came to be shown.
+/// Why an update is shown.
 struct UserUpdateState {
-  bool userInitiated = false;  ///< the user asked; otherwise the updater looked by itself
+  bool userInitiated = false;  ///< the user asked for it; otherwise the updater checked on its own
 };
 
-/// Hears of what an updater does. A session begins with a check; it ends when the check has found nothing or failed, or
-/// when the user has made a choice.
+/// Is told what an updater does. A session begins with a check and ends when the check finds nothing or fails, or when
+/// the user has made a choice.
 class UpdaterDelegate {
  public:
   UpdaterDelegate() = default;
@@ -33,21 +33,22 @@ class UpdaterDelegate {
   virtual void didFindValidUpdate(const AppcastItem& update) = 0;
   virtual void didNotFindUpdate() = 0;
   virtual void userDidMakeChoice(UserUpdateChoice choice, const AppcastItem& update, UserUpdateState state) = 0;
-  /// For an updater that installs by itself.
+  /// For an updater that installs updates itself.
   virtual void willInstallUpdate(const AppcastItem& update) = 0;
   virtual void didAbortWithError(const std::string& error) = 0;
 
-  /// Whether the delegate reminds the user of an update that nobody asked for, so that the updater opens no window.
+  /// Whether the delegate itself reminds the user of an update found by a background check, so that the updater opens
+  /// no window.
   virtual bool supportsGentleScheduledUpdateReminders() const = 0;
-  /// Whether the updater is the one that shows such an update, when it comes to that.
+  /// Whether the updater rather than the delegate shows such an update.
   virtual bool shouldHandleShowingScheduledUpdate(const AppcastItem& update, bool inImmediateFocus) = 0;
   virtual void willHandleShowingUpdate(bool handledByUpdater, const AppcastItem& update, UserUpdateState state) = 0;
-  /// The user sees the update.
+  /// The user has seen the update.
   virtual void didReceiveUserAttention(const AppcastItem& update) = 0;
   virtual void willFinishUpdateSession() = 0;
 };
 
-/// Looks for new versions, by itself and when it is asked to. Main thread only.
+/// Checks for new versions, on its own and on request. Main thread only.
 class Updater {
  public:
   Updater() = default;
@@ -55,7 +56,7 @@ class Updater {
   Updater& operator=(const Updater&) = delete;
   virtual ~Updater() = default;
 
-  /// Looks now and shows the user what comes of it. Does nothing while `canCheckForUpdates` is false.
+  /// Checks now and shows the user the outcome. Does nothing while `canCheckForUpdates` is false.
   virtual void checkForUpdates() = 0;
 
   Observable<bool> canCheckForUpdates{false};

@@ -15,7 +15,7 @@
 
 namespace quillmark {
 
-/// What a stored value must survive. A counter or a flag that the next start puts right needs not wait for the disk.
+/// What a stored value must survive. A counter, or a flag that the next start resets, need not wait for the disk.
 enum class Durability { lossOfPower, endOfProcess };
 
 /// The user's defaults database: typed values under string keys, kept across restarts. A value is written whole or
@@ -28,23 +28,23 @@ class UserDefaults {
   virtual ~UserDefaults() = default;
 
   virtual std::optional<DefaultsValue> value(std::string_view key) const = 0;
-  /// A number that the key had with no other value; 0 while there is none.
+  /// A number that differs for each value the key has had; 0 while it has none.
   virtual std::uint64_t revision(std::string_view key) const = 0;
-  /// Returns when everything set so far would survive a loss of power.
+  /// Returns once everything set so far would survive a loss of power.
   virtual void synchronize() = 0;
 
-  /// False when the value could not be stored; the old one then stays. `refused` tells of it too.
+  /// False when the value could not be stored; the old one stays. `refused` reports it too.
   bool set(std::string_view key, DefaultsValue value, Durability durability = Durability::lossOfPower) {
     return change(key, std::move(value), durability);
   }
-  /// The same for taking a value away. True when there is none.
+  /// The same for removing a value. True when there is none.
   bool remove(std::string_view key, Durability durability = Durability::lossOfPower) {
     return change(key, std::nullopt, durability);
   }
 
-  /// Runs an edit of several values as one: what it reads is what is stored now, no other process writes in between,
-  /// and all that it sets is stored when it returns true, or nothing. Observers are told afterwards. A transaction
-  /// inside another one is a part of that. False when the edit says so or when anything could not be stored.
+  /// Runs an edit of several values as one: it reads what is stored now, no other process writes in between, and when
+  /// it returns true all that it set is stored, or nothing. Observers are notified afterwards. A transaction inside
+  /// another one is part of that one. False when the edit returns false or anything could not be stored.
   [[nodiscard]] bool transaction(const std::function<bool()>& edit, Durability durability = Durability::lossOfPower);
 
   /// The value under the key when it has this type; nothing otherwise.
@@ -59,16 +59,16 @@ class UserDefaults {
 
   /// A key was set or removed, by this process or by another one.
   Signal<const std::string&> changed;
-  /// Why something could not be stored that should survive a loss of power, in a few words. The user must be told; what
-  /// need not survive that is only logged.
+  /// Emitted with a short reason when something could not be stored that should survive a loss of power: the user must
+  /// be told. What need not survive that is only logged.
   Signal<const std::string&> refused;
 
  protected:
-  /// Stores one value or takes it away, as a part of the transaction that has begun or by itself: true when observers
-  /// are to be told, or the reason why it could not be done.
+  /// Stores or removes one value, in the open transaction or on its own: true when observers must be notified, or the
+  /// reason for the failure.
   virtual Expected<bool, std::string> write(const std::string& key, const std::optional<DefaultsValue>& value,
                                             Durability durability) = 0;
-  /// From begin() to commit() or rollBack() no other process writes. Each gives the reason when it fails.
+  /// From begin() to commit() or rollBack() no other process writes. Each returns the reason when it fails.
   virtual Expected<void, std::string> begin(Durability durability) = 0;
   virtual Expected<void, std::string> commit(Durability durability) = 0;
   virtual void rollBack() = 0;
@@ -76,7 +76,7 @@ class UserDefaults {
  private:
   struct Transaction {
     std::vector<std::string> touched;  // keys in the order of their first change
-    bool refused = false;              // one of its writes failed, so all of it does
+    bool refused = false;              // one of its writes failed, so the whole transaction fails
     std::string reason;
   };
 
@@ -87,8 +87,8 @@ class UserDefaults {
 };
 
 /// A value bound to a key: reads its fallback while the key is absent and never writes the fallback back. An
-/// enumeration is stored as its raw string; an optional value is absent while nothing is stored, and removed by storing
-/// nothing.
+/// enumeration is stored as its raw string; an optional value is absent while nothing is stored, and storing nothing
+/// removes it.
 template <class T>
 class Setting {
  public:
@@ -106,7 +106,7 @@ class Setting {
     }
   }
 
-  /// False when the value could not be stored; the old one then stays. UserDefaults::refused tells the user.
+  /// False when the value could not be stored; the old one stays, and UserDefaults::refused was emitted.
   bool set(const T& value) {
     if constexpr (std::is_enum_v<T>) {
       return defaults_.set(key_.name, std::string(rawValue(value)), durability_);
@@ -119,7 +119,7 @@ class Setting {
 
   const char* key() const { return key_.name; }
 
-  /// Tells of every change of the key, whoever made it.
+  /// Notified of every change of the key, by this process or another.
   [[nodiscard]] Connection observe(std::function<void(const T&)> handler) {
     return defaults_.changed.connect([this, handler = std::move(handler)](const std::string& key) {
       if (key == key_.name) {

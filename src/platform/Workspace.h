@@ -18,7 +18,7 @@ class RunningApplication {
 
   virtual std::optional<std::string> bundleIdentifier() const = 0;
   virtual std::optional<std::string> localizedName() const = 0;
-  /// Brings its last active window to the front. May fail, and nobody waits for it.
+  /// Brings its last active window to the front. May fail; nothing waits for it.
   virtual void activate() = 0;
 };
 

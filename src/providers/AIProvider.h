@@ -10,8 +10,8 @@
 
 namespace quillmark {
 
-/// A live backend, made anew from a configuration for each use. Operations are called on the main thread, return at
-/// once, throw nothing and answer through their callbacks, which may run after the object is gone.
+/// A live backend, created from a configuration for each use. Operations are called on the main thread, return at once,
+/// throw nothing and answer through their callbacks, which may run after the object is gone.
 class AIProvider {
  public:
   /// The answer; absent when the request failed (the user has then been told) or held no answer.
@@ -44,7 +44,7 @@ class AIProvider {
   /// The backend's models, on the main thread; absent when the request failed.
   virtual void listModels(std::function<void(std::optional<std::vector<ProviderModel>>)> completion) = 0;
 
-  /// Whether a short chat with the configured key gives any answer; on the thread on which chat() calls back.
+  /// Whether a short chat with the configured key gets any answer; calls back on the thread on which chat() does.
   void validateApiKey(std::function<void(bool)> completion);
 
   /// Whether this class can stream at all.

@@ -9,14 +9,14 @@
 
 namespace quillmark {
 
-/// Calls to the hosted service besides those of its provider. Each carries the service's credential and the version of
-/// this program: as given, or else the bundle's. Completions run on the main thread.
+/// Calls to the hosted service apart from its provider's. Each carries the service's credential and this program's
+/// version: the one given, or else the bundle's. Completions run on the main thread.
 class APIClient {
  public:
   APIClient(HttpTransport& transport, const AppConfig& config, const Bundle& bundle)
       : transport_(transport), config_(config), version_(bundle.shortVersion.value_or("")) {}
 
-  /// Asks `<root>/api/<path>`. `typeName` and `decode` are those of HttpTransport::send().
+  /// Requests `<root>/api/<path>`. `typeName` and `decode` are those of HttpTransport::send().
   template <class T>
   void get(const std::string& path, const std::string& typeName, std::function<T(const Json&)> decode,
            std::function<void(Expected<T, TransportError>)> completion,

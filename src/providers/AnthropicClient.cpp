@@ -16,7 +16,7 @@ using enum APIError::Case;
 
 constexpr std::chrono::seconds timeout{60};
 
-/// The URL with another path; what stands before and behind its own stays.
+/// The URL with its path replaced; what precedes and follows the path stays.
 std::string withPath(const std::string& url, const std::string& path) {
   const auto scheme = url.find("://");
   const auto authority = scheme == std::string::npos ? 0 : scheme + 3;
@@ -42,7 +42,7 @@ Expected<MessageResponse, APIError> decoded(const HttpResponse& response) {
   }
 }
 
-/// One stream, from its head to its end. Lives on the session's thread.
+/// One stream, from its head to its end. Belongs to the session's thread.
 class Stream {
  public:
   Stream(std::function<void(const MessageStreamResponse&)> onEvent,
@@ -85,7 +85,7 @@ class Stream {
     }
   }
 
-  /// The first call counts.
+  /// Only the first call counts.
   void end(const std::optional<APIError>& failure) {
     if (!std::exchange(isOver_, true)) {
       onEnd_(failure);

@@ -11,8 +11,8 @@
 
 namespace quillmark {
 
-/// Anthropic's messages API, as far as the system uses it. Callbacks run on the session's thread and may come when the
-/// client is gone.
+/// Anthropic's messages API, as far as the system uses it. Callbacks run on the session's thread, possibly after the
+/// client is destroyed.
 class AnthropicClient {
  public:
   static constexpr const char* apiVersion = "2023-06-01";
@@ -24,14 +24,14 @@ class AnthropicClient {
     std::string description;
   };
 
-  /// The key goes out as it is. Of the address, the path is replaced by the API's.
+  /// The key is sent as it is. The path of the address is replaced by the API's.
   AnthropicClient(HttpSession& session, std::string apiKey, std::string baseURL)
       : session_(session), apiKey_(std::move(apiKey)), baseURL_(std::move(baseURL)) {}
 
   /// `parameter` is the request's body.
   void createMessage(const Json& parameter, std::function<void(Expected<MessageResponse, APIError>)> completion) const;
 
-  /// Gives each event of the stream, then ends once, with a failure if there was one. Nothing comes after the end.
+  /// Reports each event of the stream, then ends once, with a failure if there was one. Nothing follows the end.
   void streamMessage(const Json& parameter, std::function<void(const MessageStreamResponse&)> onEvent,
                      std::function<void(const std::optional<APIError>& failure)> onEnd) const;
 

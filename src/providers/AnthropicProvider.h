@@ -6,7 +6,7 @@
 
 namespace quillmark {
 
-/// Anthropic's messages API. Its alerts bear the vendor's name, whatever the configuration is called. chat() calls back
+/// Anthropic's messages API. Its alerts show the vendor's name, whatever the configuration is called. chat() calls back
 /// on the network's thread.
 class AnthropicProvider : public AIProvider {
  public:

@@ -8,13 +8,13 @@
 /// The records of Anthropic's messages API. Reading throws DecodingError; only what the system uses is kept.
 namespace quillmark {
 
-/// The body of a request: one user message; the system prompt stands beside it, also when it is empty.
+/// The body of a request: one user message; the system prompt is a field of its own, even when empty.
 Json messageParameter(const std::string& text, const std::string& systemPrompt, const std::string& model, bool stream);
 
 /// The response of a single request.
 struct MessageResponse {
-  /// Of the first block of the content; absent without one, and in a block that is no text, such as the use of a tool.
-  /// Later blocks are not looked at.
+  /// Of the first block of the content; absent without one, and in a block that is not text, such as tool use. Later
+  /// blocks are ignored.
   std::optional<std::string> text;
 };
 
@@ -27,7 +27,7 @@ struct MessageStreamResponse {
 
 MessageStreamResponse messageStreamResponseFromJson(const Json& json);
 
-/// The vendor's own words in an error body; nothing for a body of another form.
+/// The vendor's message in an error body; nothing for a body of another form.
 std::optional<std::string> anthropicErrorMessage(const std::string& body);
 
 }  // namespace quillmark

@@ -13,15 +13,15 @@ class AppConfig {
   static const char* const publicRoot;
   static constexpr int defaultLocalPort = 3030;
 
-  /// The port that QUILLMARK_LOCAL_PORT names, or the usual one.
+  /// The port in QUILLMARK_LOCAL_PORT, or the default one.
   static int localPortOfEnvironment();
 
   explicit AppConfig(UserDefaults& defaults, int localPort = defaultLocalPort);
 
   Setting<bool> useLocalApi;
-  Setting<std::string> serviceToken;  ///< what the hosted service knows this program by
+  Setting<std::string> serviceToken;  ///< identifies this program to the hosted service
 
-  /// Without a trailing slash; follows `useLocalApi` at each call.
+  /// Without a trailing slash; reads `useLocalApi` at each call.
   std::string serviceRoot() const;
   /// The page where a user gets the program.
   std::string downloadLink() const { return serviceRoot() + "/download"; }

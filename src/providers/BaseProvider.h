@@ -4,7 +4,7 @@
 
 namespace quillmark {
 
-/// Any backend that speaks the chat completions dialect under its base URL. The URL is used as it stands.
+/// Any backend that speaks the chat completions dialect under its base URL. The URL is used as it is.
 class BaseProvider : public CompatibleChatProvider {
  public:
   BaseProvider(const ProviderConfig& config, const ProviderEnvironment& environment)

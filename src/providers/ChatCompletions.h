@@ -14,7 +14,7 @@ namespace quillmark {
 /// The body of a chat request: the system message only when there is a prompt, then the user message.
 Json chatQuery(const std::string& text, const std::string& systemPrompt, const std::string& model, bool stream);
 
-/// Models wrap an answer in the double braces of their prompt now and then.
+/// Removes the double braces of the prompt, in which models sometimes wrap an answer.
 std::string withoutBraces(std::string answer);
 
 /// The response of a chat request.
@@ -50,7 +50,7 @@ struct GenericChatResult {
 };
 
 GenericChatResult genericChatResultFromJson(const Json& json);
-/// The same from Google, whose record knows fewer keys; the others don't matter there, whatever they hold.
+/// The same from Google, whose record has fewer keys; the others are ignored there, whatever they hold.
 GenericChatResult googleChatResultFromJson(const Json& json);
 /// One line for the log.
 std::string describe(const GenericChatResult& result);

@@ -9,7 +9,7 @@
 namespace quillmark {
 namespace {
 
-/// A plain text stream writes line feed, tab and carriage return as a backslash and a letter.
+/// A plain text stream escapes line feed, tab and carriage return as a backslash and a letter.
 std::string withoutEscapes(std::string chunk) {
   for (const auto& [escape, character] : {std::pair("\\n", "\n"), std::pair("\\t", "\t"), std::pair("\\r", "\r")}) {
     chunk = text::replacingAll(std::move(chunk), escape, character);
@@ -77,7 +77,7 @@ void CompatibleChatProvider::streamChat(const std::string& text, const std::stri
       answer->finish();
     }
   };
-  // The error of a broken stream is not looked at: what arrived is the answer.
+  // The error of a broken stream is ignored: what has arrived is the answer.
   const auto handleEnd = [answer, line = dialect.streamEndLine](const std::optional<TransportError>&) {
     if (!answer->isFinished()) {
       log(line);

@@ -11,19 +11,19 @@
 
 namespace quillmark {
 
-/// How one backend speaks the chat completions dialect; the rest is shared.
+/// What is particular to one backend of the chat completions dialect; the rest is shared.
 struct ChatDialect {
   enum class Stream { serverSentEvents, plainText };
 
   std::string chatUrl;
-  /// Absent: the backend has no listing, and none is asked for.
+  /// Absent: the backend has no listing, and none is requested.
   std::optional<std::string> modelsUrl;
-  std::string authorization;  ///< what stands behind "Bearer "
+  std::string authorization;  ///< what follows "Bearer "
   std::vector<HttpHeader> extraHeaders;
   Stream stream = Stream::serverSentEvents;
-  std::string streamEndLine;  ///< logged when a stream ends by its connection
+  std::string streamEndLine;  ///< logged when the end of the connection ends a stream
   std::function<AlertKind(std::string)> alert;
-  /// What a request calls a model.
+  /// The name of a model in a request.
   std::function<std::string(std::string)> modelName = [](std::string model) { return model; };
   struct ChatRecord {
     const char* name;
@@ -46,7 +46,7 @@ class CompatibleChatProvider : public AIProvider {
   CompatibleChatProvider(ProviderConfig config, ProviderType type, const ProviderEnvironment& environment)
       : AIProvider(std::move(config), type), environment_(environment) {}
 
-  /// Asked for at each request, so that it follows settings and baseURL().
+  /// Called for each request, so that it follows settings and baseURL().
   virtual ChatDialect dialect() const = 0;
 
   const ProviderEnvironment& environment() const { return environment_; }

@@ -6,15 +6,15 @@
 
 namespace quillmark {
 
-/// Cuts a stream of bytes into lines that end at CR, LF or CRLF, wherever its blocks are cut. A byte order mark at the
+/// Splits a stream of bytes into lines ending in CR, LF or CRLF, wherever its blocks are cut. A byte order mark at the
 /// start is skipped. Lines are UTF-8; each maximal invalid part becomes U+FFFD.
 class EventStreamLines {
  public:
   using OnLine = std::function<void(const std::string& line)>;
 
-  /// Takes the next block and gives each line that it completes. Costs nothing for what earlier blocks brought.
+  /// Takes the next block and reports each line that it completes. Does not rescan earlier blocks.
   void feed(std::string_view block, const OnLine& onLine);
-  /// The stream has ended: gives what stands behind the last line end, if there is anything.
+  /// The stream has ended: reports what follows the last line end, if anything.
   void finish(const OnLine& onLine);
 
  private:
@@ -22,7 +22,7 @@ class EventStreamLines {
 
   std::string incompleteLine_;
   bool isFirstLine_ = true;
-  bool followsCarriageReturn_ = false;  ///< a line feed now belongs to the line end before it
+  bool followsCarriageReturn_ = false;  ///< a line feed now completes the previous line end
 };
 
 }  // namespace quillmark

@@ -180,7 +180,7 @@ void HttpTransport::stream(TransportRequest request, std::function<void(std::str
   HttpRequest prepared = prepare(std::move(request));
   const auto head = std::make_shared<HttpResponseHead>();
   const auto anyBytes = std::make_shared<bool>(false);
-  // The pieces of one stream share their callback: a copy for each chunk would cost more than the chunk.
+  // The chunks of one stream share the callback: copying it for each would cost more than the chunk.
   const auto sharedOnChunk = std::make_shared<const std::function<void(std::string)>>(std::move(onChunk));
 
   HttpHandlers handlers;

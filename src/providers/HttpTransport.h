@@ -36,8 +36,8 @@ struct TransportRequest {
   std::optional<Json> body;  ///< adds Content-Type "application/json" unless the headers have one
 };
 
-/// All HTTP traffic of the system but that of the two vendors' own client layers: JSON requests whose response is
-/// validated and decoded, and text streams. It has no retry, no cache policy and no way to cancel. Callbacks arrive on
+/// All HTTP traffic of the system except that of the two vendors' own client layers: JSON requests whose response is
+/// validated and decoded, and text streams. There are no retries, no caching and no cancellation. Callbacks arrive on
 /// the main thread.
 class HttpTransport {
  public:
@@ -45,7 +45,7 @@ class HttpTransport {
                 const LocaleInfo& locale);
 
   /// `decode` turns the body into a record and throws DecodingError; it is a pure function and runs off the main
-  /// thread. `typeName` is the record's name, for the words of a failure.
+  /// thread. `typeName` is the record's name in error messages.
   template <class T>
   void send(TransportRequest request, const std::string& typeName, std::function<T(const Json&)> decode,
             std::function<void(Expected<T, TransportError>)> completion) {
@@ -57,8 +57,8 @@ class HttpTransport {
                 });
   }
 
-  /// One call of `onChunk` for each delivery of the network, as text with invalid UTF-8 replaced; then one of
-  /// `onComplete`. The response is not validated before its chunks are delivered.
+  /// Calls `onChunk` for each delivery of the network, as text with invalid UTF-8 replaced; then `onComplete` once. The
+  /// response is not validated before its chunks are delivered.
   void stream(TransportRequest request, std::function<void(std::string)> onChunk,
               std::function<void(std::optional<TransportError>)> onComplete);
 
@@ -72,7 +72,7 @@ class HttpTransport {
                                                 const std::optional<std::string>& accept);
 
  private:
-  /// Gets the validated body off the main thread and gives the block that tells the caller on the main thread.
+  /// Takes the validated body off the main thread and returns the block that calls back on the main thread.
   using BodyHandler = std::function<MainQueue::Block(Expected<std::string, TransportError>)>;
 
   template <class T>
@@ -96,7 +96,7 @@ class HttpTransport {
   std::vector<HttpHeader> sessionHeaders_;
 };
 
-/// Whether the text is a URL of the form of RFC 3986, without looking at what it leads to.
+/// Whether the text is syntactically a URL (RFC 3986).
 bool isValidUrl(const std::string& url);
 
 }  // namespace quillmark

@@ -9,14 +9,14 @@
 
 namespace quillmark {
 
-/// How the listings of backends differ.
+/// What differs between the listings of backends.
 struct ModelListing {
   std::function<std::vector<GenericModelData>(const Json&)> decode = genericModelResponseFromJson;
   bool logsCount = true;
   const char* failureLabel = "Failure ";  ///< before the error in the log
 };
 
-/// Asks a backend for its models. The completion runs on the main thread; absent after a failure, which the log tells.
+/// Requests a backend's models. The completion runs on the main thread; absent after a failure, which is logged.
 void requestModels(HttpTransport& transport, TransportRequest request, ProviderType type, const ModelListing& listing,
                    std::function<void(std::optional<std::vector<ProviderModel>>)> completion);
 

@@ -11,7 +11,7 @@
 namespace quillmark {
 namespace {
 
-/// Parts of the identifiers of models for sound, pictures and vectors.
+/// Parts of the identifiers of models for audio, images and embeddings.
 constexpr const char* modelBlackList[] = {"whisper", "tts-", "dall-e", "audio", "embedding"};
 
 struct KnownModel {
@@ -130,7 +130,7 @@ void ModelStore::initializeDefaultModels() {
       list.push_back(plainModel(type, identifier));
     }
   }
-  // The next start would make the same list again: nobody needs to wait for the disk.
+  // The next start would make the same list again: no need to wait for the disk.
   (void)merge(list, Durability::endOfProcess);
 }
 

@@ -8,12 +8,12 @@
 
 namespace quillmark {
 
-/// The models that are known for each type of provider. Main thread only.
+/// The known models of each type of provider. Main thread only.
 class ModelStore {
   StoredList<ProviderModel> list_;
 
  public:
-  static constexpr const char* userDefaultsKey = keys::models.name;  ///< a string that holds the JSON array
+  static constexpr const char* userDefaultsKey = keys::models.name;  ///< its value is a string with the JSON array
 
   /// Reads the stored list; one that does not decode is set aside and reads as empty.
   explicit ModelStore(UserDefaults& defaults);
@@ -25,9 +25,9 @@ class ModelStore {
   /// Adds models, or replaces those of the same type and identifier. Models that don't write text are left out. False
   /// when they could not be stored.
   [[nodiscard]] bool updateModels(const std::vector<ProviderModel>& list);
-  /// Forgets the models of a type, before those come that its provider lists now. False when that could not be stored.
+  /// Removes the models of a type, before its provider's current ones are added. False when that could not be stored.
   [[nodiscard]] bool cleanUpModels(ProviderType type);
-  /// Adds what is known without asking anyone: each type's default model and a table of others.
+  /// Adds the built-in models: each type's default model and a table of others.
   void initializeDefaultModels();
 
  private:

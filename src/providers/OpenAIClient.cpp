@@ -17,7 +17,7 @@ std::string statusError(const std::string& url, int status) {
 
 constexpr const char* emptyData = "emptyData";
 
-/// A body is the record that was asked for, or else an error in one of the known forms, or else wrong.
+/// A body is the expected record, or else an error in one of the known forms, or else invalid.
 template <class T>
 Expected<T, std::string> decoded(const std::string& body, T (*decode)(const Json&)) {
   if (body.empty()) {
@@ -37,7 +37,7 @@ Expected<T, std::string> decoded(const std::string& body, T (*decode)(const Json
   return unexpected(std::move(problem));
 }
 
-/// One stream, from its head to its end. Lives on the session's thread.
+/// One stream, from its head to its end. Belongs to the session's thread.
 class Stream {
  public:
   Stream(std::string url, std::function<void(const ChatStreamResult&)> onResult,
@@ -67,7 +67,7 @@ class Stream {
     });
   }
 
-  /// The first call counts.
+  /// Only the first call counts.
   void end(const std::optional<std::string>& failure) {
     if (!std::exchange(isOver_, true)) {
       onEnd_(failure);

@@ -14,7 +14,7 @@
 namespace quillmark {
 
 /// OpenAI's API, as far as the system uses it: a chat, a streamed chat, the listing of models. A failure is the
-/// description that the user sees. Callbacks run on the session's thread and may come when the client is gone.
+/// description that the user sees. Callbacks run on the session's thread, possibly after the client is destroyed.
 class OpenAIClient {
  public:
   struct Configuration {
@@ -32,11 +32,11 @@ class OpenAIClient {
   OpenAIClient(HttpSession& session, Configuration configuration)
       : session_(session), configuration_(std::move(configuration)) {}
 
-  /// `query` is the request's body. The response counts by its body, whatever its status.
+  /// `query` is the request's body. The response is judged by its body, whatever its status.
   void chats(const Json& query, Completion<ChatResult> completion) const;
   void models(Completion<std::vector<std::string>> completion) const;
 
-  /// Gives each record of the stream, then ends once, with a failure if there was one. Nothing comes after the end.
+  /// Reports each record of the stream, then ends once, with a failure if there was one. Nothing follows the end.
   void chatsStream(const Json& query, std::function<void(const ChatStreamResult&)> onResult,
                    std::function<void(std::optional<std::string> failure)> onEnd) const;
 

@@ -6,7 +6,7 @@
 
 namespace quillmark {
 
-/// OpenAI's own service, at its fixed address: `baseURL` of the configuration plays no part. chat() calls back on the
+/// OpenAI's own service, at its fixed address: `baseURL` of the configuration is ignored. chat() calls back on the
 /// network's thread.
 class OpenAIProvider : public AIProvider {
  public:

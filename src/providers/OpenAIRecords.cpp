@@ -38,7 +38,7 @@ std::string modelIdFromJson(const Json& json, const std::string& path) {
   return object.required<std::string>("id");
 }
 
-/// A text, or several that are joined by line feeds.
+/// A text, or several to be joined by line feeds.
 std::string messageOf(const JsonObject& error) {
   const Json* message = error.find("message");
   if (message != nullptr && message->is_array()) {

@@ -38,8 +38,8 @@ ChatStreamResult chatStreamResultFromJson(const Json& json);
 /// The identifiers of a model listing.
 std::vector<std::string> modelsResultFromJson(const Json& json);
 
-/// What an error body says, in either form: an object with an `error` of OpenAI's form, or an array whose first element
-/// holds one of Gemini's. Nothing for a body of another form.
+/// The message of an error body, in either form: an object with an `error` of OpenAI's form, or an array whose first
+/// element holds one of Gemini's. Nothing for a body of another form.
 std::optional<std::string> apiErrorMessage(const Json& json);
 
 }  // namespace quillmark

@@ -22,7 +22,7 @@ struct ProviderConfig {
   bool enabled = true;
   bool streamingEnabled = true;
 
-  /// A new configuration; what is absent comes from the type, the slug of a type without one from the name.
+  /// A new configuration; absent values come from the type, and the slug of a type without one from the name.
   struct Inputs {
     Uuid id = Uuid::random();
     ProviderType providerType{};

@@ -14,12 +14,12 @@ namespace quillmark {
 /// What every provider object works with.
 struct ProviderEnvironment {
   HttpTransport& transport;
-  HttpSession& http;  ///< below the transport, for the vendors with a client of their own
+  HttpSession& http;  ///< below the transport, for vendors with a client layer of their own
   MainQueue& queue;
   AlertHandler& alerts;
   UserDefaults& defaults;
   AppConfig& appConfig;
-  /// Where OpenAI's service is; the rest is the provider's.
+  /// Where OpenAI's service is; the provider sets the rest.
   OpenAIClient::Configuration openAI{.host = info(ProviderType::openAI).defaultBaseURL};
 };
 

@@ -13,7 +13,7 @@ namespace quillmark {
 /// One model of a backend, as stored.
 struct ProviderModel {
   Uuid id;
-  std::string identifier;  ///< what the vendor's API calls it
+  std::string identifier;  ///< its name in the vendor's API
   ProviderType providerType{};
   std::string name;  ///< the label shown to the user
   std::optional<bool> enabled;

@@ -39,7 +39,7 @@ bool addMissing(std::vector<ProviderConfig>& list, const std::vector<ProviderCon
     }
     log(config.slug + " config added");
     if (std::ranges::find(list, config.id, &ProviderConfig::id) != list.end()) {
-      config.id = Uuid::random();  // the same entry, whose slug has been changed, is still there
+      config.id = Uuid::random();  // the same entry still exists under a changed slug
     }
     list.push_back(std::move(config));
   }
@@ -66,7 +66,7 @@ void ProviderStore::load() {
   if (list_.load().found == LoadedList::Found::list) {
     log("Load provider " + std::to_string(configs->size()));
   } else {
-    (void)resetConfigs();  // a refusal changes nothing: the default configurations hold also while nothing is stored
+    (void)resetConfigs();  // a refusal doesn't matter: the default configurations apply while nothing is stored
   }
 }
 

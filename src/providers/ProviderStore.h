@@ -13,8 +13,8 @@
 
 namespace quillmark {
 
-/// The configured backends and which one a command uses. What changes them gives false when it could not be stored;
-/// they are then as they were. Main thread only.
+/// The configured backends and which one a command uses. Every change returns false when it could not be stored; the
+/// configurations are then unchanged. Main thread only.
 class ProviderStore {
   StoredList<ProviderConfig> list_;
 
@@ -24,15 +24,15 @@ class ProviderStore {
   explicit ProviderStore(UserDefaults& defaults);
 
   const Observable<std::vector<ProviderConfig>>& configs{list_.records()};  ///< in display order; empty before load()
-  Setting<std::string> defaultProvider;              ///< UUID of the configuration used when a command names none
-  Setting<std::string> openAIApiKey;                 ///< of an old set-up with one provider; moved by resetConfigs()
+  Setting<std::string> defaultProvider;  ///< UUID of the configuration used when a command names none
+  Setting<std::string> openAIApiKey;     ///< key of an old set-up with a single provider; moved by resetConfigs()
   const std::vector<ProviderConfig> defaultConfigs;  ///< what a new user starts with: no keys, nothing enabled
 
   /// Reads the stored list. Without one that decodes and has an entry it starts over with the default configurations;
   /// a list that does not decode is set aside first.
   void load();
 
-  /// With an id the configuration of this id, with no fall back; without one defaultConfig().
+  /// With an id, the configuration of this id and no fallback; without one, defaultConfig().
   std::optional<ProviderConfig> config(const std::optional<Uuid>& id) const;
   std::optional<ProviderConfig> defaultConfig() const;
 
@@ -40,12 +40,12 @@ class ProviderStore {
   [[nodiscard]] bool addConfig(ProviderConfig config);
   /// Replaces the configuration with the same id, if there is one.
   [[nodiscard]] bool updateConfig(const ProviderConfig& config);
-  /// Changes some fields of the configuration with this id, if there is one, as it is stored now. What else the change
-  /// stores belongs to the same transaction.
+  /// Changes some fields of the configuration with this id, if there is one, as stored now. What else the change stores
+  /// belongs to the same transaction.
   [[nodiscard]] bool changeConfig(const Uuid& id, const std::function<void(ProviderConfig&)>& change);
-  /// The default provider may be among them: there is none then, until another one is chosen.
+  /// The default provider may be among them: then there is none until another one is chosen.
   [[nodiscard]] bool deleteConfig(const std::set<Uuid>& ids);
-  /// Appends those default configurations whose slug no configuration has.
+  /// Appends the default configurations whose slug is not in the list.
   [[nodiscard]] bool addMissingConfigs();
 
   /// Replaces the whole list by the default configurations, takes over an old key, enables what has a key

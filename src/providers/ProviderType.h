@@ -29,7 +29,7 @@ enum class ProviderType {
   azureOpenAI,
 };
 
-/// All that is fixed for a kind of backend.
+/// Everything that is fixed for a kind of backend.
 struct ProviderTypeInfo {
   ProviderType key;
   std::string_view raw;

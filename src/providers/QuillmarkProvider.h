@@ -5,7 +5,7 @@
 
 namespace quillmark {
 
-/// The hosted service, which needs no key of the user's. `apiKey` and `baseURL` of the configuration play no part.
+/// The hosted service, which needs no key of the user's. `apiKey` and `baseURL` of the configuration are ignored.
 class QuillmarkProvider : public CompatibleChatProvider {
  public:
   QuillmarkProvider(const ProviderConfig& config, const ProviderEnvironment& environment);

@@ -14,7 +14,7 @@ class ServerSentEventsStreamInterpreter {
  public:
   static constexpr const char* streamingCompletionMarker = "[DONE]";
 
-  /// The record in an event; nothing at the mark that ends the stream. The description of what is wrong with any other
+  /// The record in an event; nothing at the end mark of the stream. The error describes what is wrong with any other
   /// event.
   static Expected<std::optional<ChatStreamResult>, std::string> interpret(
       const ServerSentEventsStreamParser::Event& event);

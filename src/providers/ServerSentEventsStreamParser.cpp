@@ -48,7 +48,7 @@ void ServerSentEventsStreamParser::dispatch(const OnEvent& onEvent) {
   }
   Event event;
   event.data = std::exchange(data_, {});
-  event.data.pop_back();  // the line feed behind the last line
+  event.data.pop_back();  // the line feed after the last line
   if (!type.empty()) {
     event.type = type;
   }

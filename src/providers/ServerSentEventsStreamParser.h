@@ -22,7 +22,7 @@ class ServerSentEventsStreamParser {
 
   void feed(std::string_view block, const OnEvent& onEvent);
 
-  /// What the stream asked for last, in milliseconds; -1 while it has not.
+  /// The stream's last `retry` value in milliseconds; -1 before the first.
   int retry() const { return retry_; }
 
  private:

@@ -9,8 +9,8 @@
 
 namespace quillmark {
 
-/// An answer as it arrives in pieces, and the callbacks that it goes to on the main thread. Belongs to the one thread
-/// that handles the stream.
+/// An answer that arrives in pieces, and its callbacks on the main thread. Belongs to the thread that handles the
+/// stream.
 class StreamedAnswer {
  public:
   StreamedAnswer(MainQueue& queue, std::function<void(const std::string&)> onChunk,
@@ -26,7 +26,8 @@ class StreamedAnswer {
     queue_.async([onChunk = onChunk_, piece = std::move(piece)] { (*onChunk)(piece); });
   }
 
-  /// What has arrived is the answer. The first end counts: an end mark and the end of the connection both lead here.
+  /// What has arrived is the answer. Only the first end counts: an end mark and the end of the connection both call
+  /// this.
   void finish() { end(fullText_.empty() ? std::nullopt : std::optional(fullText_)); }
   /// What has arrived is dropped.
   void fail() { end(std::nullopt); }

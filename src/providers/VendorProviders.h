@@ -4,8 +4,7 @@
 
 namespace quillmark {
 
-// One class for each backend that speaks the chat completions dialect with a difference. BaseProvider serves those
-// without any.
+// One class for each backend with a variant of the chat completions dialect. BaseProvider serves those without one.
 
 class GroqProvider : public BaseProvider {
  public:
@@ -34,7 +33,7 @@ class OpenRouterProvider : public BaseProvider {
   ChatDialect dialect() const override;
 };
 
-/// Lists its models as a bare array, among them many that don't chat.
+/// Lists its models as a bare array, including many that can't chat.
 class TogetherAIProvider : public BaseProvider {
  public:
   TogetherAIProvider(const ProviderConfig& config, const ProviderEnvironment& environment)
@@ -54,7 +53,8 @@ class AzureProvider : public BaseProvider {
   ChatDialect dialect() const override;
 };
 
-/// The dialect below Google's own API. Its listing names models "models/…", its chats take the name alone.
+/// The dialect as a path of Google's own API. Its listing prefixes identifiers with "models/"; its chats take them
+/// without.
 class GoogleAIProvider : public BaseProvider {
  public:
   GoogleAIProvider(const ProviderConfig& config, const ProviderEnvironment& environment)

@@ -126,7 +126,7 @@ AppStatisticsData AppStatistics::read() {
 
 AppStatisticsData AppStatistics::edit(const std::function<void(AppStatisticsData&)>& change) {
   AppStatisticsData data;
-  // On the way of a run, which must not wait for the disk. A count that can't be stored is lost.
+  // Part of a run, which must not wait for the disk. A count that can't be stored is lost.
   (void)defaults_.transaction(
       [&] {
         isKept_ = true;

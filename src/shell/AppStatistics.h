@@ -48,29 +48,29 @@ StatisticsResponse statisticsResponseFromJson(const Json& json);
 class AppStatistics : public UsageRecorder {
  public:
   static constexpr const char* storageKey = keys::statistics.name;
-  /// The slash in front makes it two in the URL, which is what the service knows.
+  /// The leading slash makes two in the URL, which is what the service expects.
   static constexpr const char* syncURL = "/app/statistics";
   static constexpr Duration asyncTimeout = std::chrono::seconds(3);
   static constexpr Duration syncInterval = std::chrono::hours(24);
 
   AppStatistics(UserDefaults& defaults, MainQueue& queue, const APIClient& client, const OperatingSystem& system);
 
-  /// Also schedules a due sync, or puts off a scheduled one.
+  /// Also schedules a sync that is due, or postpones a scheduled one.
   void recordCommand(const std::string& name) override;
   void recordProvider(const std::string& name) override;
   void recordPopClipInstall(const std::string& name);
 
-  /// Whether more than a day has passed since the service got the counts.
+  /// Whether more than a day has passed since the counts were sent.
   bool shouldSync();
   /// Returns at once. A failure is logged, and the sync stays due.
   void syncStatistics();
 
-  /// A new record when there is none that decodes; it is not stored by that. What does not decode is set aside.
+  /// A new record when there is none that decodes; this does not store it. A record that does not decode is set aside.
   AppStatisticsData read();
 
  private:
   bool isDue(const AppStatisticsData& data) const;
-  /// Gives the record as it is now, changed or not.
+  /// Returns the record as it is now, changed or not.
   AppStatisticsData edit(const std::function<void(AppStatisticsData&)>& change);
 
   UserDefaults& defaults_;
@@ -78,7 +78,7 @@ class AppStatistics : public UsageRecorder {
   const APIClient& client_;
   std::string osVersion_;
   StoredValue stored_;
-  bool isKept_ = true;  // what read() could not decode last may be written over
+  bool isKept_ = true;  // what read() last failed to decode, if anything, has been set aside
   TimerHandle syncTimer_;
   Lifetime lifetime_;
 };

@@ -8,8 +8,8 @@
 
 namespace quillmark {
 
-/// Asks the hosted service for the newest version when the user wants to know, and offers the page to get it from. What
-/// it has learnt last is kept across restarts. Main thread only.
+/// Asks the hosted service for the newest version on the user's request, and offers the download page. The last result
+/// is kept across restarts. Main thread only.
 class AppUpdateService {
  public:
   AppUpdateService(VersionInquiry& inquiry, AlertHandler& alerts, UserDefaults& defaults);
@@ -18,7 +18,7 @@ class AppUpdateService {
   Setting<std::optional<std::string>> updateUrl;
   Setting<std::optional<std::string>> newVersion;
 
-  /// Returns at once. Unless `silent`, the user is told what comes of it in an alert.
+  /// Returns at once. Unless `silent`, an alert tells the user the outcome.
   void checkForUpdate(bool silent);
 
  private:

@@ -11,15 +11,15 @@
 
 namespace quillmark {
 
-/// What the updater has found, for the rest of the program. Each callback takes effect in a block of the main queue of
-/// its own.
+/// What the updater has found, for the rest of the program. Each callback takes effect in its own block of the main
+/// queue.
 class AppUpdaterDelegate : public UpdaterDelegate {
  public:
   explicit AppUpdaterDelegate(MainQueue& queue) : queue_(queue) {}
 
   const Observable<bool>& updateAvailable() const { return updateAvailable_; }
   const Observable<std::optional<AppcastItem>>& availableUpdate() const { return availableUpdate_; }
-  Signal<> stopGentleReminders;  ///< the user knows, or there is nothing to know
+  Signal<> stopGentleReminders;  ///< the user has seen the update, or there is none
 
   void didFindValidUpdate(const AppcastItem& update) override;
   void didNotFindUpdate() override;

@@ -11,7 +11,7 @@ CheckForUpdatesViewModel::CheckForUpdatesViewModel(MainQueue& queue, Updater& up
 }
 
 void CheckForUpdatesViewModel::stopGentleReminders() {
-  // Also the first one: whoever has answered must not be reminded afterwards.
+  // Also the first one: after an answer there must be no reminder.
   initialReminder_.cancel();
   gentleReminderTimer_.cancel();
   reminderEnd_.cancel();

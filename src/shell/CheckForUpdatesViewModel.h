@@ -10,8 +10,8 @@
 
 namespace quillmark {
 
-/// Reminds the user of an update that was found, a few times and for a moment each: an hour after it was found, then
-/// once a day. Main thread only.
+/// Reminds the user of an available update, a few times and briefly: an hour after it was found, then once a day. Main
+/// thread only.
 class CheckForUpdatesViewModel {
  public:
   static constexpr Duration initialReminderDelay = std::chrono::hours(1);
@@ -22,7 +22,7 @@ class CheckForUpdatesViewModel {
   CheckForUpdatesViewModel(MainQueue& queue, Updater& updater, AppUpdaterDelegate& delegate);
 
   const Observable<bool>& canCheckForUpdates() const { return canCheckForUpdates_; }
-  /// The entry of the menu draws the eye.
+  /// The menu entry is highlighted.
   const Observable<bool>& shouldShowGentleReminder() const { return shouldShowGentleReminder_; }
 
  private:

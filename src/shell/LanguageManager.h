@@ -28,13 +28,13 @@ class LanguageManager {
 
   LanguageManager(UserDefaults& defaults, LocaleInfo& locale, const Bundle& bundle);
 
-  InterfaceLanguage debugAppLanguage;     ///< the code of a row; whoever changes it, the change is applied
-  Observable<std::string> currentLocale;  ///< identifier of the language in force
-  Signal<> languageDidChange;             ///< after every change of the language in force
-  Signal<> willChange;                    ///< told before languageDidChange, for views of this object
+  InterfaceLanguage debugAppLanguage;     ///< the code of a row; every change is applied, whoever makes it
+  Observable<std::string> currentLocale;  ///< identifier of the current language
+  Signal<> languageDidChange;             ///< after every change of the current language
+  Signal<> willChange;                    ///< emitted before languageDidChange, for views of this object
   static const std::vector<Language>& availableLanguages();
 
-  /// Stores the choice where the system looks for it.
+  /// Stores the choice where the system reads it.
   void applyLanguage();
   std::string effectiveLanguageCode() const;
 

@@ -7,7 +7,7 @@ namespace quillmark {
 void LaunchAtLogin::setEnabled(bool enabled) {
   willChange.emit();
   if (enabled && item_.isEnabled()) {
-    // Registered anew, in case what is registered is no longer right.
+    // Registered again, in case the entry is out of date.
     (void)item_.unregisterItem();
   }
   const auto result = enabled ? item_.registerItem() : item_.unregisterItem();

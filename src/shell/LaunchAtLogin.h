@@ -11,10 +11,10 @@ class LaunchAtLogin {
   explicit LaunchAtLogin(LoginItem& item) : item_(item) {}
 
   bool isEnabled() const { return item_.isEnabled(); }
-  /// A failure is logged; isEnabled() then tells what is.
+  /// A failure is logged; isEnabled() then returns the actual state.
   void setEnabled(bool enabled);
 
-  Signal<> willChange;  ///< told before anything is done
+  Signal<> willChange;  ///< emitted before anything is done
 
  private:
   LoginItem& item_;

@@ -11,8 +11,8 @@
 
 namespace quillmark {
 
-/// The menu of the status item. Choosing a command leaves the application in front as it was, so that the run's copy
-/// key reaches it.
+/// The menu of the status item. Choosing a command does not change the application in front, so that the run's copy key
+/// reaches it.
 class MenuBar {
  public:
   struct Actions {
@@ -24,10 +24,10 @@ class MenuBar {
   MenuBar(ActionService& actionService, CustomPromptStore& promptStore, const ItemStores& itemStores,
           UpdateMenuButton& updateButton, Actions actions);
 
-  /// The rows as they should be now: what runs something is disabled while a direct run is under way.
+  /// The current rows: those that run something are disabled while a direct run is in progress.
   std::vector<MenuItem> items() const;
 
-  /// The rows may differ from what items() gave last.
+  /// The rows may differ from the last items().
   Signal<> changed;
 
  private:

@@ -10,16 +10,16 @@ namespace quillmark {
 struct MenuItem {
   enum class Kind {
     action,
-    submenu,   ///< shows `children`; stands also when there are none
-    divider,   ///< a line; nothing else of it counts
-    progress,  ///< says that something is at work; can't be chosen
+    submenu,   ///< shows `children`; kept even when there are none
+    divider,   ///< a line; the other members are ignored
+    progress,  ///< shows that something is in progress; can't be chosen
   };
 
   Kind kind = Kind::action;
   std::string title = {};
   std::string symbol = {};  ///< name of the icon; empty for none
   bool enabled = true;
-  std::string shortcut = {};           ///< "Ctrl+,": shown only, grabs no key
+  std::string shortcut = {};           ///< "Ctrl+,": only shown, grabs no key
   std::function<void()> trigger = {};  ///< runs after the menu has closed
   std::vector<MenuItem> children = {};
   bool isAccented = false;  ///< shown in the accent colour

@@ -6,9 +6,9 @@
 
 namespace quillmark {
 
-/// Decides once, before the commands load, who is spared the first-run flow: of those who come from a version below
-/// 2.7.0, and of new users, whoever has granted the accessibility permission already. Writes the running version to
-/// `lastMigratedVersion`, so that the commands of such a store are not brought up to date again.
+/// Decides once, before the commands load, who skips the first-run flow: users who come from a version below 2.7.0, and
+/// new users, if they have granted the accessibility permission already. Writes the running version to
+/// `lastMigratedVersion`, so that the commands of such a store are not migrated again.
 void runOnboardingMigration(UserDefaults& defaults, const Permissions& permissions, const Bundle& bundle);
 
 }  // namespace quillmark

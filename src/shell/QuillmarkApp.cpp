@@ -58,11 +58,11 @@ QuillmarkApp::QuillmarkApp(const Platform& platform, const PanelWindows& windows
       shortcuts_(platform_.defaults, platform_.hotKeys),
       shortcutSubscriptions_(shortcuts_, promptStore_, {languageStore_, toneStore_}, actionService_, commandPanel_,
                              activeApplicationTracker_) {
-  // The subscriptions above have registered the fixed shortcuts; the commands' follow when their list arrives here.
+  // The subscriptions above have registered the fixed shortcuts; loading the commands registers theirs.
   promptStore_.load();
   providerStore_.load();
   modelStore_.initializeDefaultModels();
-  // Making this one sends a request, which should not compete with the start.
+  // Its constructor sends a request, which should not compete with the start.
   platform_.mainQueue.after(std::chrono::seconds(1), lifetime_.guard([this] { templateStore(); }));
 }
 

@@ -46,8 +46,8 @@
 
 namespace quillmark {
 
-/// The composition root: makes every long-lived service, in the order in which they need each other, then loads the
-/// stores. What it makes lives until the process ends.
+/// The composition root: creates every long-lived service, in the order of their dependencies, then loads the stores.
+/// The services live until the process ends.
 class QuillmarkApp {
  public:
   struct Options {
@@ -69,7 +69,7 @@ class QuillmarkApp {
   ServiceProvider& serviceProvider() { return serviceProvider_; }
   MenuBar& menuBar() { return menuBar_; }
 
-  /// What else it has made, in one record: what a window for settings shows and changes, and what tests look at.
+  /// The other services, in one record, for settings windows and for tests.
   struct Services {
     ActionService& actionService;
     ActiveApplicationTracker& activeApplicationTracker;
@@ -79,7 +79,7 @@ class QuillmarkApp {
     VariablesStore& variablesStore;
     ProviderStore& providerStore;
     ModelStore& modelStore;
-    TemplateStore& templateStore;  ///< made when this record is first asked for, or a second after the start
+    TemplateStore& templateStore;  ///< created when this record is first requested, or a second after the start
     CommandImportService& commandImportService;
     AppStatistics& statistics;
     LanguageManager& languageManager;
@@ -92,14 +92,14 @@ class QuillmarkApp {
   };
   Services services();
 
-  /// What a hot key would do, asked for by another program: runs a command on the selection in front.
+  /// The action of a hot key, requested by another program: runs a command on the selection in front.
   void triggerCommand(const std::string& slug);
   void triggerCommandMenu();
-  /// What the tray menu's entry and the task bar entry lead to.
+  /// Opened by the tray menu's entry and the task bar entry.
   void openSettings();
 
  private:
-  /// Runs before any store is made: what they find in the database must already be in place.
+  /// Runs before any store is created, so that the stores find a prepared database.
   static const Platform& prepare(const Platform& platform);
   TemplateStore& templateStore();
 

@@ -9,8 +9,8 @@
 
 namespace quillmark {
 
-/// Tells the user, in an alert, that a change could not be stored. What else is refused before that alert is closed is
-/// told with it. Main thread only.
+/// Tells the user, in an alert, that a change could not be stored. One alert covers everything refused until it is
+/// closed. Main thread only.
 class RefusedEdits {
  public:
   RefusedEdits(UserDefaults& defaults, AlertHandler& alerts);

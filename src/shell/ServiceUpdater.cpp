@@ -50,7 +50,7 @@ void ServiceUpdater::check(UserUpdateState state) {
 void ServiceUpdater::found(const AppcastItem& update, UserUpdateState state) {
   if (!state.userInitiated && update == pending_) {
     canCheckForUpdates.set(true);
-    return;  // so that the reminders of it come to their end
+    return;  // so that its reminders run to their end
   }
   pending_ = update;
   delegate_.didFindValidUpdate(update);

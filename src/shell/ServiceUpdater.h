@@ -12,16 +12,16 @@
 
 namespace quillmark {
 
-/// The updater of systems with a package manager: looks for new versions at the hosted service, and leaves getting and
-/// installing them to the user. While automatic checks are on it looks by itself, and what it finds then is only
-/// reported; what the user asked for is also shown.
+/// The updater of systems with a package manager: asks the hosted service for new versions, and leaves downloading and
+/// installing them to the user. While automatic checks are on it also checks in the background; what it finds that way
+/// is only reported to the delegate, while a check by the user shows its outcome.
 class ServiceUpdater : public Updater {
  public:
-  /// After the start, or after the user has turned automatic checks on.
+  /// Delay after the start, or after the user has turned automatic checks on.
   static constexpr Duration firstCheck = std::chrono::minutes(10);
   static constexpr Duration checkInterval = std::chrono::hours(24);
 
-  /// Runs from now on.
+  /// Starts the background checks.
   ServiceUpdater(MainQueue& queue, UserDefaults& defaults, AlertHandler& alerts, VersionInquiry& inquiry,
                  UpdaterDelegate& delegate);
 
@@ -43,7 +43,7 @@ class ServiceUpdater : public Updater {
   AlertHandler& alerts_;
   VersionInquiry& inquiry_;
   UpdaterDelegate& delegate_;
-  std::optional<AppcastItem> pending_;  // reported, and the user has not answered yet
+  std::optional<AppcastItem> pending_;  // reported, but not answered by the user yet
   std::string skippedVersion_;
   TimerHandle nextCheck_;
   Connection switched_;

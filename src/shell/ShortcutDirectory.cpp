@@ -26,7 +26,7 @@ std::string ShortcutDirectory::titleOf(const std::string& name) const {
 
 std::optional<std::string> ShortcutDirectory::menuItemUsing(const KeyCombination& combination) const {
   if (combination.carbonModifiers != KeyCombination::control) {
-    return std::nullopt;  // those of the menu have Control and nothing else
+    return std::nullopt;  // the menu's have Control and nothing else
   }
   const auto items = menuBar_.items();
   const std::string shortcut = "Ctrl+" + hotKeys_.keyLabel(combination.carbonKeyCode);

@@ -11,16 +11,16 @@
 
 namespace quillmark {
 
-/// What people call the global shortcuts, and what else of this program has a key combination. Tells the user once of
-/// each shortcut that can't be used. Main thread only.
+/// The titles of the global shortcuts, and this program's other key combinations. Tells the user once about each
+/// shortcut that can't be used. Main thread only.
 class ShortcutDirectory {
  public:
   ShortcutDirectory(HotKeys& hotKeys, AlertHandler& alertHandler, const CustomPromptStore& promptStore,
                     const MenuBar& menuBar);
 
-  /// The title of what the shortcut of this name does; the name itself where nothing has it.
+  /// The title of what the shortcut of this name runs; the name itself if it runs nothing.
   std::string titleOf(const std::string& name) const;
-  /// The title of the menu item that a combination chooses, if there is one.
+  /// The title of the menu item with this combination, if any.
   std::optional<std::string> menuItemUsing(const KeyCombination& combination) const;
 
  private:

@@ -6,16 +6,16 @@
 
 namespace quillmark {
 
-/// The menu's entry that looks for updates and offers one that is known. Main thread only.
+/// The menu entry that checks for updates and offers a known one. Main thread only.
 class UpdateMenuButton {
  public:
   UpdateMenuButton(CheckForUpdatesViewModel& checkForUpdatesViewModel, AppUpdaterDelegate& updaterDelegate,
                    Updater& updater);
 
-  /// The entry as it should be now.
+  /// The current entry.
   MenuItem item() const;
 
-  Signal<> changed;  ///< item() may give another one
+  Signal<> changed;  ///< item() may have changed
 
  private:
   CheckForUpdatesViewModel& checkForUpdatesViewModel_;

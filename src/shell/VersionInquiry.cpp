@@ -8,7 +8,7 @@ namespace {
 
 constexpr const char* versionPath = "app/version";
 
-/// The desktop would hand any other kind of address to whatever program takes it.
+/// The desktop would pass any other kind of address to whatever program handles it.
 bool isPage(const std::string& url) {
   const auto lowered = text::lowerCased(url);
   return isValidUrl(url) && (lowered.starts_with("https://") || lowered.starts_with("http://"));

@@ -11,7 +11,7 @@
 
 namespace quillmark {
 
-/// What the hosted service says of the newest version.
+/// The newest version, as reported by the hosted service.
 struct AppVersion {
   std::string version;
   std::string updateUrl;  ///< where to get it
@@ -19,8 +19,7 @@ struct AppVersion {
 
 AppVersion appVersionFromJson(const Json& json);
 
-/// What all ways of looking for a new version have in common: the question, and what the user is told. Main thread
-/// only.
+/// What all checks for a new version share: the request, and the alerts. Main thread only.
 class VersionInquiry {
  public:
   VersionInquiry(const APIClient& client, const AppConfig& config, AlertHandler& alerts, Workspace& workspace,
@@ -30,12 +29,12 @@ class VersionInquiry {
   RunningVersion appVersion;
 
   void ask(std::function<void(Expected<AppVersion, TransportError>)> completion) const;
-  /// Whether this version is above the running one.
+  /// Whether this version is newer than the running one.
   bool isNewer(const std::string& version) const;
 
   void showUpToDate();
   void showFailure(const TransportError& error);
-  /// Opens this page of the web in the browser, or the service's own download page when it is none.
+  /// Opens this page in the browser, or the service's own download page if it is not a web address.
   void openDownload(const std::optional<std::string>& updateUrl);
 
  private:

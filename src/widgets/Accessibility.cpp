@@ -16,7 +16,7 @@ class PlainInterface : public QAccessibleWidget {
   QAccessible::State state() const override {
     auto state = QAccessibleWidget::state();
     if (widget()->focusProxy() != nullptr) {
-      state.focusable = state.focused = false;  // that one tells so itself
+      state.focusable = state.focused = false;  // that widget reports it itself
     }
     return state;
   }

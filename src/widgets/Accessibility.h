@@ -6,7 +6,7 @@ class QWidget;
 
 namespace quillmark {
 
-/// A widget that assistive technology knows by an interface of its own. Inherit it beside the widget.
+/// A widget with an accessible interface of its own. Inherit it in addition to the widget class.
 class AccessibleView {
  public:
   AccessibleView() = default;
@@ -14,16 +14,15 @@ class AccessibleView {
   AccessibleView& operator=(const AccessibleView&) = delete;
   virtual ~AccessibleView() = default;
 
-  /// The caller owns what it gets.
+  /// The caller takes ownership.
   virtual QAccessibleInterface* makeAccessible() = 0;
 };
 
-/// Makes our views known to assistive technology, which the toolkit can't do for what it does not know.
-/// Call once, before the views are made.
+/// Installs the accessible interfaces of our own views. Call once, before any view is created.
 void installAccessibility();
 
-/// What assistive technology takes a widget for that draws itself or holds others; without it such a widget is passed
-/// over, whatever its name says.
+/// The role of a widget that paints itself or contains others; without one assistive technology skips it, whatever its
+/// name.
 void setRole(QWidget& widget, QAccessible::Role role);
 
 }  // namespace quillmark

@@ -81,7 +81,7 @@ void Button::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Right:
     case Qt::Key_Up:
     case Qt::Key_Down:
-      event->ignore();  // where they lead is for its window to say
+      event->ignore();  // the window decides where they lead
       break;
     default:
       QPushButton::keyPressEvent(event);

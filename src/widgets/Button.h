@@ -11,18 +11,18 @@ namespace quillmark {
 class Button : public QPushButton, public AccessibleView {
  public:
   enum class Look {
-    plain,    ///< a ground only under the pointer
-    filled,   ///< the one that its window is about, in the accent colour
+    plain,    ///< a background only under the pointer
+    filled,   ///< the window's main action, in the accent colour
     segment,  ///< one of several in a row
-    raised,   ///< the chosen one of them
+    raised,   ///< the chosen one of several in a row
   };
 
-  /// Room that a button keeps around its body for the ring that shows the keyboard; segments have theirs inside.
+  /// Space around a button's body for the focus ring; segments have theirs inside.
   static constexpr int ringRoom = 4;
 
   explicit Button(Look look = Look::plain, QWidget* parent = nullptr);
 
-  /// `help` is the tooltip; a button without a title is known by it.
+  /// `help` is the tooltip, and the accessible name of a button without a title.
   void describe(const QString& title, const std::string& symbol, const QString& help);
   void setLook(Look look);
   /// Drawn after the title.

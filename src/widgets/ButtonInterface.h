@@ -12,7 +12,7 @@ class ButtonInterface : public QAccessibleWidget {
   ButtonInterface(Button& button, QAccessible::Role role) : QAccessibleWidget(&button, role), button_(button) {}
 
   QAccessible::State state() const override;
-  // What lies on a button is a drawing.
+  // A button's children are only decoration.
   int childCount() const override { return 0; }
   QAccessibleInterface* child(int) const override { return nullptr; }
   int indexOfChild(const QAccessibleInterface*) const override { return -1; }

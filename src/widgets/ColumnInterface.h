@@ -13,7 +13,7 @@ class ColumnInterface : public QAccessibleWidget, public QAccessibleTextInterfac
 
   void* interface_cast(QAccessible::InterfaceType type) override;
   QAccessible::State state() const override;
-  // The parts of the scroll area are of no interest.
+  // The scroll area's internal children are hidden.
   int childCount() const override { return 0; }
   QAccessibleInterface* child(int) const override { return nullptr; }
   int indexOfChild(const QAccessibleInterface*) const override { return -1; }
@@ -26,7 +26,7 @@ class ColumnInterface : public QAccessibleWidget, public QAccessibleTextInterfac
   void scrollToSubstring(int start, int end) override;
   QString attributes(int offset, int* start, int* end) const override;
 
-  // There is no caret, and what is selected is known to the user by the pointer.
+  // There is no caret, and the selection is only made by the pointer.
   int cursorPosition() const override { return 0; }
   void setCursorPosition(int) override {}
   int selectionCount() const override { return 0; }

@@ -52,7 +52,7 @@ class Rows : public RowDelegate {
   }
 };
 
-/// A list on a ground of its own.
+/// A list with a background of its own.
 class List : public QListWidget {
  public:
   explicit List(QWidget* parent) : QListWidget(parent) {

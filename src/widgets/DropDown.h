@@ -8,17 +8,17 @@
 
 namespace quillmark {
 
-/// A button that opens a list of choices. The list lies inside the button's window: some window systems would
-/// not let it have one of its own beside a floating panel. It opens upwards where there is more room.
+/// A button that opens a list of choices. The list is shown inside the button's window: some window systems would not
+/// allow it a window of its own over a floating panel. It opens upwards where there is more room.
 class DropDown : public Button {
  public:
   struct Item {
     QString title;
     bool chosen = false;
-    std::function<void()> choose;  ///< none for a line that only says something
+    std::function<void()> choose;  ///< null for a line that can't be chosen
   };
 
-  /// `help` says what is chosen here; `items` is asked at each opening.
+  /// `help` says what is chosen here; `items` is called at each opening.
   DropDown(const QString& help, std::function<std::vector<Item>()> items, QWidget* parent = nullptr);
 
   QAccessibleInterface* makeAccessible() override;

@@ -6,15 +6,15 @@
 
 namespace quillmark {
 
-/// Gives a list the look of all lists: bare, with rows of one height, which it hears the pointer move over.
+/// Gives a list the common style: no frame, rows of equal height, and mouse tracking.
 void styleList(QListView& list);
 
 /// What a row shows, besides its title.
 struct RowStyle {
-  std::string symbol = {};  ///< before the title; empty leaves its place free
+  std::string symbol = {};  ///< before the title; empty leaves its space blank
   int symbolSide = 20;
   int gap = 10;           ///< between symbol and title
-  bool isLit = false;     ///< on a ground of the accent colour
+  bool isLit = false;     ///< on a background in the accent colour
   bool isFaint = false;   ///< can't be chosen
   QString trailing = {};  ///< at the far edge
   Qt::TextElideMode elision = Qt::ElideRight;

@@ -39,7 +39,7 @@ const QPalette& desktopPalette() {
   return palette;
 }
 
-/// Whether that palette is the desktop's, and not what the toolkit takes where it knows no desktop.
+/// Whether that palette is the desktop's rather than the toolkit's built-in fallback.
 bool desktopHasPalette() { return desktopPalette().color(QPalette::Window) != QColor(239, 239, 239); }
 
 }  // namespace
@@ -75,7 +75,7 @@ void apply(const DesktopAppearance::Wishes& wishes) {
   if (!accent && desktopHasPalette()) {
     accent = desktop.color(QPalette::Highlight);
   }
-  // An accent that can't be told from its ground is none.
+  // An accent that can't be distinguished from its background is ignored.
   if (accent && contrast(*accent, coloursOf(wanted).ground) < 2) {
     accent.reset();
   }

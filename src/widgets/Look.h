@@ -10,23 +10,23 @@
 class QPainter;
 class QWidget;
 
-/// Colours, type and measures of everything that is drawn here. Lengths are logical points on a grid of 4.
+/// Colours, type and measures of everything we draw. Lengths are logical points on a grid of 4.
 namespace quillmark::look {
 
 constexpr int windowRadius = 12;
 constexpr int fieldRadius = 8;
 constexpr int chipRadius = 6;
 constexpr int windowPadding = 16;
-constexpr int targetHeight = 28;  ///< the least height of what a pointer can hit
+constexpr int targetHeight = 28;  ///< the minimum height of a pointer target
 
 using Scheme = DesktopAppearance::ColorScheme;
 
-/// The palette behind all of it: Window is the ground of a window, AlternateBase a card or field, Mid a hairline,
+/// The palette for all of it: Window is the background of a window, AlternateBase a card or field, Mid a hairline,
 /// PlaceholderText secondary text, Highlight the accent.
 QPalette palette(Scheme scheme, const std::optional<QColor>& accent = std::nullopt);
 
-/// Gives the application its style and palette; what the desktop does not wish for comes from the palette that the
-/// toolkit found.
+/// Gives the application its style and palette; what the desktop has no preference for comes from the toolkit's initial
+/// palette.
 void apply(const DesktopAppearance::Wishes& wishes);
 
 Scheme scheme(const QPalette& palette);
@@ -37,17 +37,17 @@ QColor added(const QPalette& palette);
 QColor removed(const QPalette& palette);
 QColor changed(const QPalette& palette);
 QColor withOpacity(QColor colour, double opacity);
-/// The ratio of WCAG 2.2: 1 to 21, for opaque colours.
+/// The contrast ratio of WCAG 2.2, 1 to 21, for opaque colours.
 double contrast(const QColor& a, const QColor& b);
 
-/// The desktop's font. The size is that of a desktop with ordinary text size; where the user has larger text, it grows.
+/// The desktop's font. The size is for a desktop with ordinary text size and grows with the user's.
 QFont font(double size, QFont::Weight weight = QFont::Normal);
 QFont monospaced(double size);
 
 /// False where the desktop asks for less motion.
 bool animates(const QWidget& widget);
 
-/// For QPainter::drawText(): against the edge where reading begins, whatever the script of the text itself.
+/// For QPainter::drawText(): aligned to the interface's leading edge, whatever the script of the text.
 int leading(Qt::LayoutDirection direction, Qt::Alignment vertical = Qt::AlignVCenter);
 
 /// A line of one device pixel along the top edge of the rectangle.

@@ -5,7 +5,7 @@
 
 namespace quillmark {
 
-/// Says in the middle of an empty place what is missing there, under a symbol if it has one.
+/// A centred text for an empty area, under a symbol if it has one.
 class Placeholder : public QWidget {
  public:
   explicit Placeholder(const QString& text, std::string symbol = {}, QWidget* parent = nullptr);

@@ -9,7 +9,7 @@ namespace quillmark {
 Pulse::Pulse(double from, double to, int halfPeriod, std::function<void(double)> step) : step_(std::move(step)) {
   QEasingCurve easeInOut(QEasingCurve::BezierSpline);
   easeInOut.addCubicBezierSegment({0.42, 0}, {0.58, 1}, {1, 1});
-  // There in the first half of a round, back in the second.
+  // One way in the first half of a period, back in the second.
   animation_.setStartValue(0.0);
   animation_.setEndValue(2.0);
   animation_.setDuration(2 * halfPeriod);

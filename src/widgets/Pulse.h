@@ -6,8 +6,7 @@
 
 namespace quillmark {
 
-/// An opacity that goes from one value to another and back again for as long as it runs. Moves no more often than the
-/// eye can tell.
+/// An opacity that alternates between two values while it runs. Updates no more often than the eye can see.
 class Pulse {
  public:
   /// `halfPeriod` in milliseconds.

@@ -6,7 +6,7 @@
 
 namespace quillmark {
 
-/// A view that pulses while it is visible. Its heir draws it with the opacity of the moment.
+/// A view that pulses while it is visible. The subclass paints it with the current opacity.
 class PulsingView : public QWidget {
  public:
   /// See Pulse.

@@ -5,7 +5,7 @@
 
 namespace quillmark {
 
-/// UTF-8, as everything below the views has it, in the toolkit's form.
+/// Converts UTF-8, used everywhere below the views, to the toolkit's string.
 inline QString qt(std::string_view text) { return QString::fromUtf8(text.data(), qsizetype(text.size())); }
 
 }  // namespace quillmark

@@ -4,17 +4,17 @@
 
 namespace quillmark {
 
-/// Leaves of a scroll area only its content and a thin scroll bar.
+/// Reduces a scroll area to its content and a thin scroll bar.
 void makeBare(QAbstractScrollArea& area);
 
-/// Content that its heir draws into the viewport, and that scrolls up and down.
+/// Content painted into the viewport by the subclass, with vertical scrolling.
 class ScrollArea : public QAbstractScrollArea {
  public:
   explicit ScrollArea(QWidget* parent = nullptr);
 
  protected:
   void setContentHeight(double height);
-  /// How far the content's top is above that of the viewport.
+  /// The distance of the content's top above the viewport's.
   double scrolled() const;
   void scrollContentsBy(int dx, int dy) override;
 };

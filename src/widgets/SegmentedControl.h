@@ -8,14 +8,14 @@ namespace quillmark {
 
 class Button;
 
-/// A row of titles of which one is chosen, by the pointer or by the arrow keys.
+/// A row of titles, one of them chosen, by the pointer or the arrow keys.
 class SegmentedControl : public QWidget {
  public:
   explicit SegmentedControl(const QStringList& titles, QWidget* parent = nullptr);
 
   void choose(int index);
   int chosen() const { return chosen_; }
-  std::function<void(int)> onChoice;  ///< the user chooses another one
+  std::function<void(int)> onChoice;  ///< the user has chosen another one
 
  protected:
   void paintEvent(QPaintEvent* event) override;

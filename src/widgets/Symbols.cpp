@@ -39,7 +39,7 @@ QPixmap render(const QString& file, QSize pixels, const QColor& colour) {
   return picture;
 }
 
-/// Draws a symbol anew for each size, so that nothing is ever scaled.
+/// Draws a symbol separately for each size, so that nothing is ever scaled.
 class Engine : public QIconEngine {
  public:
   struct Colours {
@@ -64,7 +64,7 @@ class Engine : public QIconEngine {
   }
 
   QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
-    // Hosts of tray icons get pictures, not drawings: these are the sizes they ask for.
+    // Hosts of tray icons get bitmaps: these are the sizes they ask for.
     return {{16, 16}, {20, 20}, {22, 22}, {24, 24}, {32, 32}, {48, 48}};
   }
 

@@ -8,18 +8,18 @@
 
 class QPainter;
 
-/// Drawings that are known by a name: one file of resources/icons/ for each name, drawn as lines
-/// in one colour. A name without a drawing gets that of "command".
+/// Icons by name: one file of resources/icons/ for each name, drawn as lines in one colour. An unknown name gets the
+/// icon "command".
 namespace quillmark::symbols {
 
 /// Crisp at any size and scale. Takes its colour from the application's palette each time it is painted, so it follows
-/// the colour scheme, and from its disabled and selected groups where an icon is painted so.
+/// the colour scheme, and from its disabled and selected groups where the icon is painted in that state.
 QIcon icon(const std::string& name, QPalette::ColorRole role = QPalette::WindowText);
 
 /// As above, always in this colour.
 QIcon icon(const std::string& name, const QColor& colour);
 
-/// For entries of menus that the toolkit draws: they lie on the highlight colour while they are active.
+/// For entries of menus that the toolkit draws: the active entry has the highlight colour as its background.
 QIcon menuIcon(const std::string& name, QPalette::ColorRole role = QPalette::WindowText);
 
 /// Draws `points` by `points` logical points, as crisp as the painter's device allows.

@@ -17,7 +17,7 @@ TextBlock textBlock(const QPalette& palette, double size = textSize, QFont::Weig
 /// Paragraphs as they are.
 std::vector<TextBlock> plain(std::string_view text, const QPalette& palette);
 
-/// One line that stands for a content that is not there yet.
+/// One line in place of content that does not exist yet.
 std::vector<TextBlock> note(const QString& text, const QPalette& palette);
 
 }  // namespace quillmark::blocks

@@ -22,7 +22,7 @@ constexpr int symbolSide = 12;
 constexpr double barWidth = 4;
 constexpr double groundRadius = 4;
 
-/// What comes before a block's text in that of the whole column.
+/// What precedes a block's text in the text of the whole column.
 QString prefixOf(const TextBlock& block) {
   QString prefix;
   for (const QString& part : {block.marker, block.sign}) {
@@ -42,7 +42,7 @@ struct TextColumn::Laid {
   double top = 0;  ///< of the block, below its gap
   double height = 0;
   double widest = 0;
-  double widestBefore = 0;  ///< of this block and all above
+  double widestBefore = 0;  ///< over this block and all above
   bool rightToLeft = false;
 
   /// The left edge of something `width` wide that begins `distance` from the leading edge.
@@ -72,7 +72,7 @@ void TextColumn::replaceFrom(std::size_t first, std::vector<TextBlock> blocks, b
     blocks_.push_back(std::move(laid));
   }
   allText_.reset();
-  // Where text was only appended to a block, what is selected in it stays so.
+  // Where text was only appended to a block, the selection in it is kept.
   const auto exists = [this](const Place& place) {
     return place.block < blocks_.size() && place.position <= blocks_[place.block]->block.text.size();
   };

@@ -12,8 +12,8 @@
 
 namespace quillmark {
 
-/// One paragraph of a TextColumn, with what stands beside it. Distances are in points from the leading edge, which is
-/// the right one for a text that runs from right to left.
+/// One paragraph of a TextColumn with its decoration. Distances are in points from the leading edge, which is the right
+/// one for a text that runs from right to left.
 struct TextBlock {
   QString text;
   QList<QTextLayout::FormatRange> formats;
@@ -29,8 +29,8 @@ struct TextBlock {
   QFont markerFont;
   QColor markerColour;
   double markerAt = 0;
-  std::string symbol;  ///< name of a drawing of 12 by 12 points, in the text's colour
-  QString sign;        ///< what the symbol says, for those who don't see it
+  std::string symbol;  ///< name of a symbol of 12 by 12 points, in the text's colour
+  QString sign;        ///< text alternative of the symbol
   double symbolAt = 0;
   QColor ground;  ///< a rounded background from `groundAt` to the other edge
   double groundAt = 0;
@@ -40,7 +40,7 @@ struct TextBlock {
 };
 
 /// Scrolling read-only paragraphs whose text can be selected and copied. It never claims the primary selection: an
-/// editor that loses it forgets what was selected. Replacing the last blocks costs what they cost, whatever comes
+/// editor that loses it forgets what was selected. The cost of replacing the last blocks does not depend on the blocks
 /// before them.
 class TextColumn : public ScrollArea, public AccessibleView {
  public:
@@ -49,26 +49,26 @@ class TextColumn : public ScrollArea, public AccessibleView {
 
   QAccessibleInterface* makeAccessible() override;
   void setTextMargins(QMarginsF margins);
-  /// Replaces the blocks from this one on. A view at its end stays there when `followEnd` is true.
+  /// Replaces the blocks from this one on. A view scrolled to the end stays there when `followEnd` is true.
   void replaceFrom(std::size_t first, std::vector<TextBlock> blocks, bool followEnd = false);
   std::size_t blockCount() const { return blocks_.size(); }
 
-  /// Width of the widest line and height of all blocks, without the margins, at the present width.
+  /// Width of the widest line and height of all blocks, without the margins, at the current width.
   QSizeF textSize() const { return {widest_, height_}; }
-  /// How high the column would be to show everything at this width.
+  /// The height needed to show everything at this width.
   double heightForText() const { return height_ + margins_.top() + margins_.bottom(); }
 
   void setOpacity(double opacity);
   QString selectedText() const;
-  /// Markers, signs and texts, a line for each block.
+  /// Markers, text alternatives and texts, one line per block.
   const QString& allText() const;
   void selectAll();
   /// Whether there was something to copy.
   bool copySelection();
 
   std::function<void()> measured;                     ///< after each layout
-  std::function<void()> styleChanged;                 ///< blocks have to be made anew, in other colours or fonts
-  std::function<void(const QString&)> copyRequested;  ///< the user copies what is selected
+  std::function<void()> styleChanged;                 ///< blocks must be rebuilt with new colours or fonts
+  std::function<void(const QString&)> copyRequested;  ///< the user copies the selection
 
   QRectF rectOfCharacter(int offset) const;  ///< of allText(), in the viewport
   int offsetAt(QPointF point) const;

@@ -4,8 +4,8 @@
 
 namespace quillmark {
 
-/// A line of text without a frame. What the pointer selects in it does not become the primary selection: the editor
-/// behind would forget its own.
+/// A line of text without a frame. Selecting text in it does not take the primary selection, which would make the
+/// editor behind drop its own.
 class TextField : public QLineEdit {
  public:
   explicit TextField(QWidget* parent = nullptr);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int shortest = 32;
 
-/// Where the parts of the bar are, for the pointer as well as for the eye.
+/// The geometry of the bar's parts, for painting and hit testing.
 class Geometry : public QProxyStyle {
  public:
   QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,

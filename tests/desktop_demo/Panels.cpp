@@ -14,7 +14,7 @@ constexpr int reviews = 30;
 
 using Keys = std::vector<std::string_view>;
 
-/// Steps of a case: each throws with what went wrong.
+/// The steps of a case; each throws a description of its failure.
 class Steps {
  public:
   Steps(LiveDesktop& desk, Editor& editor) : desk_(desk), editor_(editor), session_(desk.session()) {}
@@ -26,7 +26,7 @@ class Steps {
     desk_.trace().startAnew();
   }
 
-  /// Waits until it holds, or throws with the problem.
+  /// Waits until the condition holds, or throws the problem.
   void expect(const std::string& problem, const std::function<bool()>& holds) {
     if (!waitUntil(holds, deadline)) {
       fail(problem);
@@ -86,7 +86,7 @@ class Steps {
     }
   }
 
-  /// The panel that is open, 0 when there is none.
+  /// The open panel, 0 when there is none.
   xcb_window_t panel() {
     const auto all = session_.windows();
     const auto own = std::ranges::find(all, desk_.quillmarkPid(), &XSession::Window::pid);

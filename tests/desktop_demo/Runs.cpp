@@ -32,7 +32,7 @@ Outcome awaitCorrection(LiveDesktop& desk, Editor& editor, const std::string& ex
   return {true, shown(expected)};
 }
 
-/// Triggers with nothing selected: no text may be sent, least of all an old clipboard.
+/// Triggers with nothing selected: no text may be sent, least of all the old clipboard.
 Outcome runWithoutSelection(LiveDesktop& desk, Editor& editor) {
   const auto before = editor.fileContents();
   editor.deselect();
@@ -45,7 +45,7 @@ Outcome runWithoutSelection(LiveDesktop& desk, Editor& editor) {
   if (waitUntil([&] { return desk.trace().momentOf(trace::requestSent).has_value(); }, 2s)) {
     return failed(desk, "a text was sent though nothing was selected");
   }
-  // A letter more, so that the editor has something to save.
+  // One more letter, so that the editor has something to save.
   desk.session().type("x");
   if (!editor.savesAs(before + "x", 5s)) {
     return failed(desk, "the text changed though nothing was selected: " + shown(editor.fileContents()));
@@ -62,8 +62,8 @@ Outcome manyRuns(LiveDesktop& desk, Editor& editor, int count, const Trigger& tr
   return {true, std::to_string(count) + " runs"};
 }
 
-/// Fills a clipboard manager's history, then looks whether it gets between us and the editor. `isAtWork` tells whether
-/// the manager has taken notice of what the owner put there.
+/// Fills a clipboard manager's history, then checks whether it gets between us and the editor. `isAtWork` says whether
+/// the manager has noticed what the owner put there.
 Outcome withClipboardManager(const Programs& programs, const std::string& editorKind,
                              const std::vector<std::string>& command,
                              const std::function<bool(LiveDesktop&, Process& manager)>& isAtWork) {
@@ -105,7 +105,7 @@ Outcome copyq(const Programs& programs, const std::string& editorKind) {
   });
 }
 
-/// Clipman tells of its history only by the file that it writes at its end, so another one of it goes first.
+/// Clipman reveals its history only in the file that it writes on exit, so another instance of it runs first.
 Outcome clipman(const Programs& programs, const std::string& editorKind) {
   return withClipboardManager(programs, editorKind, {"xfce4-clipman"}, [](LiveDesktop& desk, Process& manager) {
     manager.end();

@@ -21,7 +21,7 @@ using Trigger = std::function<void(LiveDesktop&)>;
 Outcome runOnce(LiveDesktop& desk, Editor& editor, int number, const Trigger& trigger = &LiveDesktop::triggerHotKey,
                 Latencies* latencies = nullptr);
 
-/// One run with a slow service, pictured before, while the answer is awaited, and after.
+/// One run with a slow service, with pictures before it, while it waits for the answer, and after it.
 Outcome takePictures(const Programs& programs, const std::string& editorKind, const std::filesystem::path& directory);
 
 /// What the hosted service answers to a chat.
@@ -44,7 +44,7 @@ Outcome reviewRuns(const Programs& programs, const std::string& editorKind);
 Outcome reviewEndings(const Programs& programs, const std::string& editorKind);
 Outcome commandMenu(const Programs& programs, const std::string& editorKind);
 
-/// What goes on beside the ordinary run on real desktops.
+/// What else happens on real desktops besides the ordinary run.
 const std::vector<Case>& cases();
 
 }  // namespace quillmark::demo

@@ -13,7 +13,7 @@ namespace {
 using ColorScheme = DesktopAppearance::ColorScheme;
 using Wishes = DesktopAppearance::Wishes;
 
-/// A settings portal that answers with what the test puts in.
+/// A settings portal with values set by the test.
 class Portal : public QDBusVirtualObject {
  public:
   explicit Portal(QDBusConnection bus) : bus_(std::move(bus)) {
@@ -69,7 +69,7 @@ TEST_F(DesktopAppearanceTest, asksThePortalAndFollowsItsChanges) {
   EXPECT_TRUE(waitFor([&] { return latest == Wishes{}; }));
 }
 
-TEST_F(DesktopAppearanceTest, wishesNothingWithoutAPortal) {
+TEST_F(DesktopAppearanceTest, hasNoPreferencesWithoutAPortal) {
   Portal portal(connect());
   int told = 0;
   const DesktopAppearance appearance(connect(), [&](const Wishes&) { ++told; });

@@ -25,7 +25,7 @@ std::vector<std::string> texts(const QMenu& menu) {
   return all;
 }
 
-TEST(Menu, showsTheItemsItIsToldOf) {
+TEST(Menu, showsTheItemsItIsGiven) {
   QMenu menu;
   MenuItem tones{.kind = Kind::submenu, .title = "Change tone", .symbol = "pencil.and.scribble"};
   tones.children = {action("Formal"), action("Calm")};

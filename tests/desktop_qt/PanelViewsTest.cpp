@@ -65,7 +65,7 @@ struct PanelViews : testing::Test {
       QCoreApplication::processEvents();
     }
   }
-  /// A run whose answer is on its way.
+  /// A run whose answer has not arrived yet.
   void openReview(const std::string& selection) {
     const Command command = *app.promptStore().commandFor(ActionCase::fixGrammar);
     session.setCommand(command);

@@ -8,7 +8,7 @@
 
 namespace quillmark {
 
-/// A session bus of the test's own.
+/// A private session bus for the test.
 struct SessionBus : testing::Test {
   void SetUp() override {
     daemon.start(QStringLiteral("dbus-daemon"),

@@ -19,7 +19,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 
 struct SingleInstanceTest : SessionBus {
-  /// Runs what blocks beside the main thread, which has to answer meanwhile.
+  /// Runs a blocking call on another thread, for the main thread has to answer meanwhile.
   template <class Function>
   auto beside(Function function) {
     std::optional<decltype(function())> result;
@@ -57,7 +57,7 @@ TEST_F(SingleInstanceTest, aSecondStartHandsItsArgumentsToTheFirst) {
   EXPECT_THAT(received, ElementsAre("quillmark://run?a=b&c", "größer 🪶"));
 }
 
-TEST_F(SingleInstanceTest, aStartAfterTheFirstHasLeftIsTheFirst) {
+TEST_F(SingleInstanceTest, aStartAfterTheFirstHasQuitIsTheFirst) {
   ASSERT_EQ(SingleInstance::claim(connect(), service, {}), SingleInstance::Start::first);
   QDBusConnection::disconnectFromBus(connections.last());
   DBusService next;

@@ -13,7 +13,7 @@ namespace {
 
 struct Typewriter : testing::Test {
   static void draw() { QCoreApplication::sendPostedEvents(); }
-  /// As it would be if the text had come at once.
+  /// What it would be if the text had arrived at once.
   std::unique_ptr<TypewriterText> whole(bool styled) {
     auto whole = std::make_unique<TypewriterText>(text, isStreaming);
     whole->setStyled(styled);
@@ -52,7 +52,7 @@ TEST_F(Typewriter, drawsAStreamAsItWouldBeAtOnce) {
           draw();
         }
       }
-      if (round % 2 == 0) {  // the final answer is another one than the stream
+      if (round % 2 == 0) {  // the final answer differs from the stream
         std::string answer = text.get();
         answer.replace(answer.rfind(' ') + 1, std::string::npos, "\n- the end");
         text.set(answer);
@@ -70,7 +70,7 @@ TEST_F(Typewriter, drawsMuchTextInPartsWithoutLosingAny) {
   for (const bool styled : {false, true}) {
     text.set("");
     view.setStyled(styled);
-    // Each piece comes before all of the one before it is drawn.
+    // Each piece arrives before the previous one is fully drawn.
     text.append("The beginning of ");
     draw();
     append(3000, "- **point** ");

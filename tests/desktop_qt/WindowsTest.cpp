@@ -178,7 +178,7 @@ TEST(LoadingWindow, movesOnlyWhileItIsShown) {
   }
 }
 
-TEST(WindowPanel, tellsWhenTheUserClosesItAndCanBeShownAgain) {
+TEST(WindowPanel, reportsWhenTheUserClosesItAndCanBeShownAgain) {
   auto* const content = new QPushButton("Go on");
   WindowHints hints;
   WindowPanel window(hints, "Welcome", *content);

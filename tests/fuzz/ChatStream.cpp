@@ -49,7 +49,7 @@ void play(ProviderType type, const std::vector<std::string>& blocks) {
   fuzz::expect(ends == 1, "a stream ends once");
 }
 
-/// Lines are independent of each other: handled one by one, they come to the same.
+/// Lines are independent of each other: handled one by one, they give the same result.
 void handleByLine(const std::string& chunk) {
   std::vector<std::string> pieces;
   const bool ended =

@@ -10,7 +10,7 @@
 
 namespace quillmark::fuzz {
 
-/// What must hold whatever the input is.
+/// What must hold for every input.
 inline void expect(bool condition, const char* rule) {
   if (!condition) {
     std::fprintf(stderr, "broken rule: %s\n", rule);

@@ -57,7 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   try {
     readers[input.choice % std::size(readers)](parseJson(input.text));
   } catch (const DecodingError&) {
-    // What is wrong gets an error, and nothing else.
+    // Invalid input gives an error and nothing else.
   }
   return 0;
 }

@@ -1,4 +1,4 @@
-// The operations that look at the characters of texts from outside.
+// The operations on the characters of texts from outside.
 
 #include "base/Slug.h"
 #include "base/Text.h"

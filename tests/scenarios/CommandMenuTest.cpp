@@ -32,7 +32,7 @@ struct CommandMenu : Scenario {
   std::optional<std::string> selected() {
     return view().selectedItem() ? std::optional(view().selectedItem()->displayName()) : std::nullopt;
   }
-  /// No other commands, also none for languages and tones.
+  /// No other commands, and none for languages and tones.
   void haveOnly(const std::vector<Command>& commands) {
     ASSERT_TRUE(app->promptStore().save([&](auto& list) { list = commands; }, std::nullopt));
   }
@@ -152,7 +152,7 @@ TEST_F(CommandMenu, switchesBetweenSearchAndTask) {
   EXPECT_TRUE(logged("No prompt selected"));
 }
 
-TEST_F(CommandMenu, isAsAtFirstHoweverItCloses) {
+TEST_F(CommandMenu, isResetHoweverItCloses) {
   start();
   desktop.pasteboard.put("Someone", "text");
   const std::pair<const char*, std::function<void()>> ways[] = {

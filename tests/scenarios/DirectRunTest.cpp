@@ -76,7 +76,7 @@ TEST_F(DirectRun, appliesEachBehaviourExactly) {
   for (const bool byDefault : {false, true}) {
     for (const auto& [behavior, editorText, pasteboardText] : cases) {
       const auto editor = editorWith(" sel \n");
-      services().activeApplicationTracker.clearCommandTrigger();  // a copy leaves the mark of its run
+      services().activeApplicationTracker.clearCommandTrigger();  // a copy run keeps its mark
       services().actionService.defaultBehavior.set(byDefault ? behavior : ActionBehavior::showReview);
       run(ActionCase::improveWriting, byDefault ? std::nullopt : std::optional(behavior));
       desktop.advance(50ms);
@@ -89,7 +89,7 @@ TEST_F(DirectRun, appliesEachBehaviourExactly) {
   }
 }
 
-TEST_F(DirectRun, dropsASecondTriggerWhileOneIsUnderWay) {
+TEST_F(DirectRun, dropsASecondTriggerWhileOneIsInProgress) {
   start();
   const auto editor = editorWith("teh cat");
   run(ActionCase::fixGrammar);
@@ -227,7 +227,7 @@ TEST_F(DirectRun, goesBackToTheApplicationThatWasInFrontBeforeTheTrigger) {
   const std::function<void()> byTheTray = [&] { run(ActionCase::fixGrammar); };
   const struct {
     std::function<void()> trigger;
-    Duration inFront;  ///< how long the second application has been
+    Duration inFront;  ///< how long the second application has been in front
     bool goesToTheFirst;
   } cases[] = {{byHotKey, 300ms, true},
                {byHotKey, 700ms, false},
@@ -236,7 +236,7 @@ TEST_F(DirectRun, goesBackToTheApplicationThatWasInFrontBeforeTheTrigger) {
                {byTheTray, 700ms, true}};
   for (const auto& [trigger, inFront, goesToTheFirst] : cases) {
     const auto first = editorWith("first");
-    // The mark of this run stays. Only a trigger of the user's own sets it anew.
+    // The mark of this run stays. Only a trigger by the user replaces it.
     run(ActionCase::summarize, ActionBehavior::copyToClipboard);
     desktop.advance(1s);
     const auto second = desktop.openEditor("Second", "second");

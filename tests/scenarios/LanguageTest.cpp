@@ -63,7 +63,7 @@ TEST_F(Languages, andDialectsAreNamedInTheirOwnWords) {
   EXPECT_EQ(dialects.label("ar_TN"), "ar_TN") << "the system has no name for it";
 }
 
-/// The catalogues of the build, with no locale of theirs on the system.
+/// The built catalogues, without their locales on the system.
 struct Translations : Scenario {
   Translations() { setenv("LC_ALL", "C", 1); }
   ~Translations() override {

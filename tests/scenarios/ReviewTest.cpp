@@ -124,7 +124,7 @@ TEST_F(Review, appliesEachBehaviourExactly) {
   }
 }
 
-TEST_F(Review, copiesWhatIsThereWhileTheRestIsUnderWay) {
+TEST_F(Review, copiesWhatHasArrivedBeforeTheRest) {
   startAndReview("teh cat");
   session().apply(copyToClipboard);
   EXPECT_EQ(state(), "loading streaming open") << "there is nothing yet";

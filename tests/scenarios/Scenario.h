@@ -56,7 +56,7 @@ struct Scenario : testing::Test {
   static bool isSyncOfCounts(const Exchange& exchange) {
     return exchange.request.url.ends_with("/api//app/statistics");
   }
-  /// Those so far of which this holds, in order.
+  /// The exchanges so far for which this holds, in order.
   std::vector<const Exchange*> requestsThat(const std::function<bool(const Exchange&)>& holds) const {
     std::vector<const Exchange*> found;
     for (const auto& exchange : desktop.http.exchanges) {
@@ -66,9 +66,9 @@ struct Scenario : testing::Test {
     }
     return found;
   }
-  /// All but the counts that are sent some time after a run.
+  /// All except the counts, which are sent some time after a run.
   std::vector<const Exchange*> requests() const { return requestsThat(std::not_fn(isSyncOfCounts)); }
-  /// The one of them under way.
+  /// The one of them that is in flight.
   const Exchange& request() const { return *requests().back(); }
   void everyRequestIsAnswered(const std::string& content) {
     desktop.http.onRequest = [content](const auto& exchange) {
@@ -82,7 +82,7 @@ struct Scenario : testing::Test {
         GlobalShortcuts::defaultsKey(name),
         toText({{"carbonKeyCode", combination.carbonKeyCode}, {"carbonModifiers", combination.carbonModifiers}}));
   }
-  /// "title: message" of the one alert that is open, which this closes; empty when there is none.
+  /// Closes the one open alert and returns its "title: message"; empty when there is none.
   std::string closeAlert(std::size_t button = 0) {
     desktop.queue.settle();
     if (desktop.alerts.open.empty()) {

@@ -30,7 +30,7 @@ TEST_F(Shortcuts, takeEffectWhenTheyAreStoredChangedOrRemoved) {
   EXPECT_THAT(registered(), ElementsAre());
 }
 
-TEST_F(Shortcuts, areRenewedWhenTheNumberOfCommandsChanges) {
+TEST_F(Shortcuts, areRegisteredAgainWhenTheNumberOfCommandsChanges) {
   start();
   Command mine = Command::make("Mine", std::nullopt, "x", std::nullopt, CommandCategory::writing);
   storeShortcut(mine.shortcutName(), controlAltG);
@@ -41,7 +41,7 @@ TEST_F(Shortcuts, areRenewedWhenTheNumberOfCommandsChanges) {
   EXPECT_THAT(registered(), ElementsAre());
 }
 
-TEST_F(Shortcuts, runTheCommandAsItStandsNowEvenADisabledOne) {
+TEST_F(Shortcuts, runTheCommandAsItIsNowEvenADisabledOne) {
   storeShortcut("fixGrammar", controlAltG);
   start();
   logLines.clear();
@@ -58,7 +58,7 @@ TEST_F(Shortcuts, runTheCommandAsItStandsNowEvenADisabledOne) {
   EXPECT_THAT(*request().request.body, testing::HasSubstr("Shout: "));
 }
 
-TEST_F(Shortcuts, thatAnotherProgramHasAreToldOfOnce) {
+TEST_F(Shortcuts, thatAnotherProgramHasAreReportedOnce) {
   desktop.hotKeys.taken = {5};
   storeShortcut("fixGrammar", controlAltG);
   start();
@@ -87,7 +87,7 @@ TEST_F(Shortcuts, areRecordedUnlessTheMenuOrAnotherCommandHasThem) {
 }
 
 TEST_F(Shortcuts, ofTranslateAndChangeToneRunOnceWithTheFirstLanguageOrTone) {
-  desktop.defaults.set("defaultBehavior", std::string("showReview"));  // which a run under way does not keep off
+  desktop.defaults.set("defaultBehavior", std::string("showReview"));  // which a run in progress does not prevent
   const std::pair<const char*, const char*> cases[] = {{"translate", "following text to en."},
                                                        {"changeTone", "to have a Professional tone"}};
   for (const auto& [name, instruction] : cases) {
@@ -209,7 +209,7 @@ TEST_F(TrayMenu, showsARunAndOffersNothingThatRunsMeanwhile) {
   }
 }
 
-TEST_F(Scenario, theLoginSwitchRegistersAnewWhatIsRegisteredAndLogsAFailure) {
+TEST_F(Scenario, theLoginSwitchRegistersAgainWhatIsRegisteredAndLogsAFailure) {
   auto& launch = start().services().launchAtLogin;
   const auto& calls = desktop.loginItem.calls;
   int announced = 0;

@@ -11,7 +11,7 @@ using testing::StartsWith;
 struct Statistics : Scenario {
   AppStatistics& statistics() { return services().statistics; }
   std::vector<const Exchange*> syncs() const { return requestsThat(isSyncOfCounts); }
-  /// Counts a command and lets the sync that follows go out.
+  /// Counts a command and lets the following sync be sent.
   const Exchange& sync() {
     statistics().recordCommand("Summarize");
     desktop.advance(AppStatistics::asyncTimeout);
@@ -127,7 +127,7 @@ TEST_F(Statistics, thatDidNotArriveAreDueAgain) {
   EXPECT_TRUE(desktop.alerts.shown.empty());
 }
 
-TEST_F(Statistics, startAnewWhenTheStoredOnesCanNotBeRead) {
+TEST_F(Statistics, startOverWhenTheStoredOnesCanNotBeRead) {
   start();
   const auto previous = statistics().read().installationId;
   const DefaultsValue bad[] = {Data{"{"}, Data{R"({"commandUsage":{"Summarize":5}})"}, std::string("no data")};

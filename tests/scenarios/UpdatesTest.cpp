@@ -20,7 +20,7 @@ struct Updates : Scenario {
   void serviceFails() {
     desktop.http.onRequest = [](const auto& exchange) { exchange.fail("No network."); };
   }
-  std::size_t asked() const {
+  std::size_t versionRequests() const {
     return requestsThat([](const Exchange& exchange) { return exchange.request.url.ends_with("/api/app/version"); })
         .size();
   }
@@ -31,7 +31,7 @@ struct Updates : Scenario {
   void checkAutomatically(bool automatic) { desktop.defaults.set("SUEnableAutomaticChecks", automatic); }
 };
 
-TEST_F(Updates, areAskedForAndComparedByTheirNumbers) {
+TEST_F(Updates, areRequestedAndComparedByTheirNumbers) {
   desktop.defaults.set("serviceToken", std::string("t0ken"));
   const std::pair<std::string, bool> cases[] = {
       {"2.14.0", true}, {"2.13.1", true}, {"10.0", true}, {"2.13.0", false}, {"2.9.10", false}};
@@ -157,12 +157,12 @@ TEST_F(Updates, areInTheMenuWithRemindersOnFourDays) {
   EXPECT_EQ(reminders.size(), 1u);
 }
 
-TEST_F(Updates, areLookedForFromTheMenu) {
+TEST_F(Updates, areCheckedForFromTheMenu) {
   start();
   row().trigger();
   EXPECT_FALSE(row().enabled) << "one check at a time";
   services().updater.checkForUpdates();
-  ASSERT_EQ(asked(), 1u);
+  ASSERT_EQ(versionRequests(), 1u);
   desktop.http.exchanges[0].fail("No network.");
   EXPECT_THAT(closeAlert(), StartsWith("Unknown Error: "));
   EXPECT_TRUE(row().enabled);
@@ -191,32 +191,32 @@ TEST_F(Updates, areLookedForFromTheMenu) {
   EXPECT_EQ(row().title, "Check for Updates…");
 }
 
-TEST_F(Updates, areLookedForOnceADayWhileTheUserWantsIt) {
+TEST_F(Updates, areCheckedForOnceADayWhileTheUserWantsIt) {
   start();
   serviceOffers("2.13.0");
   desktop.advance(24h * 3);
-  EXPECT_EQ(asked(), 0u) << "off unless the user wants them";
+  EXPECT_EQ(versionRequests(), 0u) << "off unless the user wants them";
   checkAutomatically(true);
   desktop.advance(ServiceUpdater::firstCheck - 1ms);
   checkAutomatically(true);
-  EXPECT_EQ(asked(), 0u);
+  EXPECT_EQ(versionRequests(), 0u);
   desktop.advance(1ms);
-  EXPECT_EQ(asked(), 1u);
+  EXPECT_EQ(versionRequests(), 1u);
   desktop.advance(24h * 3);
-  EXPECT_EQ(asked(), 4u);
+  EXPECT_EQ(versionRequests(), 4u);
   checkAutomatically(false);
   desktop.advance(24h * 3);
-  EXPECT_EQ(asked(), 4u);
+  EXPECT_EQ(versionRequests(), 4u);
 
   checkAutomatically(true);
   start();
-  EXPECT_EQ(asked(), 4u) << "a start has better things to do";
+  EXPECT_EQ(versionRequests(), 4u) << "a start has better things to do";
   desktop.advance(ServiceUpdater::firstCheck);
-  EXPECT_EQ(asked(), 5u);
+  EXPECT_EQ(versionRequests(), 5u);
   EXPECT_TRUE(desktop.alerts.shown.empty());
 }
 
-TEST_F(Updates, foundByThemselvesRemindAndOpenNothing) {
+TEST_F(Updates, foundInTheBackgroundRemindAndOpenNothing) {
   checkAutomatically(true);
   start();
   int reminders = 0;
@@ -249,7 +249,7 @@ TEST_F(Updates, foundByThemselvesRemindAndOpenNothing) {
   EXPECT_TRUE(desktop.alerts.shown.empty());
 }
 
-TEST_F(Updates, areNoMoreOfferedWhenTheUserSkipsThem) {
+TEST_F(Updates, areNoLongerOfferedWhenTheUserSkipsThem) {
   checkAutomatically(true);
   start();
   serviceOffers("2.14.0");

@@ -8,7 +8,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// A start on what an older version left behind.
+/// A start on the data of an older version.
 struct Upgrade : Scenario {
   QuillmarkApp& startOn(const std::string& version) {
     std::ifstream file(std::string(QUILLMARK_TEST_STORES "/") + version + ".json");
@@ -40,7 +40,7 @@ TEST_F(Upgrade, from203KeepsCommandsKeyAndSelections) {
   EXPECT_TRUE(stored<bool>("hasCompletedOnboarding"));
   EXPECT_EQ(stored<std::string>("lastMigratedVersion"), "2.13.0");
   EXPECT_EQ(stored<std::string>("appVersion"), "2.13.0");
-  // The first-run decision notes the running version, so the commands count as up to date.
+  // The first-run decision stores the running version, so the commands count as up to date.
   ASSERT_EQ(app->promptStore().prompts.get().size(), 3u);
   EXPECT_EQ(commandOf(ActionCase::fixGrammar).usageCount, 41);
   EXPECT_EQ(commandOf(ActionCase::translate).displayName(), "Translate");

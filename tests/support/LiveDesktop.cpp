@@ -73,7 +73,7 @@ void LiveDesktop::setUp(const std::string& backendPort) {
   if (!waitUntil([&] { return std::filesystem::exists(busSocket); })) {
     throw std::runtime_error("the session bus does not come up");
   }
-  // Editors that add a line end of their own when they save would change what is compared.
+  // Editors that add a line end when they save would change what is compared.
   writeFile(session_.home() / ".config/featherpad/fp.conf", "[text]\nappendEmptyLine=false\n");
   prepareData(data());
   startQuillmark();
@@ -153,7 +153,7 @@ bool Editor::savesAs(const std::string& text, std::chrono::milliseconds deadline
         if (fileContents() == text) {
           return true;
         }
-        // A save that overtook the paste is repeated; ever less often, for the editor has a large text to write.
+        // A save that overtook the paste is repeated; ever less often, since the editor may have a large text to write.
         if (now() > nextSave) {
           desk_.session().tap({"Control_L", "s"});
           nextSave = now() + pause;

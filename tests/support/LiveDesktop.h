@@ -17,13 +17,13 @@ struct Programs {
   std::filesystem::path service;      ///< the local service
 };
 
-/// A text as somebody types it, and as it should come out.
+/// A text as typed, and its expected correction.
 struct Sample {
   std::string typed;
   std::string corrected;
 };
 
-/// A sentence or two with spelling mistakes, another one for each number.
+/// A sentence or two with spelling mistakes, different for each number.
 Sample sampleText(int number);
 
 /// Stores the settings that a run needs: the local service, results that replace the selection, and Control+Alt+G for
@@ -36,7 +36,7 @@ class LiveDesktop {
  public:
   /// With the local service; `serviceDelay` is its latency.
   explicit LiveDesktop(const Programs& programs, std::chrono::milliseconds serviceDelay = {});
-  /// With a backend that listens on the loopback interface already.
+  /// With a backend already listening on the loopback interface.
   LiveDesktop(std::filesystem::path quillmark, int backendPort);
 
   XSession& session() { return session_; }
@@ -45,14 +45,14 @@ class LiveDesktop {
   /// The program's data directory.
   std::filesystem::path data() const { return home() / "data"; }
 
-  /// Quillmark runs from the beginning. Starting it waits until it is ready, and begins the trace anew.
+  /// Quillmark runs from the beginning. Starting it waits until it is ready, and restarts the trace.
   void startQuillmark();
   void endQuillmark() { quillmark_.reset(); }
-  /// Ends the program as the end of a session does; whether it went by itself, with nothing to complain of.
+  /// Ends the program as the end of a session does. Returns whether it exited on its own and without an error.
   bool quillmarkEndsWell();
   pid_t quillmarkPid() const { return quillmark_->pid(); }
 
-  /// Presses and releases the hot key as fingers do.
+  /// Presses and releases the hot key as a user does.
   void triggerHotKey();
 
   /// Whether the program still runs, and the end of its output.
@@ -80,12 +80,12 @@ class Editor {
 
   pid_t pid() const { return process_->pid(); }
   void focus();
-  /// Replaces everything by typing, saves, and waits until the file holds just that.
+  /// Replaces everything by typing, saves, and waits until the file contains exactly that.
   void write(const std::string& text);
   void selectAll();
   /// Leaves nothing selected.
   void deselect();
-  /// Saves again and again until the file holds the text, or the deadline is over.
+  /// Saves repeatedly until the file contains the text or the deadline has passed.
   bool savesAs(const std::string& text, std::chrono::milliseconds deadline);
   std::string fileContents() const;
 

@@ -7,20 +7,20 @@
 
 namespace quillmark {
 
-/// A second process that takes its steps when it is told to. It is a copy of this one from the moment of construction,
-/// so make it before anything that must not be copied is open: threads, databases.
+/// A second process that runs its steps on demand. It is forked in the constructor, so create it before anything that
+/// must not be copied is open: threads, databases.
 class OtherProcess {
  public:
   /// A step returns whether it succeeded.
   explicit OtherProcess(std::vector<std::function<bool()>> steps);
   OtherProcess(const OtherProcess&) = delete;
   OtherProcess& operator=(const OtherProcess&) = delete;
-  /// Kills it if it is still there.
+  /// Kills it if it is still running.
   ~OtherProcess();
 
   /// Starts the next step.
   void begin();
-  /// Waits for the end of the step that was begun.
+  /// Waits for the end of the started step.
   [[nodiscard]] bool finish();
   [[nodiscard]] bool step() {
     begin();

@@ -7,7 +7,7 @@
 
 namespace quillmark {
 
-/// An empty directory of this test's own, removed with everything in it.
+/// An empty private directory, removed with everything in it.
 class TemporaryDirectory {
  public:
   TemporaryDirectory() {

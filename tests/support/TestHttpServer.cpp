@@ -32,7 +32,7 @@ bool sendAll(int socket, std::string_view bytes) {
   return true;
 }
 
-/// Takes one request off the connection; `buffer` keeps what came too early. Nothing when the other side hung up.
+/// Reads one request from the connection; `buffer` keeps surplus bytes. Nothing when the peer has closed it.
 std::optional<ReceivedRequest> receive(int socket, std::string& buffer) {
   const auto fill = [&] {
     char piece[16384];
@@ -168,7 +168,7 @@ TestHttpServer::~TestHttpServer() {
       shutdown(socket, SHUT_RDWR);
     }
   }
-  shutdown(listener_, SHUT_RDWR);  // ends the accept under way
+  shutdown(listener_, SHUT_RDWR);  // ends the pending accept
   acceptor_.join();
   for (auto& connection : connections_) {
     connection.join();
@@ -273,7 +273,7 @@ bool TestHttpServer::play(int socket, const Answer& answer) {
   for (const auto& step : answer.steps_) {
     if (const auto* bytes = std::get_if<std::string>(&step)) {
       if (!sendAll(socket, *bytes)) {
-        return true;  // the other side hung up; reading finds the same
+        return true;  // the peer has closed the connection; the next read finds out too
       }
     } else if (const auto* gate = std::get_if<Gate>(&step)) {
       gate->pass();

@@ -20,7 +20,7 @@ class Gate {
   Gate() : state_(std::make_shared<State>()) {}
 
   void open() const;
-  /// Returns when the server stands before the gate, with everything before it sent; false after a long wait.
+  /// Returns when the server is waiting at the gate, with everything before it sent; false after a long wait.
   [[nodiscard]] bool waitUntilReached() const;
 
  private:
@@ -36,7 +36,7 @@ class Gate {
   std::shared_ptr<State> state_;
 };
 
-/// What the server does about one request, step by step. Each piece goes out in a write of its own.
+/// What the server does about one request, step by step. Each piece is sent in a write of its own.
 ///
 ///     Answer::raw("HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nab").waitFor(gate).send("cd")
 ///     Answer::json(200, R"({"data":[]})")
@@ -49,7 +49,7 @@ class Answer {
   static Answer json(int status, std::string body);
   /// Any body with its length and the header lines given, each without its line end.
   static Answer withBody(int status, std::string body, const std::vector<std::string>& headerLines);
-  /// The head of a chunked text/event-stream; go on with chunk() and end().
+  /// The head of a chunked text/event-stream; continue with chunk() and end().
   static Answer eventStream();
 
   Answer&& send(std::string bytes) &&;
@@ -58,9 +58,9 @@ class Answer {
   /// The last chunk.
   Answer&& end() &&;
   Answer&& waitFor(const Gate& gate) &&;
-  /// Ends the connection in good order.
+  /// Closes the connection in an orderly way.
   Answer&& close() &&;
-  /// Breaks the connection off: the other side gets a reset.
+  /// Aborts the connection: the peer gets a reset.
   Answer&& reset() &&;
 
  private:
@@ -69,7 +69,7 @@ class Answer {
   std::vector<std::variant<std::string, Gate, Ending>> steps_;
 };
 
-/// A request as it stood on the wire.
+/// A request as it was on the wire.
 struct ReceivedRequest {
   std::string text = {};  ///< all of it, verbatim
   std::string method = {};
@@ -81,8 +81,8 @@ struct ReceivedRequest {
   std::optional<std::string> header(std::string_view name) const;
 };
 
-/// An HTTP/1.1 server on the loopback interface that answers as a test scripts it and records what it is asked. Bodies
-/// of requests must have a Content-Length.
+/// An HTTP/1.1 server on the loopback interface that answers as scripted by a test and records its requests. Request
+/// bodies must have a Content-Length.
 class TestHttpServer {
  public:
   TestHttpServer();
@@ -95,14 +95,14 @@ class TestHttpServer {
   /// "http://127.0.0.1:<port>" and the path.
   std::string url(std::string_view path = "/") const;
 
-  /// Answers one more request; requests take the answers in the order of their arrival.
+  /// Answers one more request; requests get these answers in the order of their arrival.
   void answer(Answer answer);
-  /// Answers the requests for which no such answer is left. Called on a thread of the server. Without it they get 404.
+  /// Answers requests for which none of these is left. Called on a thread of the server. Without it they get 404.
   void answerOthers(std::function<Answer(const ReceivedRequest&)> responder);
 
   /// All requests so far, as soon as there are `count`; fewer after a long wait.
   std::vector<ReceivedRequest> waitForRequests(std::size_t count);
-  /// Returns when `count` connections have been closed by the other side or broken; false after a long wait.
+  /// Returns when `count` connections have been closed or reset by the peer; false after a long wait.
   [[nodiscard]] bool waitForHangUps(int count);
 
  private:
@@ -128,7 +128,7 @@ class TestHttpServer {
   std::thread acceptor_;
 };
 
-/// A port of the loopback interface on which nobody listens: it needs a privilege, and has long had no service.
+/// A loopback port on which nothing listens: it is privileged, and its service is long obsolete.
 constexpr int refusedPort = 1;
 
 }  // namespace quillmark

@@ -9,8 +9,8 @@
 
 namespace quillmark {
 
-/// A port of the loopback interface that speaks TLS and hands what it hears to another port, in the pieces in which it
-/// comes. Its certificate is for 127.0.0.1, made for this object, and its own authority.
+/// A loopback port that speaks TLS and forwards to another port, piece by piece as received. Its certificate is for
+/// 127.0.0.1, created for this object, and self-signed.
 class TlsFront {
  public:
   explicit TlsFront(int plainPort) {
@@ -36,7 +36,7 @@ class TlsFront {
   }
 
   int port() const { return port_; }
-  /// The file with the authority that a client must trust.
+  /// The certificate that a client must trust, as a file.
   std::string authority() const { return files_ / "certificate.pem"; }
 
  private:

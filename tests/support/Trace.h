@@ -17,7 +17,7 @@ using Moment = std::chrono::nanoseconds;
 Moment now();
 double millisecondsBetween(Moment from, Moment to);
 
-/// How a figure came out over many runs; quantiles by nearest rank.
+/// A figure over many runs; quantiles by nearest rank.
 struct Spread {
   std::size_t count = 0;
   double min = 0;
@@ -25,7 +25,7 @@ struct Spread {
   double p95 = 0;
   double max = 0;
 };
-/// Of one value at least.
+/// Needs at least one value.
 Spread spreadOf(std::vector<double> values);
 
 /// What the program wrote into the file that QUILLMARK_TRACE names.
@@ -39,7 +39,7 @@ class Trace {
   explicit Trace(std::filesystem::path file) : file_(std::move(file)) {}
 
   const std::filesystem::path& file() const { return file_; }
-  /// From here on, later() gives what is written from now on.
+  /// From here on, later() returns only what is written from now on.
   void startAnew();
   /// The marks since startAnew(), in the order of the file.
   std::vector<Mark> later() const;
@@ -60,7 +60,7 @@ class Latencies {
   /// The end of a run, which the program does not see.
   static constexpr trace::Stage fileSaved{"file saved"};
 
-  /// Adds one run, from its trace and the moment in which the saved file was right.
+  /// Adds one run, from its trace and the time at which the saved file was right.
   void add(const Trace& trace, Moment saved);
   /// Per stage, in milliseconds: count, min, median, p95, max. Stages without a run are left out.
   Json report() const;

@@ -13,7 +13,7 @@ Casing casingOf(std::string_view word);
 /// A lower-case word written in a casing; mixed leaves it as it is.
 std::string inCasing(std::string word, Casing casing);
 
-/// The text with its first letter, if that is an ASCII one, as a capital.
+/// The text with its first letter capitalised, if it is ASCII.
 std::string capitalised(std::string text);
 
 }  // namespace quillmark::service

@@ -17,8 +17,8 @@ constexpr std::size_t workers = 32;
 constexpr std::size_t streamChunkBytes = 24;
 constexpr const char* modelName = "local-text-work";
 
-// The server library compresses what it knows as text, and its compressor keeps a stream back until the end. It looks
-// for these types in this very spelling; to a client they mean the same (RFC 9110, 8.3.1).
+// The server library compresses what it knows as text, and its compressor holds back a stream until the end. It
+// compares these types by exact spelling; to a client this one means the same (RFC 9110, 8.3.1).
 constexpr const char* plainText = "Text/plain; charset=utf-8";
 constexpr const char* json = "application/json; charset=utf-8";
 constexpr const char* html = "Text/html; charset=utf-8";
@@ -94,7 +94,7 @@ Service::Service(Settings settings) : settings_(std::move(settings)), server_(st
   server_->new_task_queue = [] { return new httplib::ThreadPool(workers); };
   server_->set_payload_max_length(maximumRequestBytes);
   server_->set_tcp_nodelay(true);
-  // An idle connection holds a worker, and stop() waits for it.
+  // An idle connection occupies a worker, and stop() waits for it.
   server_->set_keep_alive_timeout(1);
   addRoutes();
   if (settings_.port == 0) {
@@ -142,7 +142,7 @@ void Service::addRoutes() {
         toText(Json{{"data", Json::array({{{"id", modelName}, {"name", "Local text work"}, {"enabled", true}}})}}),
         json);
   });
-  // Callers join the root and the path with a slash of their own each.
+  // Callers add a slash at both the root and the path.
   server_->Post("/api/+app/statistics", [](const auto& request, auto& response) {
     try {
       const Json body = parseJson(request.body);

@@ -28,7 +28,7 @@ class Service {
     std::optional<Upstream::Settings> upstream;
   };
 
-  /// Listens already when it returns; requests wait until run(). Throws std::runtime_error when the port is taken or
+  /// Already listens when it returns; requests wait until run(). Throws std::runtime_error when the port is taken or
   /// the dictionary is missing.
   explicit Service(Settings settings);
   ~Service();
@@ -37,7 +37,7 @@ class Service {
 
   /// Serves until stop().
   void run();
-  /// Any thread, any time after the constructor. Requests under way are broken off.
+  /// Any thread, any time after the constructor. Requests in progress are aborted.
   void stop();
 
  private:

@@ -18,7 +18,7 @@ struct Slip {
   std::string_view right;
 };
 
-/// Slips for which the dictionary's first proposal is not what people mean, or which are words of their own.
+/// Misspellings for which the dictionary's first proposal is not what people mean, or which are themselves words.
 constexpr Slip commonSlips[] = {
     {"alot", "a lot"},       {"arent", "aren't"},         {"brwn", "brown"},
     {"couldnt", "couldn't"}, {"didnt", "didn't"},         {"doesnt", "doesn't"},
@@ -83,7 +83,7 @@ bool endsSentence(std::string_view between) { return between.find_first_of(".!?\
 
 bool isOnlyBlanks(std::string_view text) { return text.find_first_not_of(" \t") == std::string_view::npos; }
 
-/// The words that hardly any English sentence does without.
+/// Words that nearly every English sentence contains.
 bool isSmallEnglishWord(std::string_view word) {
   constexpr std::string_view list[] = {"a",    "and",  "are", "at", "be",   "for", "have", "i",   "is",
                                        "it",   "my",   "not", "of", "on",   "our", "that", "the", "their",
@@ -91,7 +91,7 @@ bool isSmallEnglishWord(std::string_view word) {
   return std::find(std::begin(list), std::end(list), word) != std::end(list);
 }
 
-/// Words that may rightly stand twice in a row.
+/// Words that may correctly occur twice in a row.
 bool mayStandTwice(std::string_view word) { return word == "had" || word == "that" || word == "bye" || word == "no"; }
 
 }  // namespace
@@ -181,7 +181,7 @@ std::string Spelling::findReplacement(const std::string& word) {
   if (word.size() < 2 || word.size() > 40 || isKnown(word) || isKnown(lower)) {
     return word;
   }
-  // More edits than this make another word of it, and the writer's own is the better guess.
+  // More edits than this would make it a different word; the writer's own is the better guess.
   const std::size_t allowed = lower.size() < 5 ? 1 : 2;
   std::string first;
   for (const auto& proposal : hunspell_->suggest(lower)) {

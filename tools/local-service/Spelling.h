@@ -17,10 +17,9 @@ class Spelling {
   explicit Spelling(const std::string& dictionary = "/usr/share/hunspell/en_US");
   ~Spelling();
 
-  /// The text with wrong words replaced by the likeliest right ones, and words that stand twice in a row once. All
-  /// blanks and line ends, code, addresses, names inside a sentence and words in other scripts come back byte for byte.
-  /// A text of mostly unknown words with hardly an English particle is taken for another language and comes back
-  /// unchanged.
+  /// The text with wrong words replaced by the likeliest right ones, and doubled words reduced to one. All blanks and
+  /// line ends, code, addresses, names inside a sentence and words in other scripts come back byte for byte. A text of
+  /// mostly unknown words with hardly any common English words is taken for another language and comes back unchanged.
   std::string corrected(std::string_view text);
 
  private:
@@ -29,7 +28,7 @@ class Spelling {
   const std::string& replacementFor(const std::string& word);
   std::string findReplacement(const std::string& word);
 
-  // The dictionary changes while it is asked; the server asks from many threads.
+  // Look-ups change the dictionary's state; the server makes them on many threads.
   std::mutex mutex_;
   std::unique_ptr<Hunspell> hunspell_;
   std::unordered_map<std::string, std::string> replacements_;

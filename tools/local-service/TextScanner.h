@@ -14,10 +14,11 @@ struct Piece {
 };
 
 /// The pieces of a text, in order and without a gap. A word is a run of letters with inner apostrophes. Fenced and
-/// quoted code, HTML tags, and whatever holds a digit or looks like an address, a path or an identifier is no word.
+/// quoted code, HTML tags, and whatever contains a digit or looks like an address, a path or an identifier is not a
+/// word.
 std::vector<Piece> scanPieces(std::string_view text);
 
-/// The sentences of a text (UAX 29, with the common English abbreviations), each with the blanks behind it. A line end
+/// The sentences of a text (UAX 29, with the common English abbreviations), each with the blanks after it. A line end
 /// always ends a sentence.
 std::vector<std::string_view> scanSentences(std::string_view text);
 

@@ -39,7 +39,7 @@ constexpr Opening openings[] = {
 
 struct Rewording {
   std::string_view from;  ///< lower-case words, one blank between them
-  std::string_view to;    ///< empty: dropped, with the blank behind it
+  std::string_view to;    ///< empty: dropped, with the blank after it
 };
 
 constexpr Rewording fillers[] = {
@@ -137,7 +137,7 @@ constexpr Rewording contractions[] = {
     {"due to", "from"},          {"crucial", "important"},  {"vital", "important"},
 };
 
-/// Dropped at the front of a sentence, with the comma behind.
+/// Dropped at the start of a sentence, with the comma after it.
 constexpr std::string_view stiffOpenings[] = {
     "additionally",  "as a result", "consequently", "firstly",      "furthermore", "however", "importantly",
     "in conclusion", "in summary",  "indeed",       "moreover",     "nonetheless", "notably", "similarly",
@@ -239,8 +239,8 @@ std::string_view trimmedBlanks(std::string_view text) { return text::trimmed(tex
 
 bool isBlank(std::string_view text) { return text.find_first_not_of(" \t") == std::string_view::npos; }
 
-/// Whether the pieces from `at` on are the words of `phrase` with single runs of blanks between them; then the number
-/// of pieces.
+/// The number of pieces from `at` on that are the words of `phrase` with single runs of blanks between them, if they
+/// are.
 std::size_t phraseAt(const std::vector<Piece>& pieces, std::size_t at, std::string_view phrase) {
   std::size_t used = 0;
   for (const auto word : text::split(phrase, ' ')) {
@@ -263,12 +263,12 @@ struct Match {
   std::size_t pieces = 0;
 };
 
-/// The longest phrase of the table that stands at `at`.
+/// The longest phrase of the table that matches at `at`.
 template <std::size_t N>
 Match longestMatch(const std::vector<Piece>& pieces, std::size_t at, const Rewording (&table)[N]) {
   Match best;
   for (const auto& rewording : table) {
-    // Most words differ in their first letter from most phrases: look there before anything is copied.
+    // Most words differ from most phrases in the first letter: compare it before copying anything.
     const char first = pieces[at].text.front();
     if (first != rewording.from.front() && first != rewording.from.front() - 'a' + 'A') {
       continue;
@@ -280,7 +280,7 @@ Match longestMatch(const std::vector<Piece>& pieces, std::size_t at, const Rewor
   return best;
 }
 
-/// Whether a word between the text `before` and the punctuation `after` is all that its sentence has.
+/// Whether a word between the text `before` and the punctuation `after` is its whole sentence.
 bool isWholeSentence(std::string_view before, std::string_view after) {
   const auto start = before.find_last_not_of(" \t");
   return (start == std::string_view::npos ||
@@ -295,8 +295,8 @@ std::string inCasingOf(std::string_view original, std::string_view replacement) 
   return inCasing(std::string(replacement), casing == Casing::upper && single ? Casing::capitalised : casing);
 }
 
-/// The text with the phrases of a table replaced. A dropped word takes the blank behind it along and hands its capital
-/// letter on.
+/// The text with the phrases of a table replaced. A dropped word takes the blank after it along and passes on its
+/// capital letter.
 template <std::size_t N>
 std::string reworded(std::string_view text, const Rewording (&table)[N]) {
   const auto pieces = scanPieces(text);
@@ -344,7 +344,7 @@ std::string reworded(std::string_view text, const Rewording (&table)[N]) {
   return result;
 }
 
-/// Calls `work` with each line and joins the answers with the line ends as they were.
+/// Calls `work` with each line and joins the results with the original line ends.
 template <class Work>
 std::string lineByLine(std::string_view text, Work work) {
   std::string result;
@@ -361,7 +361,7 @@ std::string lineByLine(std::string_view text, Work work) {
   return result;
 }
 
-/// What stands behind `label` on its line, or nothing.
+/// What follows `label` on its line, or nothing.
 std::string_view lineBehind(std::string_view text, std::string_view label) {
   const auto found = text.find(label);
   if (found == std::string_view::npos) {

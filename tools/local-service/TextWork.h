@@ -25,10 +25,10 @@ enum class Task {
   unknown,         ///< everything that needs a language model
 };
 
-/// Tells the task by the opening words of the prompt, blanks at the front aside.
+/// Recognises the task by the opening words of the prompt, ignoring leading blanks.
 Task taskOf(std::string_view systemPrompt);
 
-/// Answers requests by plain text work, always the same for the same request. Any thread.
+/// Answers requests by plain text processing, always the same for the same request. Any thread.
 class TextWork {
  public:
   explicit TextWork(Spelling& spelling) : spelling_(spelling) {}
@@ -39,10 +39,10 @@ class TextWork {
   Spelling& spelling_;
 };
 
-/// The text, and below it the plain statement that this needs a language model and how to attach one.
+/// The text, and below it a note that this needs a language model and how to attach one.
 std::string withNote(std::string_view text);
 
-// The single works. All keep what is not prose (code, addresses, tags), and all but the last keep the line ends.
+// The single operations. All keep what is not prose (code, addresses, tags), and all but the last keep the line ends.
 
 /// Each line as a title: every word capitalised but conjunctions, articles and short adpositions in the middle.
 std::string titleCased(std::string_view text);
@@ -50,11 +50,11 @@ std::string titleCased(std::string_view text);
 std::string shortened(std::string_view text);
 /// Plain words for long ones.
 std::string simplified(std::string_view text);
-/// Contracted forms, and no "Furthermore," at the front of a sentence.
+/// Contracted forms, and no "Furthermore," at the start of a sentence.
 std::string humanized(std::string_view text);
 /// Sentences begin with a capital letter.
 std::string withSentenceCapitals(std::string_view text);
-/// What stands behind the verb first: "You are strong." is "Strong, you are."
+/// Moves what follows the verb to the front: "You are strong." is "Strong, you are."
 std::string inYodaOrder(std::string_view text);
 /// Emoji for the words that have one.
 std::string withEmojis(std::string_view text);

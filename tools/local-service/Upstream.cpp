@@ -70,7 +70,7 @@ class Upstream::Call {
   Call& operator=(const Call&) = delete;
 
   httplib::Client& client() { return client_; }
-  /// Whether the upstream was stopped before this call could be stopped with it.
+  /// Whether the upstream was stopped before this exchange was registered with it.
   bool tooLate() const { return tooLate_; }
 
   httplib::Request request(const std::string& method, const std::string& path, const std::string& body) const {
@@ -221,7 +221,7 @@ void Upstream::Stream::run(Upstream& upstream, const std::string& body) {
     client_ = &call.client();
   }
   EventStreamReader events;
-  std::string whole;  // an answer that is no event stream
+  std::string whole;  // an answer that is not an event stream
   bool isEventStream = false;
   int status = 0;
 

@@ -19,10 +19,10 @@ class Client;
 namespace quillmark::service {
 
 /// Reads the lines of a chat completions event stream (the "data:" lines of server-sent events, each a JSON chunk, the
-/// last one "[DONE]") and gives the text in them.
+/// last one "[DONE]") and extracts their text.
 class EventStreamReader {
  public:
-  /// The text that the bytes so far complete; bytes may be cut anywhere. Lines that are no chunk give nothing.
+  /// The text that the bytes so far complete; bytes may be cut anywhere. Lines that are not chunks are skipped.
   std::string take(std::string_view bytes);
 
  private:
@@ -45,7 +45,7 @@ class Upstream {
 
   class Stream;
 
-  /// Throws std::invalid_argument for what is no http or https URL.
+  /// Throws std::invalid_argument for anything but an http or https URL.
   explicit Upstream(Settings settings);
   ~Upstream();
 
@@ -53,7 +53,7 @@ class Upstream {
   Answer models();
   std::shared_ptr<Stream> stream(const Json& request);
 
-  /// Breaks off every request under way.
+  /// Aborts every request in progress.
   void stop();
 
  private:
@@ -68,7 +68,7 @@ class Upstream {
   bool stopping_ = false;
 };
 
-/// One streamed answer on its way. The request runs on a thread of its own, so that the status is known before the
+/// One streamed answer in progress. The request runs on a thread of its own, so that the status is known before the
 /// first text.
 class Upstream::Stream {
  public:
@@ -95,7 +95,7 @@ class Upstream::Stream {
   std::thread thread_;
 };
 
-/// The service's form of an error.
+/// An error in the service's format.
 std::string errorBody(const std::string& message);
 
 }  // namespace quillmark::service

@@ -16,7 +16,7 @@ namespace {
 using namespace quillmark;
 
 int serve(service::Service::Settings settings) {
-  // Blocked before any thread starts, so that only the waiting thread takes them.
+  // Blocked before any thread starts, so that only the waiting thread receives them.
   sigset_t ending;
   sigemptyset(&ending);
   sigaddset(&ending, SIGTERM);

@@ -9,9 +9,9 @@
 namespace quillmark {
 namespace {
 
-/// The name as somebody types it, without the flags of languages.
+/// The name as people type it, without flag emoji.
 std::string withoutFlags(std::string name) {
-  constexpr std::string_view letterOfFlag = "\xF0\x9F\x87";  // all of U+1F1E6 to U+1F1FF begin so, with a byte more
+  constexpr std::string_view letterOfFlag = "\xF0\x9F\x87";  // common to U+1F1E6 to U+1F1FF, one more byte follows
   for (auto at = name.find(letterOfFlag); at != std::string::npos; at = name.find(letterOfFlag, at)) {
     name.erase(at, letterOfFlag.size() + 1);
     if (name.compare(at, 1, " ") == 0) {
@@ -21,22 +21,21 @@ std::string withoutFlags(std::string name) {
   return name;
 }
 
-/// What a search looks into: the stored name, with and without flags, and the title that the row shows where that is
-/// another one.
+/// The searched text: the stored name, with and without flags, and the row's title if it differs.
 std::string foldedNames(const Command& command) {
   std::string folded;
   std::string last;
   for (const auto& name : {command.name, withoutFlags(command.name), command.displayName()}) {
     if (name != last) {
       folded += text::foldedForSearch(name);
-      folded += '\n';  // which no search field can hold
+      folded += '\n';  // which no search field can contain
       last = name;
     }
   }
   return folded;
 }
 
-/// Also after the list was rebuilt, when one entry for each language and tone was made anew.
+/// Also after a rebuild of the list, which creates the entries of languages and tones anew.
 bool isSameRow(const Command& a, const Command& b) { return a.id == b.id || (a.type.parameter && a.type == b.type); }
 
 }  // namespace

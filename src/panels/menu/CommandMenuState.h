@@ -15,36 +15,38 @@ namespace quillmark {
 
 class CommandPanelViewModel;
 
-/// What the text in the menu's field is: a search among the commands, or a task of its own.
+/// What the text in the menu's field is: a search among the commands, or a task in the user's own words.
 enum class CommandMenuMode { filter, freestyle };
 
-/// The rows of the command menu and which of them is selected. A view draws them and says what keys and mouse do.
-/// Keys, mouse and selection mean nothing while the menu is closed. Main thread only.
+/// The rows of the command menu and the selected one. A view draws them and reports keys and mouse. Keys, mouse and
+/// selection mean nothing while the menu is closed. Main thread only.
 class CommandMenuState {
  public:
   using Index = KeyPressModifier::Index;
 
-  /// Belongs to this view model, which tells it what is searched in which mode.
+  /// Belongs to this view model, which provides the search text and the mode.
   explicit CommandMenuState(CommandPanelViewModel& viewModel);
   CommandMenuState(const CommandMenuState&) = delete;
   CommandMenuState& operator=(const CommandMenuState&) = delete;
 
-  /// The rows in their order; none in freestyle mode. A row is drawn with the command's icon() and displayName(). They
-  /// point into the store's list and are good until visibleCommandsChanged.
+  /// The rows in their order; none in freestyle mode. A row is drawn with the command's icon() and displayName(). The
+  /// pointers refer to the store's list and are valid until visibleCommandsChanged.
   const std::vector<const Command*>& visibleCommands() const { return visible_; }
-  /// What the arrows count: the rows, or 1 in freestyle mode.
+  /// The number of rows for the arrow keys: 1 in freestyle mode.
   std::size_t itemCount() const;
-  /// The rows are others; the selection follows right after.
+  /// The rows have changed; the selection is updated right after.
   Signal<> visibleCommandsChanged;
 
-  const Observable<Index>& selectedIndex() const { return selectedIndex_; }  ///< by the keyboard; to be in sight
+  const Observable<Index>& selectedIndex() const {
+    return selectedIndex_;
+  }  ///< by the keyboard; must be scrolled into view
   /// The row that the mouse entered last and has not left.
   const Observable<Index>& hoveredIndex() const { return hoveredIndex_; }
   const std::optional<Command>& selectedItem() const { return selectedItem_; }
   /// Whether the row of this command is the selected one.
   bool isSelected(const Command& command) const { return selectedItem_ && selectedItem_->id == command.id; }
 
-  /// What Return runs: the selected row, or the hovered one once that has taken the selection; null for none.
+  /// The command that Return runs: the selected row, or the hovered one once it has taken the selection; null for none.
   const Command* commandOfReturn() const;
 
   /// The mouse has entered this row, or left all rows. A mouse that moves inside its row changes nothing.

@@ -23,10 +23,10 @@
 namespace quillmark {
 
 /// The command menu: its panel, its mode, and the run of what the user chooses. However the panel closes, the menu is
-/// then as it was before it opened and the trigger is forgotten. Main thread only.
+/// reset to its initial state and the trigger is forgotten. Main thread only.
 class CommandPanelViewModel : public CommandPanel {
  public:
-  /// From the choice to the run, so that the key or click that made it is over.
+  /// Delay from the choice to the run, so that its key or click has ended.
   static constexpr Duration triggerDelay = std::chrono::milliseconds(100);
 
   struct Collaborators {
@@ -42,7 +42,7 @@ class CommandPanelViewModel : public CommandPanel {
   explicit CommandPanelViewModel(const Collaborators& collaborators);
 
   const Observable<bool>& isCommandOpen() const { return menuPanel_.isPresented(); }
-  const Observable<std::string>& searchText() const { return searchText_; }  ///< of the field, in both modes
+  const Observable<std::string>& searchText() const { return searchText_; }  ///< the field's text, in both modes
   const Observable<CommandMenuMode>& currentMode() const { return currentMode_; }
 
   void togglePanel(InvocationSource source) override;
@@ -52,13 +52,13 @@ class CommandPanelViewModel : public CommandPanel {
   /// Switches the mode and empties the field.
   void toggleMode();
 
-  /// Closes the menu after the delay, gives the focus back and runs the command. The run is dropped when the menu is
-  /// closed in another way before that; a second choice during the delay is ignored.
+  /// After the delay, closes the menu, restores the focus and runs the command. The run is dropped if the menu is
+  /// closed before that; a second choice during the delay is ignored.
   void triggerCommand(const std::optional<Command>& command);
   /// The same with the text of the field as the task; nothing while the field is empty.
   void executeFreestyle();
 
-  /// The store's list without what is disabled, the most used first. Points into that list.
+  /// The enabled commands of the store's list, the most used first. Points into that list.
   std::vector<const Command*> enabledCommands() const;
 
   const CustomPromptStore& promptStore() const { return collaborators_.promptStore; }

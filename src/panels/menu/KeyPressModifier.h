@@ -9,8 +9,8 @@
 
 namespace quillmark {
 
-/// Looks at the keys that are pressed in a panel: the arrows move a selection, if there is one, and the keys that the
-/// owner wants go to its action. It takes no key away from the view that has the focus. Main thread only.
+/// Observes the keys pressed in a panel: the arrows move a selection, if there is one, and the keys that the owner
+/// wants go to its action. The focused view still gets every key. Main thread only.
 class KeyPressModifier {
  public:
   // Positions of keys, as virtual key codes.
@@ -22,7 +22,7 @@ class KeyPressModifier {
 
   using Index = std::optional<std::size_t>;
 
-  /// `selectedIndex` may be null: then there is no selection and the arrows are no concern of this one.
+  /// `selectedIndex` may be null: then there is no selection and the arrows are ignored.
   KeyPressModifier(std::vector<int> keys, std::function<void(int keyCode)> action,
                    std::function<std::size_t()> itemCount = {}, Observable<Index>* selectedIndex = nullptr);
 

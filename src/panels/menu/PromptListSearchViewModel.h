@@ -9,7 +9,7 @@
 
 namespace quillmark {
 
-/// The search field of a list that is not to be filtered at each key. Main thread only.
+/// The search field of a list that is filtered with a debounce rather than at each key. Main thread only.
 class PromptListSearchViewModel {
  public:
   static constexpr Duration debounce = std::chrono::milliseconds(300);
@@ -18,7 +18,7 @@ class PromptListSearchViewModel {
 
   const Observable<std::string>& searchText() const { return searchText_; }
   void setSearchText(std::string text);
-  /// What the text has been for as long as `debounce`; set only to another text than it holds.
+  /// The text once it has not changed for `debounce`; set only when it differs.
   const Observable<std::string>& debouncedSearchText() const { return debouncedSearchText_; }
 
  private:

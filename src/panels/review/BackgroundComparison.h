@@ -13,7 +13,7 @@
 
 namespace quillmark {
 
-/// The comparison of the two texts that were last asked for, computed in the background. Main thread only.
+/// The comparison of the two texts last passed to compare(), computed in the background. Main thread only.
 template <class Row>
 class BackgroundComparison {
  public:
@@ -23,17 +23,17 @@ class BackgroundComparison {
   BackgroundComparison(BackgroundQueue& background, MainQueue& queue, Calculation calculation)
       : background_(background), queue_(queue), calculation_(calculation) {}
 
-  /// None before the first compare(), and from each call of it until the result is there.
+  /// Null before the first compare(), and after each call until its result arrives.
   const Observable<std::optional<std::vector<Row>>>& rows() const { return rows_; }
 
-  /// Does nothing for the texts of the call before.
+  /// Does nothing for the same texts as in the last call.
   void compare(const std::string& original, const std::string& improved) {
     if (texts_ && texts_->original == original && texts_->improved == improved) {
       return;
     }
     texts_ = std::make_shared<const Texts>(Texts{original, improved});
     rows_.set(std::nullopt);
-    // Texts that have been replaced by then are not worth the work.
+    // Texts that have been replaced meanwhile are not worth the work.
     background_.async([wanted = std::weak_ptr(texts_), calculation = calculation_, &queue = queue_,
                        publish = lifetime_.guard([this](const auto& texts, auto& result) {
                          if (texts == texts_) {

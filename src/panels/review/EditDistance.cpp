@@ -38,7 +38,7 @@ std::optional<std::size_t> EditDistance::within(std::u32string_view a, std::u32s
   a.remove_suffix(suffix);
   b.remove_suffix(suffix);
   if (a.empty()) {
-    return b.size();  // the difference of the lengths, which is within the limit
+    return b.size();  // the difference in length, which is within the limit
   }
   noteRows(a);
   std::optional<std::size_t> distance;
@@ -59,7 +59,7 @@ std::optional<std::size_t> EditDistance::within(std::u32string_view a, std::u32s
 
 void EditDistance::noteRows(std::u32string_view pattern) {
   blockCount_ = (pattern.size() + wordBits - 1) / wordBits;
-  rows_.assign(blockCount_, 0);  // of codes that the pattern does not have
+  rows_.assign(blockCount_, 0);  // for codes that are not in the pattern
   for (std::size_t row = 0; row < pattern.size(); ++row) {
     auto& place = pattern[row] < smallCodes ? smallPlaces_[pattern[row]] : otherPlaces_[pattern[row]];
     if (place == 0) {
@@ -99,7 +99,7 @@ std::optional<std::size_t> EditDistance::inOneBlock(std::u32string_view pattern,
   for (const char32_t code : text) {
     const std::uint64_t equal = *rowsOf(code);
     const std::uint64_t diagonal = (((equal & up) + up) ^ up) | equal;
-    std::uint64_t right = down | ~(diagonal | up);  // rows that are one more than in the column before
+    std::uint64_t right = down | ~(diagonal | up);  // rows whose value is one more than in the previous column
     std::uint64_t left = up & diagonal;             // one less
     last += (right & lastRow) != 0 ? 1 : 0;
     last -= (left & lastRow) != 0 ? 1 : 0;
@@ -108,7 +108,7 @@ std::optional<std::size_t> EditDistance::inOneBlock(std::u32string_view pattern,
     const std::uint64_t vertical = equal | down;
     up = left | ~(vertical | right);
     down = right & vertical;
-    // Each column that is left can take one away.
+    // Each remaining column can reduce the value by one.
     if (last > limit + --columnsLeft) {
       return std::nullopt;
     }

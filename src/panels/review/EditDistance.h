@@ -9,16 +9,16 @@
 
 namespace quillmark {
 
-/// Levenshtein's distance of sequences of numbers: insertion, deletion and substitution at 1 each. Keeps its tables
+/// Levenshtein's distance of sequences of numbers: insertion, deletion and substitution at 1 each. Reuses its tables
 /// from one pair to the next.
 ///
-/// The rows of the matrix are bits of machine words (Myers 1999, Hyyrö 2003). Of long sequences only a band around the
-/// diagonal is looked at, which grows until the distance is inside or the limit is reached (Ukkonen 1985).
+/// The rows of the matrix are bits of machine words (Myers 1999, Hyyrö 2003). For long sequences only a band around the
+/// diagonal is computed, widened until the distance lies inside or the limit is reached (Ukkonen 1985).
 class EditDistance {
  public:
   EditDistance() : smallPlaces_(smallCodes, 0) {}
 
-  /// The distance, if it is not above the limit.
+  /// The distance, or nothing if it exceeds the limit.
   std::optional<std::size_t> within(std::u32string_view a, std::u32string_view b, std::size_t limit);
 
  private:
@@ -33,7 +33,7 @@ class EditDistance {
 
   /// The distance of a pattern of up to 64 codes.
   std::optional<std::size_t> inOneBlock(std::u32string_view pattern, std::u32string_view text, std::size_t limit) const;
-  /// The distance, if no way to it leaves the band by more than its width.
+  /// The distance, if a band of this width is enough to find it.
   std::optional<std::size_t> inBand(std::u32string_view pattern, std::u32string_view text, std::size_t width);
 
   void noteRows(std::u32string_view pattern);
@@ -42,7 +42,7 @@ class EditDistance {
   const std::uint64_t* rowsOf(char32_t code) const;
 
   std::size_t blockCount_ = 0;
-  std::vector<std::uint32_t> smallPlaces_;                   ///< which rows in `rows_` are a code's; 0: those of none
+  std::vector<std::uint32_t> smallPlaces_;  ///< the rows of a code in `rows_`; 0 for a code without rows
   std::unordered_map<char32_t, std::uint32_t> otherPlaces_;  ///< the same for the codes above
   std::vector<std::uint64_t> rows_;
   std::vector<Block> blocks_;

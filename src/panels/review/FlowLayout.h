@@ -7,11 +7,11 @@
 
 namespace quillmark {
 
-/// Boxes one beside the other, in rows that break where the next box would be too wide. Boxes of one row share their
-/// upper edge; one that is wider than all rows has a row of its own and keeps its width. Pure; any thread.
+/// Boxes side by side, wrapped to a new row where the next box would not fit. The boxes of a row are aligned at the
+/// top; one wider than the rows has a row of its own and keeps its width. Pure; any thread.
 struct FlowLayout {
   struct Measure {
-    Size size;                     ///< as wide as the widest row may be, whatever the boxes fill of it
+    Size size;                     ///< always of the full available width, however much the boxes fill
     std::vector<Point> positions;  ///< of each box's top leading corner, x counted from the leading edge
   };
 

@@ -12,7 +12,7 @@ void MarkdownSigns::append(std::string_view chunk) {
   for (std::size_t position = 0; position < chunk.size() && !found_;) {
     const auto c = text::nextCharacter(chunk, position);
     backticks_ = c == '`' ? backticks_ + 1 : 0;
-    // Every one of them has to see the character, so no short cut here.
+    // Every one of them must see the character, so no short-circuit here.
     const bool ends[] = {stars_.ends(c == '*'),  underscores_.ends(c == '_'),
                          code_.ends(c == '`'),   backticks_ == 6,
                          struck_.ends(c == '~'), endsLink(c),

@@ -12,14 +12,14 @@ namespace {
 
 constexpr auto npos = std::string_view::npos;
 
-/// The first place in a text that a style claims.
+/// The first match of a style in a text.
 struct Match {
   std::size_t start;
   std::size_t end;
   std::string text;  ///< of its run
 };
 
-// The searches below never go back: what one has looked at without a match, the next one does not look at again.
+// The searches below never backtrack: what one has scanned without a match, the next one does not scan again.
 
 /// `\*\*([^*]+)\*\*`
 std::optional<Match> findBold(std::string_view text) {
@@ -71,7 +71,7 @@ std::optional<Match> findLink(std::string_view text) {
   }
 }
 
-/// In the order in which they take their part of a text; what lies between the matches of one is left to the next.
+/// In the order in which they are applied; the text between the matches of one is left to the next.
 constexpr struct {
   std::optional<Match> (*find)(std::string_view text);
   MarkdownStyle style;
@@ -98,7 +98,7 @@ void parse(std::string_view rest, std::size_t level, std::vector<MarkdownRun>& r
   parse(rest, level + 1, runs);
 }
 
-/// How long the match of `^\d+\.\s` is; 0 without one.
+/// The length of the match of `^\d+\.\s`; 0 without one.
 std::size_t numberLength(std::string_view line) {
   bool hasDigits = false;
   for (std::size_t position = 0; position < line.size();) {

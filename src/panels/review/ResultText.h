@@ -9,13 +9,13 @@
 
 namespace quillmark {
 
-/// A text that grows at its end and now and then is replaced. Main thread only.
+/// A text that grows at its end and is occasionally replaced. Main thread only.
 class ResultText {
  public:
   const std::string& get() const { return text_; }
   bool empty() const { return text_.empty(); }
 
-  /// Tells nobody when the text is the same.
+  /// Notifies nobody when the text is the same.
   void set(std::string text) {
     if (text == text_) {
       return;
@@ -37,8 +37,8 @@ class ResultText {
     }
   }
 
-  /// The text is another one from byte `kept` on, which is the beginning of a code point; what stands before it is as
-  /// it was.
+  /// The text has changed from byte `kept` on, which is the beginning of a code point; everything before it is
+  /// unchanged.
   Signal<std::size_t> changed;
 
  private:

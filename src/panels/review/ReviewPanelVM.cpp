@@ -11,7 +11,7 @@
 namespace quillmark {
 namespace {
 
-/// Who made a model or offers it, as lists of models write it in front of the name.
+/// The maker or host of a model, as model lists prefix it to the name.
 constexpr const char* modelOrigins[] = {"OpenAI:",  "Anthropic:", "Google:",    "Meta:",      "DeepSeek:",
                                         "Arce AI:", "Cohere:",    "Mistral:",   "Microsoft:", "meta-llama/",
                                         "google/",  "anthropic/", "microsoft/", "x-ai/"};
@@ -64,7 +64,7 @@ void ReviewPanelVM::open(const std::string& newText, const std::string& newIniti
 void ReviewPanelVM::execute(const Command& command, const std::string& textToSend) {
   ++run_;
   loading_.set(true);
-  isStreaming_.set(false);  // it may be the request before that streamed
+  isStreaming_.set(false);  // the previous request may have streamed
   currentCommand_ = command;
   text_.set("");
   hasError_.set(false);
@@ -104,7 +104,7 @@ void ReviewPanelVM::refuse(const Command& command, const RunRefusal& refusal) {
   }
 }
 
-/// Not at once, so that it is seen that something was under way.
+/// Delayed, so that the user sees that something was in progress.
 void ReviewPanelVM::failLater(std::string message) {
   collaborators_.queue.async(lifetime_.guard([this, number = run_, message = std::move(message)] {
     if (number == run_) {

@@ -23,10 +23,10 @@
 
 namespace quillmark {
 
-/// The review session: asks the provider, shows the answer in its panel beside the text that it was made from, and lets
-/// the user apply, copy or discard it, or ask another provider. Nothing stops a request: the answer of a session that
-/// is over is written here unseen, and a request that the user has left for the next one no longer changes anything,
-/// besides the count of its provider. Main thread only.
+/// The review session: asks the provider, shows the answer in its panel beside the original text, and lets the user
+/// apply, copy or discard it, or ask another provider. Requests can't be cancelled: the answer to a closed session is
+/// stored here unseen, and a request abandoned for a newer one changes nothing any more except its provider's count.
+/// Main thread only.
 class ReviewPanelVM : public ReviewSession {
  public:
   struct Collaborators {
@@ -44,26 +44,26 @@ class ReviewPanelVM : public ReviewSession {
     Screens& screens;
   };
 
-  /// What the panel measures inside when it opens.
+  /// The size of the panel's content when it opens.
   static constexpr Size startSize{600, 350};
 
   explicit ReviewPanelVM(const Collaborators& collaborators);
 
-  const ResultText& text() const { return text_; }  ///< what of the answer is there
-  /// What the provider menu shows; reload() takes it.
+  const ResultText& text() const { return text_; }  ///< the answer so far
+  /// The choice in the provider menu, used by reload().
   const Observable<std::optional<Uuid>>& selectedProvider() const { return selectedProvider_; }
-  /// The same for the model menu; an identifier.
+  /// The choice in the model menu, an identifier.
   const Observable<std::optional<std::string>>& selectedModel() const { return selectedModel_; }
   const Observable<std::vector<ProviderModel>>& availableModels() const { return availableModels_; }
   const Observable<bool>& isReviewOpen() const { return panel_.isPresented(); }
-  /// What the user had selected; set only to another text.
+  /// The user's selection; notifies only of a different text.
   const Observable<std::string>& initialText() const { return initialText_; }
-  const Observable<bool>& loading() const { return loading_; }          ///< a request is under way
-  const Observable<bool>& isStreaming() const { return isStreaming_; }  ///< its answer comes in pieces
+  const Observable<bool>& loading() const { return loading_; }          ///< a request is in progress
+  const Observable<bool>& isStreaming() const { return isStreaming_; }  ///< its answer arrives in pieces
   const Observable<bool>& hasError() const { return hasError_; }  ///< there is an error to show and nothing to apply
   const Observable<std::string>& errorMessage() const { return errorMessage_; }
 
-  /// As last run; reload() puts the menus' choice into it.
+  /// The command as last run; reload() applies the menus' choice to it.
   const std::optional<Command>& currentCommand() const { return currentCommand_; }
   FloatingPanel& panel() { return panel_; }
 
@@ -73,18 +73,18 @@ class ReviewPanelVM : public ReviewSession {
 
   /// Runs the command again on the same text, with the provider and the model of the menus.
   void reload();
-  /// Chooses a provider, with its default model; the default provider when there is none of this id. Asks nothing.
+  /// Chooses a provider, with its default model; the default provider for an unknown id. Sends no request.
   void changeProvider(const std::optional<Uuid>& id);
-  /// Asks nothing either.
+  /// Sends no request either.
   void changeModel(std::string identifier) { selectedModel_.set(std::move(identifier)); }
   void updateAvailableModels();
-  /// Whether there is a result to do this with. What has come of an answer can be copied while the rest is under way;
-  /// everything else waits for its end, for half of it would land in the user's text.
+  /// Whether there is a result for this. An incomplete answer can be copied; everything else waits for its end, so that
+  /// no partial answer replaces the user's text.
   bool canApply(ActionBehavior behavior) const;
-  /// Closes the panel, gives the focus back, and does with the text what the behaviour says, if it can.
+  /// Closes the panel, restores the focus, and applies the text by the command's behaviour, if possible.
   void apply(ActionBehavior behavior);
   void discard();
-  /// The one way into the error state. The text stays.
+  /// The only way into the error state. The text is kept.
   void handleError(const std::string& message);
 
   struct ProviderItem {
@@ -99,15 +99,15 @@ class ReviewPanelVM : public ReviewSession {
   };
   std::string providerLabel() const;
   std::vector<ProviderItem> providerItems() const;
-  /// Without what only says whose model it is.
+  /// The model's name without its maker.
   std::string modelLabel() const;
   /// Never empty.
   std::vector<ModelItem> modelItems() const;
-  /// Labels or items may be others.
+  /// Labels or items may have changed.
   Signal<> menusChanged;
 
  private:
-  /// One request, for its callbacks.
+  /// One request, shared by its callbacks.
   struct Run {
     unsigned number;
     bool streams;
@@ -132,7 +132,7 @@ class ReviewPanelVM : public ReviewSession {
   Observable<bool> hasError_;
   Observable<std::string> errorMessage_;
   std::optional<Command> currentCommand_;
-  unsigned run_ = 0;  // the present one
+  unsigned run_ = 0;  // the current one
   Connections connections_;
   Lifetime lifetime_;
 };

@@ -41,7 +41,7 @@ ReviewViewState::ReviewViewState(MainQueue& queue, BackgroundQueue& background, 
     startSizing();
     refresh(viewMode());
   });
-  // The next session may well be about the same text.
+  // The next session may be about the same text.
   connections_ += session_.isReviewOpen().observe([this](bool open) {
     if (!open) {
       startSizing();
@@ -69,7 +69,7 @@ void ReviewViewState::cycle() {
 void ReviewViewState::refresh(ReviewViewMode mode) {
   const bool comparison = comparisonEnabled_ && !session_.initialText()->empty();
   const Shown now{mode, comparison, contentOf(comparison ? mode : ReviewViewMode::text)};
-  // What arrives after the panel has closed is never seen: the next opening is followed by a run.
+  // What arrives after the panel has closed is never seen: a run follows each opening.
   if (session_.isReviewOpen().get()) {
     if (now.content == ReviewContent::lineByLine) {
       lines_.compare(session_.initialText(), session_.text().get());

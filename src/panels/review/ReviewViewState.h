@@ -13,32 +13,32 @@
 
 namespace quillmark {
 
-/// The ways of looking at a result, in the order in which they are offered.
+/// The views of a result, in the order in which they are offered.
 enum class ReviewViewMode { text, styled, lineByLine, wordByWord };
 
 /// In the interface language.
 std::string title(ReviewViewMode mode);
 
-/// What stands above the bar of the review panel.
+/// The content above the review panel's bar.
 enum class ReviewContent {
   text,        ///< the result as it is
-  styled,      ///< the result with its marks drawn
+  styled,      ///< the result with its Markdown drawn
   lineByLine,  ///< ReviewViewState::lines()
   wordByWord,  ///< ReviewViewState::words()
   error,       ///< the session's error message
-  loading,     ///< that an answer is on its way
+  loading,     ///< an answer is being awaited
 };
 
-/// What the review panel's view shows and how large it wants to be; it lives as long as the session and outlasts each
-/// of its rounds. Main thread only.
+/// What the review panel's view shows and how large it wants to be; it lives as long as the session object, through all
+/// its runs. Main thread only.
 class ReviewViewState {
  public:
   static constexpr Size fixedSize = ReviewPanelVM::startSize;
-  static constexpr double startHeight = 250;  ///< in dynamic sizing, before anything is measured
+  static constexpr double startHeight = 250;  ///< with dynamic sizing, before anything is measured
   static constexpr double minTextHeight = 80;
   static constexpr double maxTextHeight = 700;
   static constexpr double heightMargin = 20;
-  static constexpr double textAllowance = 10;  ///< how much of the minimum height is not the text's
+  static constexpr double textAllowance = 10;  ///< the part of the minimum height that is not text
   static constexpr double recenterThreshold = 50;
   static constexpr Duration recenterDelay = std::chrono::milliseconds(100);
   static constexpr double maxHeightShare = 0.8;  ///< of the visible height of the main screen
@@ -55,21 +55,21 @@ class ReviewViewState {
   /// Whether the user has a choice of modes. Without one the text is shown, whatever the mode.
   bool offersComparison() const { return shown_.offersComparison; }
   ReviewContent content() const { return shown_.content; }
-  /// One of the three above is another one. While the panel is open, the comparison to show has been asked for then.
+  /// One of the three above has changed. While the panel is open, the comparison it shows has been requested by then.
   Signal<> contentChanged;
 
   double minWidth() const { return minSize_.width; }
   double minHeight() const { return minSize_.height; }
-  /// What the panel's content must at least measure: the above, or a fixed size.
+  /// The minimum size of the panel's content: the above, or a fixed size.
   Size minimumSize() const { return sizing_ == ReviewWindowSizing::fixed ? fixedSize : minSize_; }
   std::optional<double> maxHeight() const;
-  /// What the panel's content should measure, which is never less than it measures already: the minimum, and in dynamic
-  /// sizing high enough for a text with `around` above and below it, up to the maximum.
+  /// The preferred size of the panel's content, never smaller than its current size: the minimum and, with dynamic
+  /// sizing, high enough for a text with `around` above and below it, up to the maximum.
   Size panelSize(double around) const;
   Size lastRecenterSize() const { return lastRecenterSize_; }
-  /// To be called after each layout with the size of the drawn text; takes effect with the queue's next turn.
+  /// Call after each layout with the size of the drawn text; takes effect in a later block of the queue.
   void measured(Size sizeOfText);
-  /// minWidth(), minHeight() or minimumSize() is another one.
+  /// minWidth(), minHeight() or minimumSize() has changed.
   Signal<> sizeChanged;
 
  private:

@@ -13,9 +13,9 @@
 namespace quillmark {
 namespace {
 
-constexpr double leastSimilarity = 0.6;   // of lines
-constexpr std::size_t lineLookAhead = 3;  // the window ends before this
-constexpr double wordDifference = 0.4;    // from here on, words are different ones
+constexpr double leastSimilarity = 0.6;   // for two lines to count as one modified line
+constexpr std::size_t lineLookAhead = 3;  // exclusive end of the window
+constexpr double wordDifference = 0.4;    // from here on, two words are unrelated
 constexpr std::size_t wordLookAhead = 5;
 constexpr std::size_t longestLine = 80;
 
@@ -29,7 +29,7 @@ std::size_t greatest(std::size_t length, const std::function<bool(double)>& hold
   return low;
 }
 
-/// How far two lines may be apart whose longer one has this length.
+/// The greatest distance of similar lines, by the length of the longer one.
 std::size_t lineLimit(std::size_t length) {
   return greatest(length, [longer = static_cast<double>(length)](double distance) {
     return 1.0 - distance / longer >= leastSimilarity;
@@ -160,7 +160,7 @@ class LineComparison {
 /// The tokens of one text: words, and line feeds in the place of line breaks.
 struct Tokens {
   struct Token {
-    std::string_view word;  ///< of the text; empty for a line feed
+    std::string_view word;  ///< points into the text; empty for a line feed
     std::u32string_view codes;
     std::string text() const { return word.empty() ? "\n" : std::string(word) + ' '; }
     friend bool operator==(const Token& a, const Token& b) { return a.hash == b.hash && a.codes == b.codes; }
@@ -179,7 +179,7 @@ struct Tokens {
     };
     for (std::size_t i = 0; i < codes.size(); ++i) {
       if (codes[i] > U' ' && codes[i] < 0x7F) {
-        continue;  // most of them, told without a closer look
+        continue;  // most of them, decided without computing a distance
       }
       const auto first = text.substr(graphemes.starts[i]);
       if (text::startsWithWhitespace(first)) {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-/// The comparison of a text with its improved version: greedy forward scans with a short look ahead, made for reworded
+/// The comparison of a text with its improved version: greedy forward scans with a short look-ahead, tuned for reworded
 /// prose. Lengths count user-perceived characters, and texts are equal when they are canonically equivalent. All of it
 /// is pure; any thread.
 namespace quillmark {
@@ -26,9 +26,9 @@ enum class DiffType { unchanged, deleted, added, modified };
 
 /// One token of the comparison by words.
 struct DiffElement {
-  std::string text;  ///< a word with one blank behind it, or a line feed
+  std::string text;  ///< a word followed by one blank, or a line feed
   DiffType type = DiffType::unchanged;
-  std::optional<std::string> originalText = std::nullopt;  ///< the old word of a modified one
+  std::optional<std::string> originalText = std::nullopt;  ///< the old word of a modified element
   friend bool operator==(const DiffElement&, const DiffElement&) = default;
 };
 
@@ -37,11 +37,11 @@ std::vector<DiffElement> calculateWordDiff(const std::string& original, const st
 /// The lines of a text: its own, or else its sentences, or else the parts between its commas, or else pieces of up to
 /// 80 characters. Never empty, except for a text of several blank lines.
 std::vector<std::string> splitIntoLines(const std::string& text);
-/// Each word with one blank behind it, each line break as a line feed.
+/// Each word followed by one blank, each line break as a line feed.
 std::vector<std::string> tokenize(const std::string& text);
 std::size_t levenshteinDistance(const std::string& a, const std::string& b);
-/// The elements in rows, cut at the line feeds, which are left out. Runs of line feeds make no empty rows, except for
-/// one at the very start.
+/// The elements in rows, split at the line feeds, which are left out. Runs of line feeds make no empty rows, except one
+/// at the very start.
 std::vector<std::vector<DiffElement>> groupIntoLines(const std::vector<DiffElement>& elements);
 
 }  // namespace quillmark

@@ -11,7 +11,7 @@ void openInBrowser(const std::string& url) {
   QProcess opener;
   opener.setProgram(QStringLiteral("xdg-open"));
   opener.setArguments({QString::fromStdString(url)});
-  // The language that was chosen for this program is not the other one's.
+  // The language chosen for this program does not apply to the browser.
   auto environment = QProcessEnvironment::systemEnvironment();
   const auto language = localization::languageOfEnvironment();
   if (language) {

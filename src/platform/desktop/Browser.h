@@ -4,7 +4,7 @@
 
 namespace quillmark {
 
-/// Opens a page in the user's browser; a log line says when there is none.
+/// Opens a page in the user's browser; writes a log line when that is not possible.
 void openInBrowser(const std::string& url);
 
 }  // namespace quillmark

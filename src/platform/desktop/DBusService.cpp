@@ -81,7 +81,7 @@ bool DBusService::handleMessage(const QDBusMessage& message, const QDBusConnecti
   if (message.type() != QDBusMessage::MethodCallMessage) {
     return false;
   }
-  // A call may leave out the interface; the standard ones are the toolkit's to answer.
+  // A call may omit the interface; the standard interfaces are answered by the toolkit.
   if (!message.interface().isEmpty() && message.interface() != name) {
     return false;
   }

@@ -7,12 +7,12 @@
 
 namespace quillmark {
 
-/// What other programs may ask of the running one: object /org/quillmark/Quillmark, interface org.quillmark.Quillmark.
+/// The interface of the running program for others: object /org/quillmark/Quillmark, interface org.quillmark.Quillmark.
 ///
 ///   Activate(as arguments)   a second start hands over its command line, without the program's name
 ///   RunCommand(s slug)       error org.quillmark.Quillmark.Error.NoSuchCommand when there is none
 ///   OpenCommandMenu()
-///   Service(s text)          a text that the user sends from another program: opens the command menu
+///   Service(s text)          a text sent by the user from another program: opens the command menu
 ///
 /// The handlers run on the main thread; the caller gets the answer when they return.
 class DBusService : public QDBusVirtualObject {

@@ -23,7 +23,7 @@ QVariant unwrapped(QVariant value) {
   return value;
 }
 
-/// Three parts between 0 and 1; others mean that there is none.
+/// Three components between 0 and 1; any others mean that there is no colour.
 std::optional<QColor> colourOf(const QVariant& value) {
   if (!value.canConvert<QDBusArgument>()) {
     return std::nullopt;
@@ -52,7 +52,7 @@ DesktopAppearance::DesktopAppearance(QDBusConnection bus, std::function<void(con
   askSoon_.setSingleShot(true);
   askSoon_.setInterval(0);
   QObject::connect(&askSoon_, &QTimer::timeout, &askSoon_, [this] { ask(); });
-  // Several settings often change at once; the timer gathers them.
+  // Several settings often change at once; the timer coalesces them.
   bus_.connect(portal, path, interface, QStringLiteral("SettingChanged"), &askSoon_, SLOT(start()));
   ask();
 }

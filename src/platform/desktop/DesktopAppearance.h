@@ -8,8 +8,8 @@
 
 namespace quillmark {
 
-/// What the desktop wishes of the looks of programs, by the settings portal of the session bus
-/// (org.freedesktop.appearance); nothing where there is no portal. Asks without waiting and follows every change.
+/// The desktop's preferences for the appearance of programs, from the settings portal on the session bus
+/// (org.freedesktop.appearance); none where there is no portal. Never blocks, and follows every change.
 class DesktopAppearance {
  public:
   enum class ColorScheme { light, dark };
@@ -19,7 +19,7 @@ class DesktopAppearance {
     friend bool operator==(const Wishes&, const Wishes&) = default;
   };
 
-  /// `changed` gets all wishes each time that one becomes known or another one.
+  /// `changed` is called with all preferences each time one becomes known or changes.
   DesktopAppearance(QDBusConnection bus, std::function<void(const Wishes&)> changed);
 
  private:

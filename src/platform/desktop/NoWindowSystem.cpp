@@ -24,7 +24,7 @@ class NoKeyInjector : public KeyInjector {
   void post(std::span<const KeyboardEvent>) override {}
 };
 
-/// Refuses none by its signal: that would be an alert for each, with advice that helps nobody here.
+/// Never emits a refusal, which would show an alert per hot key, with advice that does not help here.
 class NoHotKeys : public HotKeys {
  public:
   void registerHotKey(const std::string& name, const KeyCombination&) override {
@@ -49,7 +49,7 @@ class ToolkitScreens : public Screens {
     for (const QScreen* screen : QGuiApplication::screens()) {
       const auto points = [scale = screen->devicePixelRatio(),
                            corner = screen->geometry().topLeft()](const QRect& area) {
-        // The toolkit leaves the corner of a screen in pixels.
+        // The toolkit gives the corner of a screen in pixels.
         const QPointF origin = QPointF(corner) / scale + QPointF(area.topLeft() - corner);
         return Rect{{origin.x(), origin.y()}, {double(area.width()), double(area.height())}};
       };

@@ -4,8 +4,8 @@
 
 namespace quillmark {
 
-/// The set for a session whose window system gives us nothing: no keys, no pasteboard, no application in front. Screens
-/// and windows are what the toolkit makes of them. A set that has only some of the adapters takes the others from here.
+/// The adapters for a session whose window system offers nothing: no keys, no pasteboard, no application in front.
+/// Screens and windows are the toolkit's. A window system with only some adapters takes the others from here.
 class NoWindowSystem : public WindowSystem {
  public:
   NoWindowSystem();

@@ -30,7 +30,7 @@ QScreen* screenOfPointer() {
   return screen ? screen : QGuiApplication::primaryScreen();
 }
 
-/// A sign that looks the same on every desktop: not all of them bring pictures for it.
+/// An icon that looks the same on every desktop: not all themes have one.
 QPixmap makeSign(AlertStyle style, qreal scale) {
   const bool warning = style == AlertStyle::warning;
   QPixmap picture(QSize(iconSide, iconSide) * scale);
@@ -47,7 +47,7 @@ QPixmap makeSign(AlertStyle style, qreal scale) {
   } else {
     painter.drawEllipse(QPointF(20, 20), 15, 15);
   }
-  // The mark of the one sign is that of the other one, upside down.
+  // The "i" is the "!" upside down.
   const qreal dot = warning ? 30.5 : 12;
   painter.setPen(QPen(mark, 4, Qt::SolidLine, Qt::RoundCap));
   painter.drawLine(warning ? QLineF(20, 15, 20, 23.5) : QLineF(20, 19, 20, 28.5));
@@ -126,7 +126,7 @@ class QtAlerts::Window : public QDialog {
     body->addWidget(icon, 0, Qt::AlignTop);
     body->addLayout(text);
 
-    // In the order of importance from the right, where the pointer ends.
+    // In order of importance from the right.
     auto* const buttons = new QHBoxLayout;
     buttons->setSpacing(8);
     buttons->addStretch();
@@ -167,7 +167,7 @@ QtAlerts::~QtAlerts() = default;
 
 void QtAlerts::present(const Alert& alert, Closed closed) {
   Window* const window = windows_.insert(std::make_unique<Window>(alert)).first->get();
-  // Another application's window is the window manager's affair.
+  // Focus of another application's window is up to the window manager.
   const auto panel = std::ranges::find_if(panels_, &QtPanelWindow::hasKeyboard);
   QtPanelWindow* const before = panel == panels_.end() ? nullptr : *panel;
   QObject::connect(window, &QDialog::finished, window, [this, window, before, closed = std::move(closed)](int button) {

@@ -9,12 +9,12 @@
 
 namespace quillmark {
 
-/// Alerts as windows of their own. Several can stand at a time; presenting one never waits for the user.
+/// Alerts as windows of their own. Several can be open at a time; presenting one never blocks.
 class QtAlerts : public Alerts {
  public:
-  /// One of the panels that has the keyboard when an alert comes gets it back afterwards.
+  /// If one of the panels has the keyboard when an alert is shown, it gets it back afterwards.
   QtAlerts(WindowHints& hints, std::vector<QtPanelWindow*> panels);
-  /// Takes down what still stands, without calling back.
+  /// Closes the open alerts without calling back.
   ~QtAlerts() override;
 
   void present(const Alert& alert, Closed closed) override;

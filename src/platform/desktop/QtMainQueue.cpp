@@ -24,7 +24,7 @@ void QtMainQueue::wake() {
 
 bool QtMainQueue::event(QEvent* event) {
   if (event->type() == wakeEvent) {
-    // Before the blocks run: what comes in meanwhile has to wake again.
+    // Before the blocks run: what is queued meanwhile must wake the loop again.
     wakePosted_ = false;
     runAndRearm();
     return true;
@@ -39,7 +39,7 @@ bool QtMainQueue::event(QEvent* event) {
 void QtMainQueue::runAndRearm() {
   timer_.stop();
   if (inside_) {
-    return;  // an event loop inside a block: what is due waits for that block, and a timer would only spin
+    return;  // an event loop runs inside a block: what is due waits for that block, and a timer would only spin
   }
   inside_ = true;
   runReady();

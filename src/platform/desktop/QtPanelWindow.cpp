@@ -16,7 +16,7 @@ namespace quillmark {
 namespace {
 
 constexpr int shadowWidth = 20;
-constexpr int shadowDrop = 4;  ///< how far it lies below the window
+constexpr int shadowDrop = 4;  ///< vertical offset below the window
 constexpr int grip = 6;        ///< width of the edges that can be dragged
 
 Qt::WindowFlags flagsFor(QtPanelWindow::Kind kind) {
@@ -26,8 +26,8 @@ Qt::WindowFlags flagsFor(QtPanelWindow::Kind kind) {
              : common | Qt::Tool;
 }
 
-/// Our points are pixels over the scale, on the whole desktop. The toolkit's are so only within a screen, whose own
-/// corner it leaves in pixels.
+/// Our points are pixels divided by the scale, on the whole desktop. The toolkit's are so only within a screen, whose
+/// corner it gives in pixels.
 QPoint toolkitPoint(Point point) {
   for (const QScreen* screen : QGuiApplication::screens()) {
     const qreal scale = screen->devicePixelRatio();
@@ -40,14 +40,14 @@ QPoint toolkitPoint(Point point) {
   return {qRound(point.x), qRound(point.y)};
 }
 
-/// What of the shadow shows: the margin around the content, and what its round corners leave free.
+/// The visible part of the shadow: the margin around the content, and what its round corners leave free.
 QRegion shadowedPart(const QRect& window, const QRect& content, int radius) {
   return QRegion(window) - content.adjusted(1, radius, -1, -radius) - content.adjusted(radius, 1, -radius, -1);
 }
 
 void drawShadow(QPainter& painter, const QRectF& content, double radius) {
   painter.setPen(Qt::NoPen);
-  // Rings that lie on each other add up to a shade that grows towards the window.
+  // Overlapping rings add up to a shade that darkens towards the window.
   for (int ring = shadowWidth - shadowDrop; ring > 0; --ring) {
     const double nearness = 1 - double(ring) / (shadowWidth - shadowDrop);
     painter.setBrush(QColor::fromRgbF(0, 0, 0, static_cast<float>(0.03 * nearness * nearness)));
@@ -61,7 +61,7 @@ void drawShadow(QPainter& painter, const QRectF& content, double radius) {
 QtPanelWindow::QtPanelWindow(WindowHints& hints, Kind kind, int cornerRadius)
     : QWidget(nullptr, flagsFor(kind)), hints_(hints), kind_(kind), cornerRadius_(cornerRadius) {
   setAttribute(Qt::WA_QuitOnClose, false);
-  // Also without a compositor, which can come later: a window can't gain translucency after it is made.
+  // Even without a compositor, which may start later: a window can't become translucent after it is created.
   setAttribute(Qt::WA_TranslucentBackground);
   if (kind == Kind::indicator) {
     setAttribute(Qt::WA_ShowWithoutActivating);
@@ -72,12 +72,12 @@ QtPanelWindow::QtPanelWindow(WindowHints& hints, Kind kind, int cornerRadius)
     setMouseTracking(true);
     activeWindows_ = hints_.activeWindow.connect([this](WId window) { activeWindowIs(window); });
   }
-  winId();  // makes the native window now rather than at the first show
+  winId();  // creates the native window now rather than at the first show
 }
 
 void QtPanelWindow::setContent(QWidget& content) {
   layout()->addWidget(&content);
-  content.setMouseTracking(true);  // so that its edges tell of the pointer
+  content.setMouseTracking(true);  // so that its edges report the pointer
   setFocusProxy(&content);
   setWindowTitle(content.windowTitle());
 }
@@ -131,7 +131,7 @@ void QtPanelWindow::makeKeyAndOrderFront() {
 }
 
 void QtPanelWindow::close() {
-  // Closing would give up the native window, and the next show would have to wait for a new one.
+  // Closing would destroy the native window, and the next show would have to wait for a new one.
   hide();
 }
 
@@ -166,7 +166,7 @@ void QtPanelWindow::resizeEvent(QResizeEvent* event) {
 
 void QtPanelWindow::paintEvent(QPaintEvent* event) {
   if (!std::exchange(drawn_, true)) {
-    // What lies on this ground is drawn with it, but after it.
+    // The widgets on this background are painted in the same pass, but after it.
     QMetaObject::invokeMethod(
         this, [] { trace::mark(trace::panelDrawn); }, Qt::QueuedConnection);
   }
@@ -180,14 +180,14 @@ void QtPanelWindow::paintEvent(QPaintEvent* event) {
   const double hairline = 1 / devicePixelRatioF();
   const QRectF content = contentRect();
   painter.setRenderHint(QPainter::Antialiasing, translucent_);
-  // Not under the content, where so many layers would take longer to draw than all that lies on them.
+  // Not under the content, where so many layers would take longer to paint than the content itself.
   if (const auto part = shadowedPart(rect(), contentRect(), cornerRadius_) & event->region();
       translucent_ && !part.isEmpty()) {
     painter.setClipRegion(part);
     drawShadow(painter, content, cornerRadius_);
     painter.setClipping(false);
   }
-  // Without a shadow the edge alone tells the panel from a window of the same colour behind it.
+  // Without a shadow only the edge separates the panel from a window of the same colour behind it.
   QColor edge = palette().color(translucent_ ? QPalette::Mid : QPalette::PlaceholderText);
   edge.setAlphaF(translucent_ ? 1.0F : 0.6F);
   painter.setPen(QPen(edge, hairline));

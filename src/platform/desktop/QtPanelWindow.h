@@ -7,13 +7,13 @@
 
 namespace quillmark {
 
-/// The frameless window behind a floating panel; its content is a child widget. Where a compositor runs its corners are
-/// rounded, and a panel throws a soft shadow; where none does it is opaque, with a hairline around a panel.
+/// The frameless window behind a floating panel; its content is a child widget. With a compositor its corners are
+/// rounded and a panel has a soft shadow; without one it is opaque, and a panel has a hairline around it.
 class QtPanelWindow : public QWidget, public PanelWindow {
  public:
   enum class Kind {
-    indicator,  ///< never takes the keyboard, lets clicks through
-    panel,      ///< takes the keyboard when asked to, can be dragged by its background
+    indicator,  ///< never takes the keyboard; clicks pass through
+    panel,      ///< takes the keyboard when told to; can be dragged by its background
   };
 
   QtPanelWindow(WindowHints& hints, Kind kind, int cornerRadius);
@@ -26,19 +26,19 @@ class QtPanelWindow : public QWidget, public PanelWindow {
   void moveTopLeft(Point corner) override;
   void orderFront() override;
   void close() override;
-  /// See WindowHints::markAsPanel for how the application in front stays what it is.
+  /// See WindowHints::markAsPanel for how the application in front stays active.
   void makeKeyAndOrderFront() override;
   Size contentSize() const override;
   void setContentSize(Size size) override;
 
-  /// Whether it is shown and has the keyboard, or has been given it a moment ago.
+  /// Whether it is shown and has the keyboard or has just been given it.
   bool hasKeyboard() const { return isVisible() && wantsKeyboard_; }
 
-  /// Whether what is drawn half transparent shows what is behind the window. Settled anew before each show.
+  /// Whether translucent parts show what is behind the window. Determined again before each show.
   bool translucent() const { return translucent_; }
 
  protected:
-  /// The ground under everything.
+  /// The background colour.
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
@@ -60,8 +60,8 @@ class QtPanelWindow : public QWidget, public PanelWindow {
   int shadow_ = 0;  ///< width of the margin around the content
   bool translucent_ = false;
   bool resizable_ = false;
-  bool dragged_ = false;        ///< since it was last told where to be
-  bool wantsKeyboard_ = false;  ///< has been given it, and no other window has taken it since
+  bool dragged_ = false;        ///< since it was last positioned
+  bool wantsKeyboard_ = false;  ///< has been given the keyboard, and no other window has taken it since
   bool main_ = false;           ///< is or was the desktop's active window since it was shown
   bool drawn_ = false;          ///< since it was shown
   Connection activeWindows_;

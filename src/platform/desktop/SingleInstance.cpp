@@ -20,11 +20,11 @@ SingleInstance::Start SingleInstance::claim(QDBusConnection bus, DBusService& se
     list << QString::fromStdString(argument);
   }
 
-  // The other one may be just leaving, between our asking for the name and our call.
+  // The other instance may have quit between our request for the name and our call.
   constexpr int attempts = 3;
   QString failure;
   for (int attempt = 0; attempt < attempts; ++attempt) {
-    // The object before the name: whoever sees the name finds the object.
+    // The object before the name: a client that sees the name finds the object.
     bus.registerVirtualObject(DBusService::path, &service);
     const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> named = bus.interface()->registerService(
         DBusService::name, QDBusConnectionInterface::DontQueueService, QDBusConnectionInterface::DontAllowReplacement);

@@ -8,13 +8,13 @@ namespace quillmark {
 
 class DBusService;
 
-/// One running program for each session bus.
+/// At most one running instance per session bus.
 class SingleInstance {
  public:
   enum class Start {
-    first,       ///< this is the one; `service` answers on the bus from now on
-    handedOver,  ///< another one runs and has taken the arguments: leave
-    noAnswer,    ///< another one runs but did not take them: leave, and say so by the exit code
+    first,       ///< this is the only one; `service` answers on the bus from now on
+    handedOver,  ///< another one runs and has taken the arguments: exit
+    noAnswer,    ///< another one runs but did not take them: exit with a failure
   };
 
   /// Without a session bus every start is the first. Blocks while it hands over, 5 s at most.

@@ -6,11 +6,11 @@
 
 namespace quillmark {
 
-/// Calls a function on the main thread whenever a descriptor has something to read, for as long as the watch lives.
+/// Calls a function on the main thread whenever a descriptor is readable, for as long as the watch lives.
 class SocketWatch {
  public:
-  /// Connections that read ahead while they await a reply hold events of which the descriptor knows nothing: these are
-  /// to be looked at before the event loop goes to sleep, too.
+  /// `readableAndBeforeSleep` also calls it each time before the event loop sleeps: a connection that reads ahead while waiting for a reply
+  /// buffers events that no longer make the descriptor readable.
   enum class When { readable, readableAndBeforeSleep };
 
   SocketWatch(int descriptor, std::function<void()> ready, When when = When::readable);

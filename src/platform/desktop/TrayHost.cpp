@@ -34,7 +34,7 @@ class TrayHost::Notifier {
     watcher_.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
     QObject::connect(&watcher_, &QDBusServiceWatcher::serviceOwnerChanged, &watcher_, [this] { ask(); });
 
-    // A bus signal can only be led to a slot that the toolkit knows by name: the timer has one.
+    // A bus signal can only be connected to a slot that the toolkit knows by name: the timer has one.
     again_.setSingleShot(true);
     QObject::connect(&again_, &QTimer::timeout, &again_, [this] { ask(); });
     for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
@@ -66,7 +66,7 @@ class TrayHost::Notifier {
   QDBusConnection bus_ = QDBusConnection::sessionBus();
   QDBusServiceWatcher watcher_;
   QTimer again_;
-  std::unique_ptr<QDBusPendingCallWatcher> pending_;  // a new question drops the answer to an older one
+  std::unique_ptr<QDBusPendingCallWatcher> pending_;  // a new call drops the reply to an older one
   bool answered_ = false;
   bool present_ = false;
 };
@@ -97,7 +97,7 @@ void TrayHost::update() {
       available.set(true);
     }
   } else if (embedder) {
-    // A desktop that is coming up brings both kinds of host, in any order.
+    // A starting desktop brings up both kinds of host, in any order.
     if (!available.get() && !settle_.isActive()) {
       settle_.start(1s);
     }

@@ -9,19 +9,19 @@
 namespace quillmark {
 
 /// Knows whether anything on this desktop shows tray icons: a StatusNotifierItem host (freedesktop.org draft) on the
-/// session bus, or a tray manager of the window system. Finds out without the toolkit's tray class, which settles on
-/// the older protocol for good when it is touched before a host of the newer one is there.
+/// session bus, or a tray manager of the window system. Does not use the toolkit's tray class, which settles on the
+/// older protocol for good when it is used before a host of the newer one appears.
 class TrayHost {
  public:
-  /// The answer comes through the event loop: `available` starts as false.
+  /// The answer comes through the event loop; until then `available` is false.
   explicit TrayHost(WindowHints& hints);
   TrayHost(const TrayHost&) = delete;
   TrayHost& operator=(const TrayHost&) = delete;
   ~TrayHost();
 
-  /// A host can come late, never, or go and come again.
+  /// A host can appear late, disappear and come back.
   Observable<bool> available;
-  /// Whether a StatusNotifierItem host is there: it draws the menus itself, in its own colours.
+  /// Whether there is a StatusNotifierItem host, which draws menus itself, in its own colours.
   bool drawsMenus() const;
 
  private:

@@ -6,8 +6,8 @@
 
 namespace quillmark {
 
-/// What our windows and our tray icon ask of the window system beyond what the toolkit asks for them. This class itself
-/// stands for a window system that does no more than the toolkit asks for. Main thread only.
+/// What our windows and tray icon need of the window system beyond what the toolkit does for them. This base class is
+/// for a window system that offers nothing more. Main thread only.
 class WindowHints {
  public:
   WindowHints() = default;
@@ -18,22 +18,22 @@ class WindowHints {
   /// Rounded corners and translucency need a compositor.
   virtual bool compositorRunning() const { return true; }
 
-  /// Makes the window known as a floating panel, above the others, on all desktops, in no task bar or pager. A window
-  /// manager forgets most of it when the window closes: call it before each show.
+  /// Marks the window as a floating panel: above the others, on all desktops, in no task bar or pager. Window managers
+  /// forget most of this when the window closes: call it before each show.
   virtual void markAsPanel(QWidget& /*window*/) {}
 
-  /// Says that a margin of this many points around the window is shadow: it takes no clicks, and window managers don't
-  /// count it as part of the window. To be called again when the size changes.
+  /// Declares a margin of this many points around the window as shadow: it takes no clicks, and window managers don't
+  /// count it as part of the window. Call it again when the size changes.
   virtual void setShadow(QWidget& /*window*/, int /*margin*/) {}
 
-  /// Raises a visible window and gives it the keyboard, also where the window manager guards against windows that push
-  /// themselves to the front: this is always the answer to something that the user did.
+  /// Raises a visible window and gives it the keyboard, even where the window manager prevents focus stealing: this
+  /// always follows an action of the user.
   virtual void bringToFront(QWidget& window);
 
-  /// The desktop has another active window (QWidget::winId() where it is ours), or has had none for a while (0).
+  /// The desktop's active window has changed (QWidget::winId() if it is ours), or there has been none for a while (0).
   Signal<WId> activeWindow;
 
-  /// Whether there is something that embeds tray icons by a protocol of the window system.
+  /// Whether anything embeds tray icons by a protocol of the window system.
   virtual bool trayManagerRunning() const { return false; }
   Signal<> trayManagerChanged;
 };

@@ -7,9 +7,9 @@
 
 namespace quillmark {
 
-/// An ordinary window of this program with a title bar that can only be closed, such as the one that greets a new user.
-/// Unlike a floating panel it counts as an activation of the program. It can be dragged by its background and stays
-/// alive when it is closed.
+/// An ordinary window of this program whose title bar has only a close button, such as the first-run window. Unlike a
+/// floating panel it counts as an activation of the program. It can be dragged by its background and is kept when
+/// closed.
 class WindowPanel : public QWidget {
  public:
   /// The content becomes a child of the window and gives it its size.

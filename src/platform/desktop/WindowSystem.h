@@ -15,7 +15,7 @@
 
 namespace quillmark {
 
-/// All adapters to the window system of the session, as one set: they share a connection and know of each other.
+/// All adapters to the session's window system, as one set: they share a connection and depend on each other.
 class WindowSystem {
  public:
   WindowSystem() = default;
@@ -31,12 +31,12 @@ class WindowSystem {
   virtual Permissions& permissions() = 0;
   virtual WindowHints& windowHints() = 0;
 
-  /// A sentence for the user when this session leaves the program without what it is for.
+  /// A sentence for the user when the program can't do its work in this session.
   virtual std::optional<std::string> problem() const { return std::nullopt; }
 };
 
-/// Looks at the session and makes the set that fits it. Needs the QApplication. `ownIdentifier` is what the workspace
-/// answers as the bundle identifier of this process.
+/// Detects the session's window system and makes its adapters. Needs the QApplication. `ownIdentifier` is the bundle
+/// identifier that the workspace reports for this process.
 std::unique_ptr<WindowSystem> openWindowSystem(MainQueue& queue, const std::string& ownIdentifier);
 
 }  // namespace quillmark

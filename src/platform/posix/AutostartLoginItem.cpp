@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::string_view entryGroup = "[Desktop Entry]";
 
-/// The keys of the main group without those of a language.
+/// The keys of the main group, localised ones left out.
 std::map<std::string, std::string> readEntry(const std::string& file) {
   std::map<std::string, std::string> keys;
   std::ifstream stream(file);
@@ -61,7 +61,7 @@ Expected<void, std::string> write(const std::string& file, const std::string& co
 }  // namespace
 
 std::string desktopEntryExec(const std::string& program) {
-  // In a quoted argument a backslash stands before these; the string that holds it then doubles each backslash.
+  // A quoted argument escapes these with a backslash; the string value then doubles each backslash.
   std::string quoted;
   for (const char c : program) {
     switch (c) {

@@ -87,7 +87,7 @@ bool isHashedDirectory(const char* directory) {
   return false;
 }
 
-/// One sentence for the user. `detail` is what the library noted, `url` where the request had come to.
+/// One sentence for the user. `detail` is the library's own message, `url` the last one requested.
 std::string describe(CURLcode code, const std::string& detail, const std::string& url) {
   switch (code) {
     case CURLE_COULDNT_CONNECT:
@@ -118,7 +118,7 @@ std::string describe(CURLcode code, const std::string& detail, const std::string
 
 }  // namespace
 
-/// One request under way. Once submitted it lives on the session's thread.
+/// One request in flight. Once submitted it belongs to the session's thread.
 class CurlHttpSession::Transfer {
  public:
   Transfer(CurlHttpSession& session, HttpRequest request, HttpHandlers handlers)
@@ -144,14 +144,14 @@ class CurlHttpSession::Transfer {
     return {describe(code, errorText_[0] == '\0' ? curl_easy_strerror(code) : errorText_.data(), effectiveUrl())};
   }
 
-  /// The end of the transfer, as the library tells it.
+  /// The end of the transfer, as reported by the library.
   void finish(CURLcode code) { complete(code == CURLE_OK || isDropped_ ? std::nullopt : std::optional(failure(code))); }
 
   CURL* handle() const { return easy_.get(); }
   CurlHttpOptions::Clock::time_point deadline() const { return lastActivity_ + request_.patience; }
 
  private:
-  /// Runs a handler unless the session is ending. Nothing gets past: the caller is the library, which is C.
+  /// Runs a handler unless the session is ending. No exception gets out: the caller is the library, which is C.
   template <class Call>
   void call(Call&& handler) noexcept {
     if (session_.stopping_) {
@@ -166,7 +166,7 @@ class CurlHttpSession::Transfer {
     }
   }
 
-  /// Where the request has come to, by redirects.
+  /// The URL after any redirects.
   std::string effectiveUrl() const {
     const char* url = nullptr;
     curl_easy_getinfo(easy_.get(), CURLINFO_EFFECTIVE_URL, &url);
@@ -193,7 +193,7 @@ class CurlHttpSession::Transfer {
   HttpRequest request_;
   HttpHandlers handlers_;
   HeaderList headers_;
-  EasyHandle easy_;  // goes before what it points to
+  EasyHandle easy_;  // destroyed before what it points to
   CURLcode setupCode_ = CURLE_OK;
   std::array<char, CURL_ERROR_SIZE> errorText_{};
   CurlHttpOptions::Clock::time_point lastActivity_{};
@@ -206,7 +206,7 @@ class CurlHttpSession::Transfer {
   bool isDropped_ = false;
 };
 
-/// A sentence when the request can't be sent.
+/// Nothing, or a sentence when the request can't be sent.
 std::optional<std::string> CurlHttpSession::Transfer::configure() {
   const auto scheme = lowerAscii(request_.url.substr(0, request_.url.find(':')));
   if (scheme != "http" && scheme != "https") {
@@ -225,12 +225,12 @@ std::optional<std::string> CurlHttpSession::Transfer::configure() {
   set(CURLOPT_PRIVATE, this);
   set(CURLOPT_ERRORBUFFER, errorText_.data());
   set(CURLOPT_NOSIGNAL, 1L);
-  set(CURLOPT_QUICK_EXIT, 1L);  // a name look-up under way doesn't hold up the end of the session
+  set(CURLOPT_QUICK_EXIT, 1L);  // a name look-up in progress doesn't delay the end of the session
   set(CURLOPT_URL, request_.url.c_str());
   set(CURLOPT_PROTOCOLS_STR, "http,https");
   set(CURLOPT_FOLLOWLOCATION, 1L);
   set(CURLOPT_MAXREDIRS, redirectLimit);
-  set(CURLOPT_REDIR_PROTOCOLS_STR, scheme == "https" ? "https" : "http,https");  // what was secret stays so
+  set(CURLOPT_REDIR_PROTOCOLS_STR, scheme == "https" ? "https" : "http,https");  // never from https down to http
   set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
   if (scheme == "https") {
     const auto& [bundle, directory] = session_.authorities();
@@ -240,14 +240,14 @@ std::optional<std::string> CurlHttpSession::Transfer::configure() {
   set(CURLOPT_HTTPHEADER, headers_.get());
   if (std::ranges::any_of(request_.headers,
                           [](const auto& header) { return lowerAscii(header.name) == "x-api-key"; })) {
-    // The library itself keeps only Authorization from other hosts.
+    // The library itself only withholds Authorization from other hosts.
     set(
         CURLOPT_PREREQFUNCTION, +[](void* self, char*, char*, int, int) {
           return static_cast<Transfer*>(self)->isAtItsHost() ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
         });
     set(CURLOPT_PREREQDATA, this);
   }
-  // Decodes every coding the library knows. The header that asks for codings is the caller's.
+  // Decodes every coding the library knows. The Accept-Encoding header is the caller's.
   set(CURLOPT_ACCEPT_ENCODING, "");
   if (request_.method == "POST" || request_.body) {
     const std::string_view body = request_.body ? std::string_view(*request_.body) : std::string_view("");
@@ -280,7 +280,7 @@ std::optional<std::string> CurlHttpSession::Transfer::configure() {
                                 : std::optional(describe(setupCode_, curl_easy_strerror(setupCode_), request_.url));
 }
 
-/// The caller's headers in their order, and the library's own switched off where the caller gives none.
+/// The caller's headers in order, with the library's own ones switched off where the caller gives none.
 std::optional<std::string> CurlHttpSession::Transfer::configureHeaders() {
   const auto append = [this](const std::string& line) {
     if (curl_slist* longer = curl_slist_append(headers_.get(), line.c_str())) {
@@ -290,7 +290,7 @@ std::optional<std::string> CurlHttpSession::Transfer::configureHeaders() {
   };
   std::vector<std::string> unwanted{"accept", "accept-encoding", "content-type", "expect", "user-agent"};
   for (const auto& [name, value] : request_.headers) {
-    const auto content = trimmedAscii(value);  // blanks around a value are no part of it (RFC 9110, 5.5)
+    const auto content = trimmedAscii(value);  // blanks around a value are not part of it (RFC 9110, 5.5)
     if (!isFieldName(name) || !isFieldValue(content)) {
       return "The request has a header that can't be sent: " + name;
     }
@@ -413,7 +413,7 @@ void CurlHttpSession::lookAtClock() {
 }
 
 void CurlHttpSession::run() {
-  // Signals are the main thread's; the threads that look up names inherit this.
+  // Signals belong to the main thread; the threads that look up names inherit this mask.
   sigset_t all;
   sigfillset(&all);
   pthread_sigmask(SIG_BLOCK, &all, nullptr);
@@ -449,7 +449,7 @@ void CurlHttpSession::run() {
   curl_multi_cleanup(std::exchange(multi_, nullptr));
 }
 
-/// What is left to do when the library can't be started, for want of memory or descriptors.
+/// The thread's loop when the library can't be initialised for lack of memory or descriptors: every request fails.
 void CurlHttpSession::refuseAll() {
   while (!stopping_) {
     for (const auto& transfer : takeSubmitted()) {
@@ -472,7 +472,7 @@ void CurlHttpSession::begin(std::unique_ptr<Transfer> transfer) {
   }
 }
 
-/// Takes the transfer away from the library and out of the list.
+/// Removes the transfer from the library and from the list.
 std::unique_ptr<CurlHttpSession::Transfer> CurlHttpSession::take(const Transfer* transfer) {
   const auto found = std::ranges::find(active_, transfer, [](const auto& each) { return each.get(); });
   auto taken = std::move(*found);
@@ -512,9 +512,8 @@ void CurlHttpSession::failOverdue() {
   }
 }
 
-/// Both of the library's defaults together would have it read the whole bundle for each new connection, which takes
-/// longer than all the rest of a request. From the directory it reads the one that is asked for; a bundle alone it
-/// keeps.
+/// With both defaults set, the library reads the whole bundle for each new connection, which takes longer than the rest
+/// of a request. From a directory it reads only the authority it needs; a bundle alone is cached.
 const CurlHttpSession::Authorities& CurlHttpSession::authorities() {
   if (!authorities_) {
     const auto* library = curl_version_info(CURLVERSION_NOW);
@@ -529,7 +528,7 @@ const CurlHttpSession::Authorities& CurlHttpSession::authorities() {
   return *authorities_;
 }
 
-/// As long as the library accepts when nothing is under way: it can be woken at any time.
+/// With nothing in flight, as long as the library accepts: it can be woken at any time.
 int CurlHttpSession::millisecondsToNextDeadline() const {
   constexpr auto forever = std::chrono::milliseconds(std::numeric_limits<int>::max());
   auto wait = forever;

@@ -21,30 +21,30 @@ struct CurlHttpOptions {
   using Clock = std::chrono::steady_clock;
 
   std::string caBundle;                                 ///< a PEM file; the system's authorities when empty
-  std::function<Clock::time_point()> now = Clock::now;  ///< asked on the session's thread
+  std::function<Clock::time_point()> now = Clock::now;  ///< called on the session's thread
 };
 
-/// HTTP by libcurl on one thread, which starts with the first request and sleeps while there is nothing to do.
-/// Handlers run and are dropped on that thread; what one throws is logged and goes no further.
+/// HTTP by libcurl on one thread, which starts with the first request and sleeps while there is nothing to do. Handlers
+/// run and are destroyed on that thread; an exception from one is logged and goes no further.
 class CurlHttpSession final : public HttpSession {
  public:
   CurlHttpSession();
   explicit CurlHttpSession(CurlHttpOptions options);
   ~CurlHttpSession() override;
 
-  /// Ends the thread and drops every request, also those that come later: no handler runs any more when it returns.
-  /// To be called before anything goes that handlers call, and never inside one.
+  /// Ends the thread and drops every request, later ones included: once it returns, no handler runs any more. Call it
+  /// before anything that handlers use is destroyed, and never from a handler.
   void stop();
 
   void start(HttpRequest request, HttpHandlers handlers) override;
   std::string userAgentToken() const override;
 
-  /// Starts the thread ahead of the first request, so that the library gets ready while the caller does other things.
+  /// Starts the thread before the first request, so that the library is initialised while the caller does other things.
   /// Any thread.
   void warmUp();
 
-  /// Makes the thread compare its clock with the patience of each request, for a clock that is turned by hand. Any
-  /// thread.
+  /// Makes the thread check the patience of each request against its clock; needed after a test has moved that clock.
+  /// Any thread.
   void lookAtClock();
 
  private:
@@ -77,7 +77,7 @@ class CurlHttpSession final : public HttpSession {
   std::thread thread_;
   std::atomic<bool> stopping_ = false;
 
-  // The thread's own.
+  // Used by the thread only.
   CURLM* multi_ = nullptr;
   std::vector<std::unique_ptr<Transfer>> active_;
   std::optional<Authorities> authorities_;

@@ -5,12 +5,12 @@
 
 namespace quillmark {
 
-/// The directory of the user's data, without a trailing slash; it need not exist yet. The first of these that is
-/// given: the argument, the environment variable QUILLMARK_DATA_DIR, `quillmark` in the data home of the XDG Base
-/// Directory Specification (XDG_DATA_HOME when it is an absolute path, else ~/.local/share).
+/// The directory of the user's data, without a trailing slash; it need not exist yet. The first of these that is set:
+/// the argument, the environment variable QUILLMARK_DATA_DIR, `quillmark` in the data home of the XDG Base Directory
+/// Specification (XDG_DATA_HOME when it is an absolute path, else ~/.local/share).
 std::string dataDirectory(std::string_view chosen = {});
 
-/// The directory of desktop entries that are started at login: `autostart` in the config home of the same document.
+/// The directory of desktop entries started at login: `autostart` in the XDG config home.
 std::string autostartDirectory();
 
 /// The file of the defaults database in that directory.

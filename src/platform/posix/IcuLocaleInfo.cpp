@@ -41,7 +41,7 @@ std::string mapped(std::string_view part, char (*change)(char)) {
   return result;
 }
 
-/// The script or variant that a modifier of a locale name stands for; most, such as "euro", stand for neither.
+/// The script or variant meant by the modifier of a locale name; most, such as "euro", mean neither.
 struct Modifier {
   std::string_view name;
   std::string_view script;
@@ -144,7 +144,7 @@ std::optional<std::string> IcuLocaleInfo::displayName(std::string_view identifie
   const icu::Locale named(std::string(identifier).c_str());
   const icu::Locale language(std::string(inLocale).c_str());
 
-  // Without a name of its own ICU gives the code back, which names nothing.
+  // Where ICU has no name it returns the code, which is not a name.
   std::array<UChar, ULOC_FULLNAME_CAPACITY> languageName{};
   UErrorCode status = U_ZERO_ERROR;
   uloc_getDisplayLanguage(named.getName(), language.getName(), languageName.data(), languageName.size(), &status);

@@ -7,11 +7,11 @@
 
 namespace quillmark {
 
-/// The user's languages as language tags: from LANGUAGE (a list, most wanted first), or else the first of LC_ALL,
-/// LC_MESSAGES and LANG that is set. What this program has put into LANGUAGE itself does not count.
+/// The user's languages as language tags: from LANGUAGE (a list, most preferred first), or else the first of LC_ALL,
+/// LC_MESSAGES and LANG that is set. A LANGUAGE set by this program itself is ignored.
 std::vector<std::string> languagesOfEnvironment();
 
-/// Languages by ICU's tables, and the user's choice of them from the environment. Costs nothing until it is asked.
+/// Languages from ICU's tables, and the user's preferences from the environment. Costs nothing until it is used.
 class IcuLocaleInfo final : public LocaleInfo {
  public:
   /// The language of the interface, such as "de" or "de_DE".

@@ -13,7 +13,7 @@ class PosixMainQueue final : public SerialQueue {
  public:
   /// Runs blocks until stop() is called. Can be called again.
   void run();
-  /// Makes run() return; blocks that are due at that moment may still run before it does. Any thread.
+  /// Makes run() return; blocks already due may still run first. Any thread.
   void stop();
 
   Date now() const override;

@@ -24,8 +24,8 @@ namespace {
 /// How long a write waits for another process to finish its own.
 constexpr int busyMilliseconds = 2000;
 
-/// Waits a moment for the lock of another process, as sqlite3_busy_handler() asks; 0 gives up. Looks again much sooner
-/// than SQLite's own handler, which can miss every gap between the writes of a busy process.
+/// Waits briefly for another process's lock; a callback of sqlite3_busy_handler(), where 0 means giving up. Retries
+/// much sooner than SQLite's own handler, which can miss every gap between the writes of a busy process.
 int waitForOthers(void* /*context*/, int attempts) {
   constexpr int pause = 2;
   if (attempts * pause >= busyMilliseconds) {
@@ -35,7 +35,7 @@ int waitForOthers(void* /*context*/, int attempts) {
   return 1;
 }
 
-/// The files that belong to one database, by what is added to its name.
+/// The files that belong to one database, by the suffix to its name.
 constexpr std::array companions{"", "-wal", "-shm", "-journal"};
 
 /// The names of the types in the file, in the order of DefaultsValue's alternatives.
@@ -50,12 +50,12 @@ std::optional<off_t> sizeOf(const std::string& file) {
 /// Makes the missing directories above the file, for their owner only.
 void createDirectories(const std::string& file) {
   for (auto slash = file.find('/', 1); slash != file.npos; slash = file.find('/', slash + 1)) {
-    mkdir(file.substr(0, slash).c_str(), 0700);  // what still fails shows when the file is opened
+    mkdir(file.substr(0, slash).c_str(), 0700);  // a failure shows when the file is opened
   }
 }
 
-/// Lets one process at a time look at the file, make it or set it aside: SQLite's own locks begin behind that, and its
-/// change to a write-ahead log does not wait for others. Goes on without the lock where there is none to be had.
+/// Lets only one process at a time inspect, create or set aside the file: SQLite's own locks come later, and its switch
+/// to a write-ahead log does not wait for others. Continues without the lock where none can be taken.
 class OpeningLock {
  public:
   explicit OpeningLock(const std::string& file)
@@ -105,7 +105,7 @@ void bindValue(sqlite3_stmt* statement, int index, const DefaultsValue& value, s
   } else if (const auto* data = std::get_if<Data>(&value)) {
     sqlite3_bind_blob64(statement, index, data->bytes.data(), data->bytes.size(), SQLITE_STATIC);
     if (data->bytes.empty()) {
-      sqlite3_bind_zeroblob(statement, index, 0);  // an empty range may have no address, which would mean null
+      sqlite3_bind_zeroblob(statement, index, 0);  // an empty range may have a null address, which would bind null
     }
   } else {
     buffer = toText(std::get<std::vector<std::string>>(value));
@@ -149,7 +149,7 @@ std::optional<DefaultsValue> columnValue(sqlite3_stmt* statement, int typeColumn
   return std::nullopt;
 }
 
-/// The file name in the form in which parameters can follow it.
+/// The file name as a URI, which can take parameters.
 std::string uriOf(std::string file) {
   for (const auto& [character, code] : {std::pair{"%", "%25"}, {"?", "%3f"}, {"#", "%23"}}) {
     file = text::replacingAll(std::move(file), character, code);
@@ -189,27 +189,27 @@ SqliteUserDefaults::Condition SqliteUserDefaults::open() {
   Condition condition = openDatabase(file_, SQLITE_OPEN_READWRITE);
   if (condition == Condition::unusable && sizeOf(file_ + "-wal").value_or(0) == 0 &&
       openDatabase(uriOf(file_) + "?immutable=1", SQLITE_OPEN_READONLY | SQLITE_OPEN_URI) == Condition::good) {
-    // A directory that can't be written has no room for the log and its index. As there is no log, the file is
-    // complete, and nobody is going to change it.
+    // In a read-only directory the log and its index can't be created. Without a log the file is complete, and nobody
+    // can change it.
     condition = Condition::good;
   }
   return condition;
 }
 
 SqliteUserDefaults::Condition SqliteUserDefaults::prepareFile() {
-  // SQLite drops a log that has lost its database, and with it what the user made last.
+  // SQLite deletes a log whose database is missing, and with it the user's latest changes.
   if (sizeOf(file_).value_or(0) == 0 && sizeOf(file_ + "-wal").value_or(0) > 0) {
     return Condition::damaged;
   }
-  // Only a file that nobody has open yet may be opened and closed here: closing any descriptor of a file gives up all
-  // locks that this process holds on it (fcntl(2), record locks).
+  // Only a file that this process has not opened yet may be opened and closed here: closing any descriptor of a file
+  // releases all locks that the process holds on it (fcntl(2), record locks).
   if (const int created = ::open(file_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600); created >= 0) {
     ::close(created);
   } else if (errno != EEXIST) {
     problem_ = "The settings can't be stored in " + file_ + ": " + std::strerror(errno) + ".";
     return Condition::unusable;
   }
-  // New companions take the mode of the database; these were left by an earlier run or came from a copy.
+  // New companion files take the mode of the database; existing ones were left by an earlier run or came from a copy.
   for (const char* companion : companions) {
     const std::string name = file_ + companion;
     struct stat status {};
@@ -272,7 +272,7 @@ SqliteUserDefaults::Condition SqliteUserDefaults::openDatabase(const std::string
   version_ = -1;
   synchronous_ = Durability::lossOfPower;
   refresh();
-  untold_.clear();
+  unannounced_.clear();
   return Condition::good;
 }
 
@@ -317,8 +317,8 @@ std::vector<std::string> SqliteUserDefaults::storedKeys() const {
   return result;
 }
 
-/// Makes the copy in memory what is stored. False when that could not be read: the copy is then an older state, and
-/// nothing may be written that was made from it.
+/// Brings the copy in memory up to date. False when the file could not be read: the copy is then out of date, and
+/// nothing derived from it may be written.
 bool SqliteUserDefaults::refresh() const {
   if (!database_) {
     return false;
@@ -333,19 +333,19 @@ bool SqliteUserDefaults::refresh() const {
   if (!values) {
     return false;
   }
-  // What was written between the two reads makes the version differ again.
+  // A write between the two reads makes the version differ again.
   version_ = version;
   for (auto& [key, entry] : *values) {
     if (const auto old = values_.find(key); old != values_.end() && old->second.value == entry.value) {
       entry.revision = old->second.revision;
     } else {
       entry.revision = ++lastRevision_;
-      untold_.insert(key);
+      unannounced_.insert(key);
     }
   }
   for (const auto& [key, entry] : values_) {
     if (!values->contains(key)) {
-      untold_.insert(key);
+      unannounced_.insert(key);
     }
   }
   values_ = std::move(*values);
@@ -402,7 +402,7 @@ Expected<bool, std::string> SqliteUserDefaults::write(const std::string& key, co
     }
   }
   if (!inTransaction_) {
-    untold_.erase(key);
+    unannounced_.erase(key);
   }
   return true;
 }
@@ -433,14 +433,14 @@ Expected<void, std::string> SqliteUserDefaults::commit(Durability durability) {
     committed(durability);
   }
   for (const auto& [key, entry] : undo_) {
-    untold_.erase(key);
+    unannounced_.erase(key);
   }
   undo_.clear();
   return {};
 }
 
 void SqliteUserDefaults::rollBack() {
-  if (sqlite3_get_autocommit(database_.get()) == 0) {  // some errors have ended the transaction by themselves
+  if (sqlite3_get_autocommit(database_.get()) == 0) {  // some errors end the transaction on their own
     (void)execute("ROLLBACK");
   }
   inTransaction_ = false;
@@ -454,8 +454,7 @@ void SqliteUserDefaults::rollBack() {
   undo_.clear();
 }
 
-/// In the log's NORMAL mode a commit is in the system's hands but not yet on the disk; the next FULL one takes it
-/// along.
+/// In NORMAL mode a commit is with the operating system but not yet on the disk; the next FULL commit flushes it too.
 void SqliteUserDefaults::setSynchronous(Durability durability) {
   if (std::exchange(synchronous_, durability) != durability) {
     (void)execute(durability == Durability::lossOfPower ? "PRAGMA synchronous=FULL" : "PRAGMA synchronous=NORMAL");
@@ -485,19 +484,19 @@ void SqliteUserDefaults::synchronize() {
   }
 }
 
-/// A transaction shows only after its last write to the log, when a watcher of the log has long been woken and has seen
-/// nothing new. So a writer says that it is done by a new time on the database file.
+/// A transaction becomes visible only after its last write to the log, when a watcher of the log has already been woken
+/// and has found nothing new. So a writer announces its commit by touching the database file.
 void SqliteUserDefaults::announceWrite() const { utimensat(AT_FDCWD, file_.c_str(), nullptr, 0); }
 
 int SqliteUserDefaults::changeDescriptor() {
   if (inotify_ < 0 && database_) {
     inotify_ = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
-    // Other tools tell of nothing, but close the file when they are done.
+    // Other tools announce nothing, but close the file when they are done.
     if (inotify_ >= 0 && inotify_add_watch(inotify_, file_.c_str(), IN_ATTRIB | IN_CLOSE_WRITE) < 0) {
       ::close(std::exchange(inotify_, -1));
     }
     refresh();
-    if (!untold_.empty()) {
+    if (!unannounced_.empty()) {
       announceWrite();  // makes the descriptor readable
     }
   }
@@ -509,7 +508,7 @@ void SqliteUserDefaults::handleChange() {
   while (inotify_ >= 0 && ::read(inotify_, events.data(), events.size()) > 0) {
   }
   refresh();
-  for (const auto& key : std::exchange(untold_, {})) {
+  for (const auto& key : std::exchange(unannounced_, {})) {
     changed.emit(key);
   }
 }

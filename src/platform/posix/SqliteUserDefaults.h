@@ -12,21 +12,21 @@ struct sqlite3_stmt;
 
 namespace quillmark {
 
-/// The defaults database in one SQLite file, readable by its owner only. Values are held in memory; a read costs a look
-/// at the file's version, which tells whether another process has written. A set() or remove() is on the disk
-/// when it returns, unless it was told that it need not be.
+/// The defaults database in one SQLite file, readable by its owner only. Values are kept in memory; a read costs one
+/// check of the file's version, which shows whether another process has written. A set() or remove() is on the disk
+/// when it returns, unless the caller asked for less durability.
 ///
 /// A damaged file is never overwritten: it is renamed to `<file>.damaged-<UTC time>`, and an empty one takes its place.
-/// When no file can be had at all, everything reads as absent and nothing can be set.
+/// When no file can be opened at all, everything reads as absent and nothing can be set.
 class SqliteUserDefaults final : public UserDefaults {
  public:
-  /// Opens the file and creates what is missing of it and of its directory.
+  /// Opens the file, creating it and its directory if they are missing.
   explicit SqliteUserDefaults(std::string file);
   ~SqliteUserDefaults() override;
 
-  /// Where a damaged file was put when this one was opened. The user must be told.
+  /// The new name of a damaged file that was set aside on opening. The user must be told.
   const std::optional<std::string>& setAside() const { return setAside_; }
-  /// Why the file can't be used or not be written, in a sentence. The user must be told.
+  /// Why the file can't be read or written, in a sentence. The user must be told.
   const std::optional<std::string>& problem() const { return problem_; }
 
   std::optional<DefaultsValue> value(std::string_view key) const override;
@@ -36,10 +36,10 @@ class SqliteUserDefaults final : public UserDefaults {
   /// Every key that has a value, in order.
   std::vector<std::string> storedKeys() const;
 
-  /// A descriptor that becomes readable after a process has changed the file; -1 if there is none. Watch it from the
-  /// main thread's loop, and call handleChange() then.
+  /// A descriptor that becomes readable after a process has changed the file; -1 if there is none. Watch it in the main
+  /// thread's loop and call handleChange() when it is readable.
   int changeDescriptor();
-  /// Tells of each key that another process has changed since it was last told of.
+  /// Emits a change for each key that another process has changed since the last call.
   void handleChange();
 
  protected:
@@ -84,9 +84,9 @@ class SqliteUserDefaults final : public UserDefaults {
   mutable Values values_;
   mutable std::int64_t version_ = 0;  // the version of the file that values_ was read from
   mutable std::uint64_t lastRevision_ = 0;
-  std::vector<std::pair<std::string, std::optional<Entry>>> undo_;  // what the transaction has changed of values_
+  std::vector<std::pair<std::string, std::optional<Entry>>> undo_;  // what the transaction has replaced in values_
   bool inTransaction_ = false;
-  mutable std::set<std::string, std::less<>> untold_;  // keys that another process changed
+  mutable std::set<std::string, std::less<>> unannounced_;  // keys changed by another process, not emitted yet
   std::optional<std::string> setAside_;
   std::optional<std::string> problem_;
   Durability synchronous_ = Durability::lossOfPower;  // what the connection is set to

@@ -17,7 +17,7 @@ namespace quillmark {
 std::string executablePath() {
   std::error_code error;
   auto path = std::filesystem::read_symlink("/proc/self/exe", error).string();
-  // What the kernel appends once an update has replaced the file of the running program (proc(5)).
+  // Appended by the kernel once an update has replaced the running program's file (proc(5)).
   constexpr std::string_view replaced = " (deleted)";
   if (path.ends_with(replaced)) {
     path.resize(path.size() - replaced.size());
@@ -70,7 +70,7 @@ const Bundle& bundle() {
 std::string useInterfaceLanguage(UserDefaults& defaults, const Bundle& bundle) {
   std::string code = effectiveLanguageCode(InterfaceLanguage(defaults).get(),
                                            preferredLocalizations(bundle.localizations, languagesOfEnvironment()));
-  // A program that has not asked for the user's locale speaks English anyway.
+  // The C locale is in force until a program sets the user's, and speaks English anyway.
   if (code != "en" || std::setlocale(LC_MESSAGES, nullptr) != std::string_view("C")) {
     localization::useLanguage(code, catalogueDirectory());
   }

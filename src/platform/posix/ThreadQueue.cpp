@@ -43,7 +43,7 @@ void ThreadQueue::run() {
     waiting_.pop_front();
     lock.unlock();
     block();
-    block = nullptr;  // lets go of what it holds before this thread waits
+    block = nullptr;  // releases what it captured before this thread waits
     lock.lock();
   }
 }

@@ -16,7 +16,7 @@ class ThreadQueue final : public BackgroundQueue {
   ~ThreadQueue() override { stop(); }
 
   void async(Block block) override;
-  /// Waits for the block that runs and drops the others, also those that come later.
+  /// Waits for the running block and drops the others, later ones included.
   void stop();
 
  private:
@@ -26,7 +26,7 @@ class ThreadQueue final : public BackgroundQueue {
   std::condition_variable woken_;
   std::deque<Block> waiting_;
   bool ending_ = false;
-  std::thread worker_;  // none before the first block
+  std::thread worker_;  // not started before the first block
 };
 
 }  // namespace quillmark

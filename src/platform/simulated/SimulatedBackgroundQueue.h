@@ -7,12 +7,12 @@
 
 namespace quillmark {
 
-/// Keeps what it is given until the test runs it, on the test's own thread.
+/// Keeps its blocks until the test runs them, on the test's own thread.
 class SimulatedBackgroundQueue : public BackgroundQueue {
  public:
   void async(Block block) override { waiting.push_back(std::move(block)); }
 
-  /// Runs what waits, in order.
+  /// Runs the waiting blocks in order.
   void run() {
     for (auto blocks = std::exchange(waiting, {}); const Block& block : blocks) {
       block();

@@ -41,7 +41,7 @@ class SimulatedApplication : public RunningApplication, public std::enable_share
 
   std::string text;
   Range selection;
-  Duration latency = std::chrono::milliseconds(5);  ///< from a key to what it does
+  Duration latency = std::chrono::milliseconds(5);  ///< from a key to its effect
   bool hasQuit = false;
   bool copiesPicture = false;  ///< what is selected has no text form
   bool neverAnswers = false;   ///< it takes the pasteboard and then hangs
@@ -54,7 +54,7 @@ class SimulatedApplication : public RunningApplication, public std::enable_share
 
 class SimulatedPasteboard : public Pasteboard {
  public:
-  /// After which an owner that does not answer counts as having no text.
+  /// After this time an owner that does not answer counts as having no text.
   static constexpr Duration readDeadline = std::chrono::seconds(2);
 
   explicit SimulatedPasteboard(MainQueue& queue) : queue_(queue) {}
@@ -111,7 +111,7 @@ class SimulatedHotKeys : public HotKeys {
 
   std::map<std::string, KeyCombination> registered;
   std::map<int, std::string> labels;
-  std::set<int> taken;  ///< key codes that another program has, with all modifiers
+  std::set<int> taken;  ///< key codes that another program has grabbed, with any modifiers
 };
 
 class SimulatedWorkspace : public Workspace {
@@ -133,7 +133,7 @@ class SimulatedScreens : public Screens {
   std::optional<Point> mouse = Point{400, 300};
 };
 
-/// A panel's window. It is shown where it was told to be.
+/// A panel's window. It always gets the position it asks for.
 class SimulatedWindow : public PanelWindow {
  public:
   void moveTopLeft(Point corner) override { at = corner; }

@@ -8,7 +8,7 @@
 
 namespace quillmark {
 
-/// A network in which a test plays every server. Handlers run inside the call that makes them run.
+/// A network in which a test plays every server. Handlers run inside the call that triggers them.
 class SimulatedHttpSession : public HttpSession {
  public:
   /// One request that was sent, and the test's side of its connection.
@@ -17,7 +17,7 @@ class SimulatedHttpSession : public HttpSession {
     HttpHandlers handlers;
 
     std::string header(const std::string& name) const;
-    /// False when the program drops the transfer, whose end must come next then.
+    /// False when the program drops the transfer; its end must come next.
     bool head(int status, std::optional<std::string> mimeType) const {
       return handlers.onHead({status, std::move(mimeType)});
     }

@@ -7,13 +7,13 @@ namespace quillmark {
 /// A main queue whose clock only a test moves.
 class SimulatedQueue : public SerialQueue {
  public:
-  /// Lets time pass and runs what becomes due on the way, each block at its own moment.
+  /// Advances the clock and runs what becomes due on the way, each block at its own time.
   void advance(Duration by);
   /// Runs what is due now.
   void settle() { runReady(); }
 
   Date now() const override;
-  /// Sets the calendar, forward or back; what waits for a delay is not touched.
+  /// Sets the calendar clock, forward or back; delays are not affected.
   void setNow(Date date);
 
  protected:
@@ -22,7 +22,7 @@ class SimulatedQueue : public SerialQueue {
 
  private:
   Instant instant_{};
-  Date start_{std::chrono::seconds{1'772'355'600}};  ///< what the calendar says at the first instant; a morning in 2026
+  Date start_{std::chrono::seconds{1'772'355'600}};  ///< the calendar time at the start; a morning in 2026
 };
 
 }  // namespace quillmark

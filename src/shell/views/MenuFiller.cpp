@@ -13,12 +13,12 @@ namespace quillmark {
 
 namespace {
 
-// Seen well enough on a light and on a dark menu: more than 3:1 to white and to a usual dark grey.
+// Readable on light and dark menus: a contrast of more than 3:1 to white and to a common dark grey.
 constexpr QRgb neutral = 0xFF7C7F87;
-// The same for what is to draw the eye.
+// The same for what should draw attention.
 constexpr QRgb accent = 0xFF387AE5;
 
-/// The title as it has to be written to be read as it is.
+/// The title, escaped so that it is shown unchanged.
 QString escaped(const std::string& title, MenuPainter painter) {
   QString text = qt(title);
   if (painter == MenuPainter::toolkit) {
@@ -42,7 +42,7 @@ QIcon iconFor(const std::string& symbol, bool isAccented, MenuPainter painter) {
              : symbols::icon(symbol, QColor(isAccented ? accent : neutral));
 }
 
-/// The toolkit's side of one item.
+/// The toolkit's counterpart of one item.
 class Entry : public QAction {
  public:
   Entry(const MenuItem& item, QMenu& menu, MenuPainter painter)
@@ -56,7 +56,7 @@ class Entry : public QAction {
         setMenu(children_);
         break;
       case MenuItem::Kind::action:
-        // Queued: the menu has given back the pointer and the keyboard by then, and may be filled anew or go.
+        // Queued: by then the menu has released the pointer and the keyboard, and may be refilled or destroyed.
         QObject::connect(
             this, &QAction::triggered, this,
             [this] {
@@ -67,7 +67,7 @@ class Entry : public QAction {
             Qt::QueuedConnection);
         break;
       case MenuItem::Kind::progress:
-        // In the accent colour, as it is the one thing in a greyed out menu that happens.
+        // In the accent colour: it is the only activity in a greyed-out menu.
         setIcon(symbols::icon("progress", QGuiApplication::palette().color(QPalette::Highlight)));
         break;
     }
@@ -112,7 +112,7 @@ class Entry : public QAction {
   QMenu* children_ = nullptr;  // owned by the menu
 };
 
-/// For each item the entry that goes on showing it, or none: the longest run of entries that keep their order.
+/// For each item the entry that keeps showing it, or none: the longest sequence of entries that keep their order.
 std::vector<Entry*> keptEntries(const std::vector<Entry*>& present, const std::vector<MenuItem>& items) {
   // longest[i][j]: how many of the entries from i on can show items from j on.
   std::vector<std::vector<std::size_t>> longest(present.size() + 1, std::vector<std::size_t>(items.size() + 1, 0));
@@ -138,7 +138,7 @@ std::vector<Entry*> keptEntries(const std::vector<Entry*>& present, const std::v
 }  // namespace
 
 void fillMenu(QMenu& menu, const std::vector<MenuItem>& items, MenuPainter painter) {
-  menu.setToolTipsVisible(true);  // of the entries that have one
+  menu.setToolTipsVisible(true);  // of entries that have one
   std::vector<Entry*> present;
   for (QAction* const action : menu.actions()) {
     present.push_back(static_cast<Entry*>(action));

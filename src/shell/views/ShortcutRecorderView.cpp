@@ -47,7 +47,7 @@ ShortcutRecorderView::Field::Field(ShortcutRecorder& recorder, QWidget* parent)
 
 bool ShortcutRecorderView::Field::event(QEvent* event) {
   if (event->type() == QEvent::ShortcutOverride && recorder_.isRecording()) {
-    event->accept();  // no shortcut of the window: the key comes as a key press
+    event->accept();  // not a shortcut of the window: the key arrives as a key press
     return true;
   }
   return QPushButton::event(event);
@@ -55,7 +55,7 @@ bool ShortcutRecorderView::Field::event(QEvent* event) {
 
 void ShortcutRecorderView::Field::keyPressEvent(QKeyEvent* event) {
   if (!recorder_.isRecording()) {
-    // A button in a dialog leaves Return to the default button; this one takes it.
+    // A button in a dialog passes Return to the default button; this one handles it.
     const bool begins = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     begins ? click() : QPushButton::keyPressEvent(event);
     return;
@@ -93,7 +93,7 @@ ShortcutRecorderView::ShortcutRecorderView(ShortcutRecorder::Collaborators colla
   QObject::connect(&field_, &QPushButton::clicked, this,
                    [this] { recorder_.isRecording() ? recorder_.end() : recorder_.begin(); });
   QObject::connect(&clear_, &QToolButton::clicked, this, [this] {
-    field_.setFocus();  // before the button goes
+    field_.setFocus();  // before the button is hidden
     recorder_.clear();
   });
   changes_ = recorder_.changed.connect([this] { refresh(); });
@@ -103,7 +103,7 @@ ShortcutRecorderView::ShortcutRecorderView(ShortcutRecorder::Collaborators colla
 void ShortcutRecorderView::refresh() {
   field_.setText(qt(recorder_.text()));
   field_.setDown(recorder_.isRecording());
-  // Never narrower than it was, so that a click moves nothing.
+  // Never narrower than before, so that a click moves nothing.
   field_.setMinimumWidth(std::max(field_.minimumWidth(), field_.sizeHint().width()));
   clear_.setVisible(recorder_.hasShortcut());
 }

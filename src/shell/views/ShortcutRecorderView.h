@@ -9,14 +9,14 @@
 
 namespace quillmark {
 
-/// The control of a ShortcutRecorder: a button that shows the combination and records another one, and a smaller one
-/// that clears it. Click, Space or Return begin; leaving the field ends.
+/// The control of a ShortcutRecorder: a button that shows the combination and records a new one, and a smaller one that
+/// clears it. Click, Space or Return starts recording; losing the focus stops it.
 class ShortcutRecorderView : public QWidget {
  public:
   ShortcutRecorderView(ShortcutRecorder::Collaborators collaborators, std::string name, QWidget* parent = nullptr);
 
  private:
-  /// Takes the keys while the recorder waits for them.
+  /// Receives the keys while the recorder is recording.
   class Field : public QPushButton {
    public:
     Field(ShortcutRecorder& recorder, QWidget* parent);

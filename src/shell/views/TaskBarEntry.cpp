@@ -20,7 +20,7 @@ void TaskBarEntry::setShown(bool shown) { shown ? showMinimized() : hide(); }
 void TaskBarEntry::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::WindowStateChange && isVisible() && !isMinimized()) {
-    // Later: the toolkit is in the middle of this change.
+    // Queued: the toolkit is still handling this change.
     QMetaObject::invokeMethod(
         this, [this] { restored(); }, Qt::QueuedConnection);
   }

@@ -5,9 +5,9 @@
 
 namespace quillmark {
 
-/// The program's entry in the task bar. Task bars show windows, so it is one: a point without a frame that stays
-/// minimised. It takes no keyboard when it appears and none when another window closes; only the user restores it,
-/// which minimises it again and is what the entry is for. Closing it there hides it until it is shown again.
+/// The program's entry in the task bar. Task bars show windows, so it is one: a single frameless point that stays
+/// minimised. It takes the keyboard neither when it appears nor when another window closes; only the user restores it,
+/// which is the entry's action and minimises it again. Closing it in the task bar hides it until it is shown again.
 class TaskBarEntry : public QWidget {
  public:
   explicit TaskBarEntry(std::function<void()> chosen);

@@ -7,8 +7,8 @@
 namespace quillmark {
 
 QIcon programIcon() {
-  // Panels show it as it is, on a ground of which we know nothing: this blue has a contrast of more than 4:1 to white
-  // as well as to black.
+  // Panels show it as it is, on an unknown background: this blue has a contrast of more than 4:1 to both white and
+  // black.
   constexpr QRgb colour = 0xFF387AE5;
   return symbols::icon("pencil.line", QColor(colour));
 }
@@ -18,7 +18,7 @@ TrayMenu::TrayMenu(TrayHost& host, std::function<std::vector<MenuItem>()> build)
   refill_.setSingleShot(true);
   QObject::connect(&refill_, &QTimer::timeout, &refill_, [this] { fill(); });
   hostChanged_ = host.available.bind([this](bool available) {
-    // Once made, the icon finds a host that comes again by itself.
+    // Once created, the icon finds a returning host on its own.
     if (available && !icon_) {
       appear();
     }

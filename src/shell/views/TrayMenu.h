@@ -15,20 +15,21 @@
 
 namespace quillmark {
 
-/// The picture that stands for the program in the tray and in task bars.
+/// The program's icon in the tray and in task bars.
 QIcon programIcon();
 
-/// The status item: an icon with a menu, there as soon as something on the desktop shows tray icons. Choosing an entry
-/// leaves the active application what it is.
+/// The status item: an icon with a menu, shown as soon as the desktop has a place for tray icons. Choosing an entry
+/// does not change the active application.
 class TrayMenu {
  public:
-  /// `build` tells the entries whenever they are needed; refresh() says that they have changed.
+  /// `build` returns the entries whenever they are needed; call refresh() when they have changed.
   TrayMenu(TrayHost& host, std::function<std::vector<MenuItem>()> build);
   TrayMenu(const TrayMenu&) = delete;
   TrayMenu& operator=(const TrayMenu&) = delete;
   ~TrayMenu();
 
-  /// Several calls in a row cost one rebuild, from the event loop; an open menu follows. Costs nothing without a tray.
+  /// Calls in a row are coalesced into one rebuild from the event loop; an open menu is updated. Costs nothing without
+  /// a tray.
   void refresh();
 
  private:
@@ -40,7 +41,7 @@ class TrayMenu {
   std::function<std::vector<MenuItem>()> build_;
   MenuPainter painter_ = MenuPainter::toolkit;
   QMenu menu_;   // the icon's own
-  QMenu popup_;  // ours to show, where the host draws the other one
+  QMenu popup_;  // shown by us where the host draws the other one
   std::unique_ptr<QSystemTrayIcon> icon_;
   QTimer refill_;
   Connection hostChanged_;

@@ -63,7 +63,7 @@ TEST_F(FloatingPanelTest, opensOnTheScreenOfThePointer) {
   EXPECT_EQ(window.at, (Point{200, 250}));
 }
 
-TEST_F(FloatingPanelTest, thatCanNotHideStaysWhenTheKeyboardGoes) {
+TEST_F(FloatingPanelTest, thatCanNotHideStaysWhenItLosesTheKeyboard) {
   FloatingPanel panel(window, desktop.screens, false);
   panel.present();
   window.loseKeyboard();

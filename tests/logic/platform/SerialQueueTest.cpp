@@ -36,7 +36,7 @@ TEST_F(MainQueueOrder, aBlockNeverRunsInsideAnotherOne) {
   EXPECT_EQ(trail, "()b");
 }
 
-TEST_F(MainQueueOrder, aHoldKeepsEverythingBehindItWaiting) {
+TEST_F(MainQueueOrder, aHoldMakesEverythingAfterItWait) {
   std::unique_ptr<MainQueue::Hold> hold;
   queue.async([&] { hold = std::make_unique<MainQueue::Hold>(queue); });
   queue.async(adds('a'));

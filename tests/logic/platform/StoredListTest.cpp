@@ -19,7 +19,7 @@ std::optional<std::vector<T>> decoded(const std::string& bytes, const Reader<T>&
   }
 }
 
-/// What a store shows, against what a start would find.
+/// What a store shows, compared with what a start would find.
 template <class T>
 void expectShownIsStored(const SimulatedDefaults& defaults, const char* key, const std::vector<T>& shown,
                          const Reader<T>& reader, const std::string& label) {
@@ -197,11 +197,11 @@ TEST(StoredLists, ofOneProcessFollowTheOther) {
   elsewhere.queue.advance(std::chrono::seconds(1));
   EXPECT_EQ(stores.commands.searchableCommands->size(), elsewhere.commands.searchableCommands->size());
 
-  // What this process has counted and not stored yet survives what others store.
+  // What this process has counted but not stored yet survives what others store.
   const Uuid first = stores.commands.prompts->front().id;
   stores.commands.incrementUsage(first);
   ASSERT_TRUE(elsewhere.commands.add(std::nullopt));
-  mine.values = theirs.values;  // nobody has told of it yet
+  mine.values = theirs.values;  // not announced yet
   ASSERT_TRUE(stores.commands.add(std::nullopt));
   EXPECT_EQ(stores.commands.prompts->size(), elsewhere.commands.prompts->size() + 1);
   EXPECT_EQ(stores.commands.command(first)->usageCount, 1);

@@ -27,7 +27,7 @@ struct X11Chord : testing::Test {
             {KeyCode::commandModifier, false, commandFlag},
             {letter, false, commandFlag}};
   }
-  /// "+37 +54 -37 -54": keys that go down and up, and "=1" for a group.
+  /// "+37 +54 -37 -54": keys pressed and released, and "=1" for a group.
   std::string keys(KeyCode letter, Dialect dialect = Dialect::control) const {
     std::string result;
     for (const auto& [kind, value] : steps(combination(letter), keyboard, moment, dialect)) {

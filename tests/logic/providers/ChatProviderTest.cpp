@@ -17,7 +17,7 @@ constexpr const char* goodAnswer =
 
 using ChatProvider = ProviderLab;
 
-TEST_F(ChatProvider, leavesOutAnEmptySystemMessageAndUsesUrlAndModelAsTheyStand) {
+TEST_F(ChatProvider, leavesOutAnEmptySystemMessageAndUsesUrlAndModelAsTheyAre) {
   const auto provider = base("http://server/v1/");
   const auto seen = stream(*provider);
   EXPECT_EQ(last().request.url, "http://server/v1//chat/completions");

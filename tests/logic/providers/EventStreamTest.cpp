@@ -28,7 +28,7 @@ TEST(EventStream, isReadAsTheStandardSays) {
        "data: b\n\n",
        {"message|a|"}},
       {": hello\nid: 7\nevent: ping\nretry: 10\ndata\n\ndata: x\n\n", {"ping||7", "message|x|7"}},
-      // Without data there is no event, and its type goes.
+      // Without data there is no event, and its type is dropped.
       {"event: lost\n\nid: 3\n\nother: x\n\ndata: y\n\n", {"message|y|3"}},
       {"data: a\xE2\x80\xA8z \xC3\x28 \xF0\x9F\x99\n\n", {"message|a\u2028z \uFFFD( \uFFFD|"}},
       {"data: unfinished\n", {}},

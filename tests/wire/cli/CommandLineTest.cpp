@@ -21,7 +21,7 @@ struct Result {
   std::string errors;
 };
 
-/// The built program, over a data directory of its own, with the built service behind it.
+/// The built program with a private data directory and the built service as its backend.
 struct CommandLine : testing::Test {
   static void SetUpTestSuite() {
     serviceFiles = std::make_unique<TemporaryDirectory>();
@@ -46,7 +46,7 @@ struct CommandLine : testing::Test {
     return {status.value_or(-1), readFile(run + ".out"), readFile(run + ".err")};
   }
 
-  /// Failed with nothing on standard output and just this complaint.
+  /// Failed with nothing on standard output and exactly this message.
   static void expectComplaint(const Result& result, const testing::Matcher<const std::string&>& complaint) {
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.output, "");
@@ -217,7 +217,7 @@ TEST_F(CommandLine, tellsWhenAChangeCouldNotBeStored) {
   };
   const std::string before = modelOf();
   const std::string model(60'000, 'm');
-  // A limit on the size of files, in blocks of 512 bytes, fails one write after the other as a full disk does.
+  // A limit on the size of files, in blocks of 512 bytes, fails one write after another as a full disk does.
   const std::string limited = "trap '' XFSZ; ulimit -f $0; exec \"$@\"";
   int refused = 0;
   for (int blocks = 72;; blocks += 16) {

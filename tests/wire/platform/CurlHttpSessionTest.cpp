@@ -19,7 +19,7 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// What became of one request.
+/// The outcome of one request.
 class Outcome {
  public:
   HttpHandlers handlers() {
@@ -50,14 +50,14 @@ class Outcome {
   std::optional<HttpFailure> failure;
   std::string order;
   bool isComplete = false;
-  bool goesOn = true;  ///< what onHead answers; set before the request
+  bool goesOn = true;  ///< what onHead returns; set before the request
 
  private:
   template <class Change>
   void note(Change change) {
     const std::lock_guard lock(mutex_);
     change();
-    changed_.notify_all();  // under the lock: whoever waits may destroy this right afterwards
+    changed_.notify_all();  // under the lock: the waiting thread may destroy this right afterwards
   }
   template <class Condition>
   bool wait(Condition condition) {
@@ -87,7 +87,7 @@ struct HttpOverTheWire : testing::Test {
   HttpRequest post(std::string_view path, std::string body, std::vector<HttpHeader> headers = {}) {
     return {"POST", server.url(path), std::move(headers), std::move(body)};
   }
-  /// What became of a request, at its end.
+  /// The outcome of a request, at its end.
   Outcome& finish(HttpRequest request) {
     Outcome& each = outcomes.emplace_back();
     session.start(std::move(request), each.handlers());
@@ -243,7 +243,7 @@ TEST_F(HttpOverTheWire, aRedirectToAnotherHostDoesNotGetTheKey) {
   EXPECT_FALSE(requests[0].header("Authorization"));
   EXPECT_EQ(requests[0].header("X-Kept"), "yes");
 
-  // A key in a header of its own could not be held back: the request ends before it.
+  // A key in a header of its own can't be withheld: the request ends first.
   server.answer(Answer::raw(redirect(307, "http://localhost:" + std::to_string(other.port()) + "/")));
   server.answer(Answer::raw(redirect(307, "/moved")));
   server.answer(Answer::raw(ok("here")));
@@ -346,7 +346,7 @@ TEST_F(HttpOverTheWire, manyRequestsRunAtOnceAndAHandlerMayStartOne) {
   EXPECT_EQ(nested.body, "/nested");
 }
 
-TEST_F(HttpOverTheWire, theEndOfTheSessionDropsWhatIsUnderWay) {
+TEST_F(HttpOverTheWire, theEndOfTheSessionDropsWhatIsInFlight) {
   Gate never;
   Outcome pending;
   server.answer(Answer::eventStream().chunk("one").waitFor(never).end());

@@ -42,7 +42,7 @@ TEST(DataDirectory, isTheFirstThatIsGiven) {
   }
 }
 
-TEST(PreferredLanguages, comeFromTheFirstVariableThatSaysSomething) {
+TEST(PreferredLanguages, comeFromTheFirstVariableThatIsSet) {
   struct Case {
     std::optional<std::string> language, all, messages, lang;
     std::vector<std::string> expected;

@@ -115,7 +115,7 @@ TEST_F(StoredDefaults, aCopyThatOthersCouldReadIsClosedToThem) {
   EXPECT_EQ(defaults.get<bool>("key"), true);
 }
 
-TEST_F(StoredDefaults, observersHearOfEverySetAndOfARealRemoval) {
+TEST_F(StoredDefaults, observersAreToldOfEverySetAndOfARealRemoval) {
   SqliteUserDefaults defaults(file);
   static constexpr StoredKey<bool> key{"setting", true, ""};
   Setting<bool> setting(defaults, key);
@@ -162,7 +162,7 @@ TEST_F(StoredDefaults, aTransactionStoresAllOrNothingAndSeesWhatIsStoredNow) {
   EXPECT_TRUE(other.step());
 }
 
-TEST_F(StoredDefaults, changesOfAnotherProcessAreSeenAndToldOf) {
+TEST_F(StoredDefaults, changesOfAnotherProcessAreSeenAndReported) {
   std::optional<SqliteUserDefaults> theirs;
   OtherProcess other({
       [&] { return theirs.emplace(file).set("shared", std::int64_t{2}) && theirs->set("new", true); },
@@ -204,7 +204,7 @@ TEST_F(StoredDefaults, changesOfAnotherProcessAreSeenAndToldOf) {
 }
 
 TEST_F(StoredDefaults, aWatcherIsWokenOnlyWhenThereIsSomethingToSee) {
-  // The watcher looks once for each time that it is woken, as an event loop does, and must have seen each write.
+  // The watcher reads once per wake-up, as an event loop does, and must see each write.
   constexpr int writes = 50;
   std::optional<SqliteUserDefaults> theirs;
   OtherProcess other({[&] {
@@ -317,7 +317,7 @@ TEST_F(StoredDefaults, whatIsNotDamagedIsNeverSetAside) {
   EXPECT_EQ(defaults.changeDescriptor(), -1);
 }
 
-TEST_F(StoredDefaults, onAFullDiskTheOldValueStands) {
+TEST_F(StoredDefaults, onAFullDiskTheOldValueStays) {
   OtherProcess other({[this] {
     SqliteUserDefaults defaults(file);
     const bool stored = defaults.set("key", std::string("old"));

@@ -14,7 +14,7 @@ struct Dialect {
   ProviderType type;
   std::string (*whole)(const std::string& text);
   std::string (*event)(const std::string& text);  ///< a piece of a stream
-  const char* end;                                ///< behind the last piece
+  const char* end;                                ///< after the last piece
 };
 
 std::string completion(const std::string& text, const char* finishReason = nullptr) {
@@ -142,8 +142,8 @@ TEST_F(Dialects, ofTheVendorsAreSpokenOverTls) {
   }
 }
 
-TEST_F(Dialects, bearTenMegabytes) {
-  setLogSink([](std::string_view) {});  // which notes answers whole
+TEST_F(Dialects, copeWithTenMegabytes) {
+  setLogSink([](std::string_view) {});  // which would log whole answers
   const std::string large(10'000'000, 'x');
   const std::string piece(20'000, 'x');
   for (const auto& dialect : dialects) {

@@ -77,8 +77,8 @@ TEST_F(MockServer, answersStreamsAndListsItsModels) {
   EXPECT_TRUE(alerts.shown.empty());
 }
 
-// Its error for Anthropic's API has not the vendor's form, so there are no words to be told.
-TEST_F(MockServer, failuresAreToldInTheVendorsWords) {
+// Its error for Anthropic's API is not in the vendor's form, so there is no message to report.
+TEST_F(MockServer, failuresAreReportedInTheVendorsWords) {
   for (const auto& [type, message] :
        {std::pair(ProviderType::openAI, "Mine Issue: No fixture matched"),
         {ProviderType::anthropic, "Anthropic Issue: status code 404"},

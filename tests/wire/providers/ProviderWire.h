@@ -17,7 +17,7 @@
 
 namespace quillmark {
 
-/// Providers over real sockets: everything but the user's settings and the alerts is what the program runs with.
+/// Providers over real sockets: everything except the user's settings and the alerts is the program's own.
 struct ProviderWire : testing::Test {
   /// Has the word that no output of these tests may hold.
   inline static const std::string key = "s3cret-k3y";
@@ -54,7 +54,7 @@ struct ProviderWire : testing::Test {
                                             .defaultModel = "m"}));
   }
 
-  /// What comes of it appears while run() runs.
+  /// The outcome appears while run() runs.
   std::shared_ptr<Talk> chat(AIProvider& provider, const std::string& text,
                              const std::optional<std::string>& model = std::nullopt) {
     auto talk = std::make_shared<Talk>();

@@ -27,11 +27,11 @@ namespace {
 constexpr int menuWidth = 420;
 constexpr int fieldHeight = 44;
 constexpr int listMargin = 8;
-/// Half of the ninth row is in sight, so that one sees that there is more.
+/// Half of the ninth row is visible, as a hint that there is more.
 constexpr int listHeight = 8 * CommandItemView::height + CommandItemView::height / 2 + listMargin;
 constexpr int iconSide = 20;
 
-/// The keys that the menu cares about, by their positions.
+/// The keys that the menu handles, by position.
 std::optional<int> keyCodeOf(int key) {
   switch (key) {
     case Qt::Key_Return:
@@ -90,7 +90,7 @@ class CommandMenuView::Rows : public QAbstractListModel {
   int count_;
 };
 
-/// A card in the place of the list that shows the task of the user's own.
+/// A card in place of the list that shows the user's own task.
 class CommandMenuView::Task : public QWidget {
  public:
   explicit Task(QWidget* parent) : QWidget(parent) {
@@ -208,7 +208,7 @@ CommandMenuView::CommandMenuView(CommandPanelViewModel& viewModel, QWidget* pare
   connections_ += viewModel_.currentMode().observe([this](CommandMenuMode) { showMode(); });
   connections_ += viewModel_.isCommandOpen().observe([this](bool open) {
     if (open) {
-      lastPointer_ = QCursor::pos();  // a menu that opens under the pointer is not entered by it
+      lastPointer_ = QCursor::pos();  // opening under the pointer does not count as entering
       list_.scrollToTop();
       field_.setFocus();
     }
@@ -220,7 +220,7 @@ CommandMenuView::CommandMenuView(CommandPanelViewModel& viewModel, QWidget* pare
 }
 
 CommandMenuView::~CommandMenuView() {
-  // On their way out they would still tell of themselves.
+  // While they are destroyed they would still send events here.
   list_.viewport()->removeEventFilter(this);
   field_.removeEventFilter(this);
   list_.setModel(nullptr);
@@ -277,7 +277,7 @@ bool CommandMenuView::eventFilter(QObject* object, QEvent* event) {
     } else if (const auto code = keyCodeOf(press.key()); code && !modifiers) {
       state_.keyDown(*code);
     }
-    // The field sees the key as well.
+    // The field gets the key as well.
   } else if (object == list_.viewport()) {
     if (event->type() == QEvent::MouseMove) {
       const auto& move = static_cast<const QMouseEvent&>(*event);
@@ -291,7 +291,7 @@ bool CommandMenuView::eventFilter(QObject* object, QEvent* event) {
 
 void CommandMenuView::pointerAt(QPoint global, QPoint inList) {
   if (global == lastPointer_) {
-    return;  // rows that scroll under a resting pointer are not entered
+    return;  // scrolling under a resting pointer does not count as entering
   }
   lastPointer_ = global;
   const QModelIndex index = list_.indexAt(inList);

@@ -78,7 +78,7 @@ void WordLevelDiffView::layOut() {
   const double width = viewport()->width() - 2 * blocks::margin;
   const QFontMetricsF metrics(font());
   const double height = std::ceil(metrics.height() + 2 * topPadding);
-  QHash<QString, double> widths;  // most words come more than once
+  QHash<QString, double> widths;  // most words occur more than once
   std::vector<Size> boxes;
   for (const auto& line : lines_) {
     const std::size_t first = words_.size();
@@ -93,7 +93,7 @@ void WordLevelDiffView::layOut() {
       boxes.push_back({known.value() + 2 * sidePadding, height});
     }
     const auto measure = FlowLayout{}.measure(boxes, width);
-    // Words stand in the order in which their script is read.
+    // Words are laid out in the reading direction of their script.
     const bool rightToLeft =
         line.empty() ? false : std::ranges::any_of(line, [](const auto& e) { return qt(e.text).isRightToLeft(); });
     for (std::size_t i = 0; i < boxes.size(); ++i) {

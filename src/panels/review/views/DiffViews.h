@@ -22,7 +22,7 @@ class LineByLineDiffView : public TextColumn {
   Connection changes_;
 };
 
-/// The comparison by words, in rows that break where the panel ends; a message while it is being calculated.
+/// The comparison by words, in rows wrapped at the panel's width; a message while it is being calculated.
 class WordLevelDiffView : public ScrollArea, public AccessibleView {
  public:
   explicit WordLevelDiffView(const BackgroundComparison<DiffElement>& comparison, QWidget* parent = nullptr);
@@ -36,7 +36,7 @@ class WordLevelDiffView : public ScrollArea, public AccessibleView {
     QRectF box;
   };
   const std::vector<Word>& words() const { return words_; }
-  /// What happened to the word, in words; empty for one that is as it was.
+  /// The change of the word as text; empty for an unchanged one.
   static QString help(const DiffElement& element);
   /// From the coordinates of `words()` to those of the viewport.
   QPointF origin() const;

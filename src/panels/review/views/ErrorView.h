@@ -7,7 +7,7 @@
 
 namespace quillmark {
 
-/// What stands in place of a result when there is none: a sign, a title, and the reason as text that can be selected.
+/// Shown in place of a missing result: an icon, a title, and the reason as selectable text.
 class ErrorView : public QWidget {
  public:
   explicit ErrorView(QWidget* parent = nullptr);
@@ -25,7 +25,7 @@ class ErrorView : public QWidget {
 
   std::string text_;
   TextColumn message_{this};
-  int top_ = 0;  ///< of the sign
+  int top_ = 0;  ///< of the icon
 };
 
 }  // namespace quillmark

@@ -4,7 +4,7 @@
 
 namespace quillmark {
 
-/// "Loading...", for as long as there is nothing else to show.
+/// "Loading...", while there is nothing else to show.
 class LoadingText : public PulsingView {
  public:
   explicit LoadingText(QWidget* parent = nullptr);

@@ -20,7 +20,7 @@ namespace {
 constexpr int widestPicker = 400;
 constexpr int widestProvider = 100;
 constexpr int widestModel = 130;
-// Together with the start height of a text these make up the panel's start height.
+// Together with a text's start height these add up to the panel's start height.
 constexpr int topPadding = 12;
 constexpr int pickerGap = 8;
 constexpr int textGap = 6;  ///< below the text
@@ -90,7 +90,7 @@ ReviewView::ReviewView(ReviewPanelVM& session, ReviewViewState& state, Pasteboar
   top->addStretch();
   column->addWidget(&head_);
   auto* const middle = new QHBoxLayout;
-  // The edges of the panel stay free, so that they can be dragged.
+  // The edges of the panel are left free for dragging.
   middle->setContentsMargins(8, 0, 8, textGap);
   middle->addWidget(&content_);
   column->addLayout(middle, 1);
@@ -108,7 +108,7 @@ ReviewView::ReviewView(ReviewPanelVM& session, ReviewViewState& state, Pasteboar
   connections_ += session_.menusChanged.connect([this] { showMenus(); });
   connections_ += session_.loading().observe([this](bool) { showState(); });
   connections_ += session_.hasError().observe([this](bool) { showState(); });
-  // The first piece of an answer can be copied.
+  // Copying is possible from the first piece of an answer on.
   connections_ += session_.text().changed.connect(
       [this](std::size_t) { copy_.setEnabled(session_.canApply(ActionBehavior::copyToClipboard)); });
   connections_ += session_.errorMessage().bind([this](const std::string& message) { error_.setMessage(message); });
@@ -146,7 +146,7 @@ std::vector<DropDown::Item> ReviewView::modelItems() {
 void ReviewView::makeBar(QWidget& bar) {
   bar.setFixedHeight(barHeight);
   auto* const row = new QHBoxLayout(&bar);
-  // So that the titles of the menus begin where the text does.
+  // Aligns the titles of the menus with the text.
   constexpr int side = look::windowPadding - Button::ringRoom - 4;
   row->setContentsMargins(side, 0, side, 0);
   row->setSpacing(0);
@@ -231,7 +231,7 @@ void ReviewView::showState() {
 
 void ReviewView::measure() {
   if (!session_.isReviewOpen().get()) {
-    return;  // the next session begins with its own size
+    return;  // the next session starts with its own size
   }
   const QSizeF size = result_.textSize();
   state_.measured({size.width(), size.height()});
@@ -244,7 +244,7 @@ void ReviewView::fit() {
   auto& panel = session_.panel();
   setMinimumSize(std::min(int(least.width), int(wanted.width)), std::min(int(least.height), int(wanted.height)));
   if (QWidget* const frame = window(); frame != this && frame->layout()) {
-    // What the user can make of it by hand. The frame's margins are its shadow.
+    // The limits for resizing by the user. The frame's margins are its shadow.
     const QMargins shadow = frame->layout()->contentsMargins();
     frame->setMinimumSize(minimumSize().grownBy(shadow));
     if (const auto most = state_.maxHeight()) {

@@ -17,8 +17,8 @@
 
 namespace quillmark {
 
-/// The content of the review panel: the modes, the result in one of them, and the bar. Tab goes through the modes where
-/// there is a choice; Shift+Tab and the arrows then go through the controls.
+/// The content of the review panel: the modes, the result in one of them, and the bar. Tab cycles through the modes
+/// where there is a choice; Shift+Tab and the arrows then move between the controls.
 class ReviewView : public QWidget {
  public:
   ReviewView(ReviewPanelVM& session, ReviewViewState& state, Pasteboard& pasteboard, QWidget* parent = nullptr);
@@ -40,7 +40,7 @@ class ReviewView : public QWidget {
   void showState();
   std::vector<DropDown::Item> providerItems();
   std::vector<DropDown::Item> modelItems();
-  /// Lets the panel be as large as its content asks.
+  /// Sizes the panel to its content.
   void fit();
   void measure();
   bool moveInBar(bool forward);

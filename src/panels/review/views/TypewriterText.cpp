@@ -15,12 +15,12 @@ namespace quillmark {
 
 namespace {
 
-constexpr std::size_t mostAtOnce = 16'384;  ///< bytes for which one frame has time
+constexpr std::size_t mostAtOnce = 16'384;  ///< bytes that can be drawn within one frame
 
 const auto drawEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
-/// What one frame draws of what has come. It ends with a line, however long, so that no line is laid out again for the
-/// sake of its next part.
+/// The part of the pending text that one frame draws. It ends at a line end, however long the line, so that no line is
+/// laid out again for its next part.
 std::string_view nextPart(std::string_view added) {
   if (added.size() <= mostAtOnce) {
     return added;
@@ -65,7 +65,7 @@ void TypewriterText::textChanged(std::size_t kept) {
     drawn_ = 0;
   }
   if (text_.empty()) {
-    drawAll();  // at once: the panel opens before the next round of events, and should not measure the text before
+    drawAll();  // at once: the panel opens before the event loop's next iteration and must not measure the old text
   } else {
     postDraw();
   }

@@ -11,8 +11,8 @@
 
 namespace quillmark {
 
-/// A result while it grows and after: as it is, or with its Markdown drawn if it shows any sign of it. A chunk costs
-/// what it brings, whatever there is already.
+/// A result while it grows and afterwards: as plain text, or with its Markdown drawn if it shows any. The cost of a
+/// chunk depends on the chunk alone.
 class TypewriterText : public TextColumn {
  public:
   TypewriterText(const ResultText& text, const Observable<bool>& isStreaming, QWidget* parent = nullptr);
@@ -23,19 +23,19 @@ class TypewriterText : public TextColumn {
   bool event(QEvent* event) override;
 
  private:
-  /// Chunks that come faster than they can be drawn are drawn together, but not more of them than a frame has time for.
+  /// Chunks that arrive faster than they can be drawn are drawn together, up to what fits into one frame.
   void textChanged(std::size_t kept);
   void postDraw();
   void drawNext();
   void drawAll();
-  /// What is drawn goes on with this part of the text.
+  /// Draws this part of the text after what is drawn already.
   void draw(std::string_view added);
 
   const ResultText& text_;
   const Observable<bool>& isStreaming_;
   bool styled_ = false;
   bool drawPosted_ = false;
-  std::size_t drawn_ = 0;     ///< so many bytes of the text are drawn as they are now
+  std::size_t drawn_ = 0;     ///< number of bytes of the current text that are drawn
   std::size_t lastLine_ = 0;  ///< byte at which the last line of a plain text begins
   bool asMarkdown_ = false;
   MarkdownSigns signs_;

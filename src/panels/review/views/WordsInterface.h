@@ -19,7 +19,7 @@ class WordsInterface : public QAccessibleWidget {
 
  private:
   WordLevelDiffView& view_;
-  mutable std::vector<QAccessible::Id> ids_;  ///< made when they are asked for
+  mutable std::vector<QAccessible::Id> ids_;  ///< created on demand
 };
 
 }  // namespace quillmark

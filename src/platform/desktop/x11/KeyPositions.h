@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <optional>
 
-/// Stored key combinations name keys by their position, as virtual key codes of an ANSI keyboard with the additional
-/// keys of ISO and JIS keyboards. The X server numbers the same positions by the kernel's key codes plus 8.
+/// Stored key combinations name keys by position, as virtual key codes of an ANSI keyboard plus the additional keys of
+/// ISO and JIS keyboards. The X server's key code for a position is the kernel's plus 8.
 namespace quillmark::keys {
 
 namespace detail {

@@ -49,11 +49,11 @@ constexpr AtomName atomNames[] = {
     {&X11Atoms::quillmarkTime, "_QUILLMARK_TIME"},
 };
 
-/// The names of selections that there are once for each screen end in its number.
+/// Selections that exist once per screen have its number at the end of their names.
 bool isOfScreen(std::string_view name) { return name.ends_with("_S"); }
 
 constexpr std::uint8_t sentByClient = 0x80;
-constexpr std::uint32_t asTaskBar = 2;  // EWMH: an action of the user, not of an application that wants attention
+constexpr std::uint32_t asTaskBar = 2;  // EWMH: a direct user action, not an application asking for attention
 
 }  // namespace
 
@@ -135,7 +135,7 @@ void X11Connection::drain() {
   }
   xcb_flush(connection_);
   while (const auto event = nextEvent()) {
-    // Type 0 is the error of a request that nobody checks: it was about another application's window, now gone.
+    // Type 0 is the error of an unchecked request, for another application's window that is now gone.
     const auto handlers = handlers_.find(event->response_type & ~sentByClient);
     if (event->response_type != 0 && handlers != handlers_.end()) {
       handlers->second.emit(*event);
@@ -150,7 +150,7 @@ void X11Connection::drain() {
 void X11Connection::lose() {
   lost_ = true;
   log("X11: the connection to the server is lost");
-  // A descriptor at its end can be read for ever; in its place one that never wakes the loop again.
+  // A closed connection is readable for ever; replace its descriptor with one that never wakes the loop.
   if (const int silent = eventfd(0, EFD_CLOEXEC); silent >= 0) {
     dup2(silent, descriptor());
     ::close(silent);
@@ -158,7 +158,7 @@ void X11Connection::lose() {
 }
 
 xcb_timestamp_t X11Connection::serverTime() {
-  // A change of nothing is reported with the server's time, ahead of the answer to the next request.
+  // An empty property change is reported with the server's time, before the reply to the next request.
   xcb_change_property(connection_, XCB_PROP_MODE_APPEND, window_, atoms_.quillmarkTime, XCB_ATOM_INTEGER, 8, 0,
                       nullptr);
   x11Owned(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
@@ -201,15 +201,15 @@ std::optional<X11Connection::Property> X11Connection::property(xcb_window_t wind
     result.format = reply->format;
     result.bytes.append(static_cast<const char*>(xcb_get_property_value(reply.get())),
                         static_cast<std::size_t>(xcb_get_property_value_length(reply.get())));
-    // The server deletes the property only with the read that reaches its end.
+    // The server deletes the property only on the read that reaches its end.
     if (reply->bytes_after == 0) {
       return result;
     }
   }
 }
 
-void X11Connection::markSimulation(unsigned firstRequest, unsigned requestBehind) {
-  simulation_ = {firstRequest, requestBehind};
+void X11Connection::markSimulation(unsigned firstRequest, unsigned requestAfter) {
+  simulation_ = {firstRequest, requestAfter};
 }
 
 bool X11Connection::isSimulated(const xcb_generic_event_t& event) const {

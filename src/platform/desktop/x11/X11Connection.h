@@ -18,7 +18,7 @@ namespace quillmark {
 struct X11Free {
   void operator()(void* reply) const { std::free(reply); }
 };
-/// A reply or an event of the library, which wants it freed.
+/// A reply or an event allocated by the library with malloc().
 template <class T>
 using X11Owned = std::unique_ptr<T, X11Free>;
 template <class T>
@@ -26,7 +26,7 @@ X11Owned<T> x11Owned(T* reply) {
   return X11Owned<T>(reply);
 }
 
-/// The names that the adapters need, as the server numbers them.
+/// The atoms that the adapters need.
 struct X11Atoms {
   xcb_atom_t atomPair, clipboard, clipboardManager, incr, multiple, targets, text, textPlain, textPlainUtf8, timestamp,
       utf8String;
@@ -38,23 +38,23 @@ struct X11Atoms {
   xcb_atom_t quillmarkCleared, quillmarkPanel, quillmarkTime;
 };
 
-/// A connection to the X server, apart from the toolkit's. Whoever runs the event loop watches descriptor() and calls
-/// drain() when it can be read and each time before the loop sleeps. Without a server, or when the server goes away,
-/// every operation does nothing. Main thread only.
+/// A connection to the X server, separate from the toolkit's. The owner of the event loop watches descriptor() and
+/// calls drain() when it is readable and each time before the loop sleeps. Without a server, or after the server is
+/// gone, every operation does nothing. Main thread only.
 class X11Connection {
  public:
   using EventHandler = std::function<void(const xcb_generic_event_t&)>;
 
-  /// An empty name stands for the DISPLAY of the environment.
+  /// An empty name means the environment's DISPLAY.
   explicit X11Connection(const std::string& display = {});
   X11Connection(const X11Connection&) = delete;
   X11Connection& operator=(const X11Connection&) = delete;
   ~X11Connection();
 
   bool alive() const;
-  /// Negative when there never was a server.
+  /// Negative when there was never a server.
   int descriptor() const;
-  /// Handles every event that has arrived; never waits.
+  /// Handles every event that has arrived; never blocks.
   void drain();
 
   /// Calls the handler for each event of a type (without the bit that marks sent events).
@@ -62,15 +62,15 @@ class X11Connection {
 
   xcb_connection_t* xcb() const { return connection_; }
   xcb_window_t root() const { return root_; }
-  /// A window that is never shown: owner of selections and bearer of properties. Its property changes are reported.
+  /// A window that is never shown, to own selections and hold properties. Its property changes are reported.
   xcb_window_t window() const { return window_; }
   const X11Atoms& atoms() const { return atoms_; }
 
   xcb_atom_t internAtom(std::string_view name);
-  /// Asks the window manager to bring a window to the front, as a task bar does. Window managers weigh a time against
-  /// the user's last key. `over`: another connection to the same server, whose requests this one is to follow.
+  /// Asks the window manager to bring a window to the front, as a task bar does. Window managers compare a time with
+  /// the user's last input. `over`: another connection to the same server, whose earlier requests must come first.
   void askToActivate(xcb_window_t window, xcb_timestamp_t time, xcb_connection_t* over = nullptr);
-  /// The present time of the server, in one round trip.
+  /// The server's current time, in one round trip.
   xcb_timestamp_t serverTime();
 
   struct Property {
@@ -85,10 +85,10 @@ class X11Connection {
   std::optional<Property> property(xcb_window_t window, xcb_atom_t name, bool andDelete = false);
 
   /// Marks a range of our own requests as simulating keys, so that their echoes can be told from the user's keys. An
-  /// event bears the number of the last request before it, so the range ends ahead of the request behind.
-  void markSimulation(unsigned firstRequest, unsigned requestBehind);
+  /// event carries the number of the last request before it, so the range ends just before `requestAfter`.
+  void markSimulation(unsigned firstRequest, unsigned requestAfter);
   bool isSimulated(const xcb_generic_event_t& event) const;
-  /// Whether the event was made before the server saw this request of ours.
+  /// Whether the event happened before the server processed this request of ours.
   static bool isBefore(const xcb_generic_event_t& event, unsigned request) {
     return static_cast<std::int32_t>(event.full_sequence - request) < 0;
   }
@@ -103,7 +103,7 @@ class X11Connection {
   xcb_window_t root_ = 0;
   xcb_window_t window_ = 0;
   X11Atoms atoms_{};
-  std::deque<Event> pending_;  // arrived while an answer was awaited
+  std::deque<Event> pending_;  // arrived while waiting for a reply
   std::map<std::uint8_t, Signal<const xcb_generic_event_t&>> handlers_;
   std::optional<std::pair<unsigned, unsigned>> simulation_;
   bool lost_ = false;

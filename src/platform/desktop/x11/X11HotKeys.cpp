@@ -35,7 +35,7 @@ X11HotKeys::X11HotKeys(X11Connection& connection, X11Keyboard& keyboard)
   const auto version = x11Owned(xcb_input_xi_query_version_reply(xcb, xcb_input_xi_query_version(xcb, 2, 2), nullptr));
   const auto devices =
       x11Owned(xcb_input_xi_query_device_reply(xcb, xcb_input_xi_query_device(xcb, XCB_INPUT_DEVICE_ALL), nullptr));
-  // Since 2.1 raw events come whoever holds the keyboard.
+  // Since version 2.1 raw events are sent even while a client has grabbed the keyboard.
   if (!version || !devices || version->major_version < 2 ||
       (version->major_version == 2 && version->minor_version < 1)) {
     return;
@@ -56,7 +56,7 @@ X11HotKeys::~X11HotKeys() {
   for (auto& [name, hotKey] : hotKeys_) {
     drop(hotKey);
   }
-  followFingers(false);
+  watchKeyboard(false);
   xcb_flush(connection_.xcb());
 }
 
@@ -186,7 +186,7 @@ void X11HotKeys::ungrab(const Chord& chord) {
 
 void X11HotKeys::keyboardChanged() {
   if (keyboard_.modifiers() == modifiers_) {
-    return;  // key codes are positions: another layout leaves the grabs right
+    return;  // key codes are positions: the grabs stay right for another layout
   }
   updateGuard(std::nullopt);
   for (auto& [name, hotKey] : hotKeys_) {
@@ -198,7 +198,7 @@ void X11HotKeys::keyboardChanged() {
     names.push_back(name);
   }
   for (const auto& name : names) {
-    if (hotKeys_.contains(name)) {  // who is told of a refusal may unregister others
+    if (hotKeys_.contains(name)) {  // a handler of a refusal may unregister others
       take(name);
     }
   }
@@ -210,9 +210,9 @@ void X11HotKeys::pressed(const xcb_key_press_event_t& event) {
   if (armed_.contains(event.detail)) {
     return;  // the key repeats
   }
-  followFingers(true);
-  xcb_ungrab_keyboard(connection_.xcb(), XCB_CURRENT_TIME);  // other keys are none of our business
-  fingers_ |= keyboard_.pressedKeys() & keyboard_.keys().modifiers;
+  watchKeyboard(true);
+  xcb_ungrab_keyboard(connection_.xcb(), XCB_CURRENT_TIME);  // only the hot key is ours
+  heldKeys_ |= keyboard_.pressedKeys() & keyboard_.keys().modifiers;
 
   const auto locks = XCB_MOD_MASK_LOCK | modifiers_.numLock;
   const Chord seen{event.detail, static_cast<std::uint16_t>(event.state & anyModifier & ~locks)};
@@ -247,7 +247,7 @@ void X11HotKeys::keyReleased(std::uint8_t key) {
 void X11HotKeys::rawKey(const xcb_generic_event_t& event) {
   const auto& raw = reinterpret_cast<const xcb_input_raw_key_press_event_t&>(event);
   const bool down = raw.event_type == XCB_INPUT_RAW_KEY_PRESS;
-  if (!following_ || raw.extension != inputOpcode_ || (!down && raw.event_type != XCB_INPUT_RAW_KEY_RELEASE)) {
+  if (!watching_ || raw.extension != inputOpcode_ || (!down && raw.event_type != XCB_INPUT_RAW_KEY_RELEASE)) {
     return;
   }
   if (testDevices_.contains(raw.sourceid) && connection_.isSimulated(event)) {
@@ -255,7 +255,7 @@ void X11HotKeys::rawKey(const xcb_generic_event_t& event) {
   }
   const auto key = static_cast<std::uint8_t>(raw.detail);
   if (keyboard_.maskOf(key) != 0) {
-    fingers_[key] = down;
+    heldKeys_[key] = down;
     updateGuard(guard_ ? std::optional(guard_->chord) : std::nullopt);
   }
   if (!down) {
@@ -266,24 +266,24 @@ void X11HotKeys::rawKey(const xcb_generic_event_t& event) {
 
 // --- the time between the press and the release of the last modifier
 
-void X11HotKeys::followFingers(bool follow) {
-  if (inputOpcode_ == 0 || follow == following_) {
+void X11HotKeys::watchKeyboard(bool watch) {
+  if (inputOpcode_ == 0 || watch == watching_) {
     return;
   }
-  following_ = follow;
+  watching_ = watch;
   struct {
     xcb_input_event_mask_t head;
     std::uint32_t mask;
   } request{
       {XCB_INPUT_DEVICE_ALL_MASTER, 1},
-      follow ? std::uint32_t{XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE} : 0u};
+      watch ? std::uint32_t{XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS | XCB_INPUT_XI_EVENT_MASK_RAW_KEY_RELEASE} : 0u};
   xcb_input_xi_select_events(connection_.xcb(), connection_.root(), 1, &request.head);
 }
 
 std::uint16_t X11HotKeys::heldModifiers() const {
   std::uint16_t held = 0;
-  for (unsigned key = 0; key < fingers_.size(); ++key) {
-    if (fingers_[key]) {
+  for (unsigned key = 0; key < heldKeys_.size(); ++key) {
+    if (heldKeys_[key]) {
       held |= keyboard_.maskOf(static_cast<std::uint8_t>(key));
     }
   }
@@ -294,7 +294,7 @@ void X11HotKeys::updateGuard(const std::optional<Chord>& chord) {
   const auto held = heldModifiers();
   std::set<Chord> wanted;
   if (chord && chord->modifiers != 0 && (held & chord->modifiers) == chord->modifiers) {
-    // Every proper subset of the modifiers: which of them the server still sees is not ours to know.
+    // Every proper subset of the modifiers: we can't know which of them the server still counts as held.
     for (unsigned part = (chord->modifiers - 1u) & chord->modifiers;; part = (part - 1u) & chord->modifiers) {
       const Chord partial{chord->key, static_cast<std::uint16_t>(part)};
       if (!isInUse(partial)) {
@@ -326,9 +326,9 @@ void X11HotKeys::updateGuard(const std::optional<Chord>& chord) {
 }
 
 void X11HotKeys::stopIfNothingIsDown() {
-  if (armed_.empty() && fingers_.none()) {
+  if (armed_.empty() && heldKeys_.none()) {
     updateGuard(std::nullopt);
-    followFingers(false);
+    watchKeyboard(false);
   }
   xcb_flush(connection_.xcb());
 }

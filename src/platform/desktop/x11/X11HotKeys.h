@@ -12,14 +12,14 @@
 
 namespace quillmark {
 
-/// Hot keys by passive grabs. A hot key is armed by its press and fires with the release of its key, whatever became of
-/// the modifiers.
+/// Hot keys by passive grabs. A hot key is armed when its key is pressed and fires when that key is released, whatever
+/// the modifiers do meanwhile.
 ///
-/// What runs on a hot key simulates keys while the user may still hold its modifiers, and lifts them for that. From
-/// then on the server takes them for released, and a second tap of the key would reach the application in front as an
-/// ordinary letter. So from the press on, for as long as the user's fingers hold the modifiers, the key is also ours
-/// with any part of them. Fingers are followed by the raw events of the keyboard, which are asked for during that time
-/// only.
+/// A run started by a hot key simulates keys while the user may still hold its modifiers, and releases them first. From
+/// then on the server counts them as released, and a second tap of the key would reach the application in front as an
+/// ordinary letter. So from the press on, for as long as the user physically holds the modifiers, the key is also
+/// grabbed with every subset of them. What is physically held is known from the keyboard's raw events, which are
+/// selected only during that time.
 class X11HotKeys : public HotKeys {
  public:
   X11HotKeys(X11Connection& connection, X11Keyboard& keyboard);
@@ -32,7 +32,7 @@ class X11HotKeys : public HotKeys {
   std::optional<int> keyCodeOf(std::uint32_t nativeScanCode) const override;
 
  private:
-  /// A key with modifiers, lock keys left aside.
+  /// A key with modifiers, lock keys left out.
   struct Chord {
     std::uint8_t key = 0;
     std::uint16_t modifiers = 0;
@@ -40,7 +40,7 @@ class X11HotKeys : public HotKeys {
   };
   struct HotKey {
     KeyCombination combination;
-    std::optional<Chord> chord;  ///< none while refused
+    std::optional<Chord> chord;  ///< absent while refused
   };
   struct Guard {
     Chord chord;
@@ -60,7 +60,7 @@ class X11HotKeys : public HotKeys {
   void keyReleased(std::uint8_t key);
   void rawKey(const xcb_generic_event_t& event);
 
-  void followFingers(bool follow);
+  void watchKeyboard(bool watch);
   std::uint16_t heldModifiers() const;
   void updateGuard(const std::optional<Chord>& chord);
   void stopIfNothingIsDown();
@@ -71,8 +71,8 @@ class X11HotKeys : public HotKeys {
   std::map<std::string, HotKey> hotKeys_;
   std::map<std::uint8_t, Chord> armed_;  ///< by key
   std::optional<Guard> guard_;
-  chord::XKeys fingers_;  ///< modifier keys that the user holds, while followed
-  bool following_ = false;
+  chord::XKeys heldKeys_;  ///< modifier keys that the user physically holds, known while watching
+  bool watching_ = false;
   std::uint8_t inputOpcode_ = 0;
   std::set<std::uint16_t> testDevices_;  ///< sources of simulated keys
   Connection press_, release_, raw_, changed_;

@@ -25,7 +25,7 @@ chord::Dialect X11KeyInjector::dialectOfWindowInFront() const {
     return chord::Dialect::control;
   }
   if (connection_.property(windows.front(), connection_.atoms().quillmarkPanel)) {
-    return chord::Dialect::none;  // a panel of ours holds nothing that was selected elsewhere
+    return chord::Dialect::none;  // a panel of ours never contains the user's selection
   }
   const auto names = x11WindowClass(connection_, windows.front());
   return chord::dialectOf(names.instanceName, names.className);
@@ -47,10 +47,10 @@ void X11KeyInjector::send(std::span<const KeyboardEvent> events) {
   }
   const auto& keys = keyboard_.keys();
 
-  // Nothing that the user does comes between the look at the keyboard and our keys.
+  // No input of the user comes between reading the keyboard's state and our keys.
   const auto first = xcb_grab_server(xcb).sequence;
   const auto steps = chord::steps(events, keys, keyboard_.moment(), dialect);
-  xcb_ungrab_keyboard(xcb, XCB_CURRENT_TIME);  // a hot key that is still down would swallow what follows
+  xcb_ungrab_keyboard(xcb, XCB_CURRENT_TIME);  // a hot key that is still down would swallow our keys
   for (const auto& [kind, value] : steps) {
     switch (kind) {
       case chord::Step::Kind::press:

@@ -6,15 +6,15 @@
 
 namespace quillmark {
 
-/// Simulates keys by the XTEST extension. Use the connection of the hot keys: a hot key that is still down holds the
-/// keyboard for its connection, and only that connection can let go of it.
+/// Simulates keys by the XTEST extension. It must share the connection of the hot keys: a hot key that is still down
+/// grabs the keyboard for its connection, and only that connection can release it.
 class X11KeyInjector : public KeyInjector {
  public:
   X11KeyInjector(X11Connection& connection, X11Keyboard& keyboard, X11Workspace& workspace)
       : connection_(connection), keyboard_(keyboard), workspace_(workspace) {}
 
   std::optional<KeyboardEvent> createKeyboardEvent(KeyCode keyCode, bool keyDown) override;
-  /// While an application is just being activated, the keys wait for it.
+  /// While an application is being activated, the keys wait for it.
   void post(std::span<const KeyboardEvent> events) override;
 
  private:

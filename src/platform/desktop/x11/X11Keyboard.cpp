@@ -33,7 +33,7 @@ bool locks(xkb_keysym_t symbol) {
   }
 }
 
-/// Where the name of a symbol is not what people call the key.
+/// Symbols whose X name is not what people call the key.
 constexpr std::pair<xkb_keysym_t, const char*> spokenNames[] = {
     {XKB_KEY_space, "Space"},          {XKB_KEY_Prior, "Page Up"},
     {XKB_KEY_Next, "Page Down"},       {XKB_KEY_Escape, "Esc"},
@@ -100,8 +100,8 @@ X11Keyboard::X11Keyboard(X11Connection& connection, MainQueue& queue) : connecti
                                XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT, 0, 0, 0),
       nullptr));
 
-  // The server tells of a new map whenever another device of the same kind is used, several times for one change too:
-  // read it once, when the present events have been handled.
+  // The server reports a new map whenever another device of the same kind is used, and often several times per change:
+  // read it once, after the pending events have been handled.
   mapEvents_ = connection_.onEvent(firstEvent, [this](const xcb_generic_event_t& event) {
     const auto kind = event.pad0;  // of an XKB event
     if (stale_ || (kind != XCB_XKB_NEW_KEYBOARD_NOTIFY && kind != XCB_XKB_MAP_NOTIFY)) {
@@ -230,7 +230,7 @@ std::string X11Keyboard::label(std::uint8_t key) {
   const auto group = std::min<std::size_t>(moment().group, symbols_.size() - 1);
   xkb_keysym_t symbol = symbols_[group][key];
   if (symbol == XKB_KEY_NoSymbol) {
-    symbol = symbols_.front()[key];  // a key that the group leaves as it is
+    symbol = symbols_.front()[key];  // a key that this group does not define
   }
   return keyName(symbol);
 }

@@ -15,7 +15,7 @@ struct xkb_context;
 
 namespace quillmark {
 
-/// What the keys of the keyboard mean, kept up to date. Main thread only.
+/// The current keyboard map, kept up to date. Main thread only.
 class X11Keyboard {
  public:
   X11Keyboard(X11Connection& connection, MainQueue& queue);
@@ -36,14 +36,14 @@ class X11Keyboard {
   Modifiers modifiers();
   /// The mask that a modifier key contributes to, 0 for other keys and for keys that lock.
   std::uint16_t maskOf(std::uint8_t key);
-  /// What is printed on a key, in the present group: its character as a capital, or a name such as "Page Up".
+  /// The label of a key in the current group: its character as a capital, or a name such as "Page Up".
   std::string label(std::uint8_t key);
 
   /// The group and the pressed keys, in one round trip.
   chord::Moment moment();
   chord::XKeys pressedKeys();
 
-  /// Another keyboard map has been read.
+  /// A new keyboard map has been read.
   Signal<> changed;
 
  private:

@@ -6,8 +6,8 @@
 
 namespace quillmark {
 
-/// The CLIPBOARD selection, apart from the toolkit's own clipboard, which waits for owners that hang. A cleared
-/// pasteboard is one that we own and that offers no text: so a copy key that did nothing reads as nothing. The PRIMARY
+/// The CLIPBOARD selection, independent of the toolkit's clipboard, which blocks on owners that hang. A cleared
+/// pasteboard is one that we own and that offers no text, so that a copy key without effect reads as empty. The PRIMARY
 /// selection is never touched: an editor that loses it forgets what was selected.
 class X11Pasteboard : public Pasteboard {
  public:

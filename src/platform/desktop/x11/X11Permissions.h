@@ -5,7 +5,7 @@
 
 namespace quillmark {
 
-/// X servers ask nobody: keys can be simulated where the server can do it at all.
+/// X servers don't ask the user: keys can be simulated wherever the server supports it.
 class X11Permissions : public Permissions {
  public:
   X11Permissions(const X11Connection& connection, const X11Keyboard& keyboard)

@@ -49,7 +49,7 @@ std::vector<Screen> X11Screens::screens() const {
   std::vector<Rect> frames;
   const auto* const randr = xcb_get_extension_data(xcb, &xcb_randr_id);
   if (randr != nullptr && randr->present != 0) {
-    // The server answers by the version that the client has named.
+    // The server behaves as the version that the client has announced.
     xcb_discard_reply(xcb, xcb_randr_query_version(xcb, 1, 5).sequence);
     const auto monitors =
         x11Owned(xcb_randr_get_monitors_reply(xcb, xcb_randr_get_monitors(xcb, connection_.root(), 1), nullptr));
@@ -75,7 +75,7 @@ std::vector<Screen> X11Screens::screens() const {
   for (const auto& frame : frames) {
     auto visible = area ? intersection(frame, *area) : frame;
     if (visible.size.width == 0 || visible.size.height == 0) {
-      visible = frame;  // the work area of some window managers leaves out a whole monitor
+      visible = frame;  // some window managers' work area leaves out a whole monitor
     }
     result.push_back({logical(frame), logical(visible)});
   }

@@ -8,7 +8,7 @@ namespace quillmark {
 /// Monitors by the RandR extension, the primary one first.
 class X11Screens : public Screens {
  public:
-  /// `scale`: pixels of a logical point.
+  /// `scale`: pixels per logical point.
   explicit X11Screens(X11Connection& connection, double scale = 1) : connection_(connection), scale_(scale) {}
 
   std::vector<Screen> screens() const override;

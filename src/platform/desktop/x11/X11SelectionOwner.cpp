@@ -37,7 +37,7 @@ X11SelectionOwner::X11SelectionOwner(X11Connection& connection, MainQueue& queue
     return;
   }
   const std::size_t longestRequest = std::size_t{xcb_get_maximum_request_length(connection_.xcb())} * 4;
-  pieceSize_ = std::min(largestPiece, longestRequest - 64);  // less the request's own fields
+  pieceSize_ = std::min(largestPiece, longestRequest - 64);  // minus the request's own fields
 
   requests_ = connection_.onEvent(XCB_SELECTION_REQUEST, [this](const xcb_generic_event_t& event) {
     requested(reinterpret_cast<const xcb_selection_request_event_t&>(event));
@@ -73,8 +73,8 @@ bool X11SelectionOwner::take(std::optional<std::string> text) {
   text_ = text ? std::make_shared<const std::string>(std::move(*text)) : nullptr;
   auto narrow = text_ ? latin1(*text_) : std::nullopt;
   latin1_ = narrow ? std::make_shared<const std::string>(std::move(*narrow)) : nullptr;
-  // The server turns down a time before that of the present owner. Another client can take the selection between our
-  // look at the clock and our request.
+  // The server refuses a time before the current owner's. Another client can take the selection between our reading the
+  // clock and our request.
   for (int attempt = 0; attempt < 3; ++attempt) {
     since_ = connection_.serverTime();
     takenBy_ = xcb_set_selection_owner(connection_.xcb(), connection_.window(), connection_.atoms().clipboard, since_)
@@ -90,7 +90,7 @@ std::optional<std::string> X11SelectionOwner::text() const { return text_ ? std:
 
 void X11SelectionOwner::requested(const xcb_selection_request_event_t& request) {
   const auto& atoms = connection_.atoms();
-  // Clients of old name no property and mean one like the target.
+  // Obsolete clients name no property and mean one with the name of the target (ICCCM 2.2).
   const xcb_atom_t property = request.property != XCB_ATOM_NONE ? request.property : request.target;
   bool answered = false;
   if (request.selection == atoms.clipboard && request.owner == connection_.window() &&
@@ -144,7 +144,7 @@ bool X11SelectionOwner::convert(xcb_window_t requestor, xcb_atom_t target, xcb_a
   if (target == atoms.quillmarkCleared) {
     write(requestor, property, target, std::make_shared<const std::string>());
   } else if (target == atoms.passwordManagerHint) {
-    // What the clipboard managers of the large desktops take for "do not keep this".
+    // The clipboard managers of the large desktops read this as "do not keep this".
     write(requestor, property, target, std::make_shared<const std::string>("secret"));
   } else if (target == XCB_ATOM_STRING) {
     write(requestor, property, target, latin1_);
@@ -197,7 +197,7 @@ void X11SelectionOwner::sendNextPiece(const TransferKey& key) {
   }
   auto& transfer = found->second;
   const auto size = std::min(pieceSize_, transfer.bytes->size() - transfer.sent);
-  // A piece of nothing is the end.
+  // An empty piece is the end.
   xcb_change_property(connection_.xcb(), XCB_PROP_MODE_REPLACE, key.first, key.second, transfer.type, 8,
                       static_cast<std::uint32_t>(size), transfer.bytes->data() + transfer.sent);
   transfer.sent += size;

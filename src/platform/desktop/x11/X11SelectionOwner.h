@@ -12,23 +12,23 @@
 
 namespace quillmark {
 
-/// Owns the CLIPBOARD selection and answers what other clients ask of it (ICCCM 2), large texts piece by piece.
-/// Main thread only.
+/// Owns the CLIPBOARD selection and answers other clients' requests (ICCCM 2), large texts piece by piece. Main thread
+/// only.
 class X11SelectionOwner {
  public:
   X11SelectionOwner(X11Connection& connection, MainQueue& queue);
 
-  /// Becomes the owner, or renews its ownership, with a text or with nothing that anybody could paste. The server has
-  /// acknowledged it on return; false when another client does not let go.
+  /// Becomes the owner, or renews the ownership, with a text or with nothing to paste. The server has acknowledged it
+  /// on return; false when another client keeps the selection.
   bool take(std::optional<std::string> text);
   /// Whether the server still names us as the owner, in one round trip.
   bool owns() const;
-  /// Nothing when we offer none.
+  /// The text on offer; nothing when there is none.
   std::optional<std::string> text() const;
 
  private:
   using Bytes = std::shared_ptr<const std::string>;
-  /// A text that is too long for one property goes in pieces, each when the one before has been fetched.
+  /// A text too long for one property is sent in pieces, each after the previous one has been fetched.
   struct Transfer {
     xcb_atom_t type = XCB_ATOM_NONE;
     Bytes bytes;

@@ -97,7 +97,7 @@ void X11SelectionReader::answered(const xcb_selection_notify_event_t& notify) {
   }
 }
 
-// A refusal does not say which property it is about. Reads with the same target and time are all refused alike.
+// A refusal does not name the property. All reads with the same target and time are refused alike.
 void X11SelectionReader::refused(const xcb_selection_notify_event_t& notify) {
   const auto found = std::ranges::find_if(reads_, [&](const auto& entry) {
     const auto& read = entry.second;
@@ -146,7 +146,7 @@ void X11SelectionReader::finishWith(xcb_atom_t property, xcb_atom_t type) {
   const auto& atoms = connection_.atoms();
   std::string bytes = std::move(reads_[property].bytes);
   if (bytes.ends_with('\0')) {
-    bytes.pop_back();  // some owners count the end of a C string in
+    bytes.pop_back();  // some owners include the terminator of a C string
   }
   freeProperties_.push_back(property);
   if (bytes.empty()) {

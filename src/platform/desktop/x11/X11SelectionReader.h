@@ -11,8 +11,8 @@
 
 namespace quillmark {
 
-/// Reads the text of the CLIPBOARD selection of another client without ever waiting for it. Any number of reads may be
-/// under way. Main thread only.
+/// Reads the text of another client's CLIPBOARD selection without ever blocking. Any number of reads may be in
+/// progress. Main thread only.
 class X11SelectionReader {
  public:
   X11SelectionReader(X11Connection& connection, MainQueue& queue);
@@ -42,8 +42,8 @@ class X11SelectionReader {
 
   X11Connection& connection_;
   MainQueue& queue_;
-  std::map<xcb_atom_t, Read> reads_;  ///< by the property that the answer is to be put into
-  /// A property whose answer never came is not used again: it may still come.
+  std::map<xcb_atom_t, Read> reads_;  ///< by the property that will receive the answer
+  /// A property whose answer never came is not used again: the answer may still come.
   std::vector<xcb_atom_t> freeProperties_;
   int propertiesMade_ = 0;
   Connection answers_, propertyEvents_;

@@ -61,8 +61,8 @@ void X11WindowHints::setShadow(QWidget& window, int margin) {
 
 void X11WindowHints::bringToFront(QWidget& window) {
   WindowHints::bringToFront(window);
-  // The toolkit asks as an application, with the time of the last event in a window of ours, which can be hours ago.
-  // Asked as a task bar asks, without a time, window managers don't weigh it against the user's last key.
+  // The toolkit's request counts as an application's, with the time of the last event in a window of ours, which can be
+  // hours ago. A task bar's request without a time is not compared with the user's last input.
   connection_.askToActivate(static_cast<xcb_window_t>(window.winId()), XCB_CURRENT_TIME, toolkit_);
 }
 

@@ -7,14 +7,14 @@
 
 namespace quillmark {
 
-/// What our windows say to an X11 window manager. What concerns a window goes over the toolkit's connection, in order
-/// with what the toolkit asks for it; the rest over ours.
+/// What our windows tell an X11 window manager. Requests about a window go over the toolkit's connection, in order with
+/// the toolkit's own; the rest go over ours.
 class X11WindowHints : public WindowHints {
  public:
   X11WindowHints(X11Connection& connection, xcb_connection_t* toolkit);
 
   bool compositorRunning() const override;
-  /// A panel has the property _QUILLMARK_PANEL.
+  /// Marks a panel with the property _QUILLMARK_PANEL.
   void markAsPanel(QWidget& window) override;
   void setShadow(QWidget& window, int margin) override;
   void bringToFront(QWidget& window) override;
@@ -31,7 +31,8 @@ class X11WindowHints : public WindowHints {
   Connection selectionEvents_;
 };
 
-/// Those of the X server that the toolkit draws on. Where it draws elsewhere our windows are none of X11's.
+/// The hints for the X server that the toolkit draws on. Where the toolkit uses another platform our windows are not
+/// X11 windows.
 std::unique_ptr<WindowHints> makeX11WindowHints(X11Connection& connection);
 
 }  // namespace quillmark

@@ -78,7 +78,7 @@ void X11Workspace::activeWindowChanged() {
   const xcb_window_t window = activeWindowNow();
   noneForLong_.cancel();
   if (window == XCB_NONE) {
-    // On the way from one window to the next, most of the time; a click on the bare root window leaves it so.
+    // Usually just between two windows; after a click on the bare root window it stays so.
     noneForLong_ = queue_.after(passing, lifetime_.guard([this] { activeWindow.emit(XCB_NONE); }));
     return;
   }
@@ -111,7 +111,7 @@ void X11Workspace::activeWindowChanged() {
 }
 
 void X11Workspace::activate(const Key& key, xcb_window_t lastActive) {
-  // Its last active window may be closed: then the topmost of the others.
+  // If its last active window has been closed, the topmost of the others.
   const auto stacking = connection_.property(connection_.root(), connection_.atoms().netClientListStacking);
   auto windows = stacking ? stacking->numbers() : std::vector<std::uint32_t>{};  // bottom to top
   xcb_window_t target = lastActive;

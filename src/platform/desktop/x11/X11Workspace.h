@@ -15,22 +15,22 @@
 
 namespace quillmark {
 
-/// Applications by the window that the window manager names as active. An application is a process and a window class;
-/// a window that tells no process is told by its class alone. Windows with the property _QUILLMARK_PANEL of this
-/// process are panels.
+/// Applications, known by the active window that the window manager names. An application is a process and a window
+/// class; a window without a process id is identified by its class alone. Windows with the property _QUILLMARK_PANEL of
+/// this process are panels.
 class X11Workspace : public Workspace {
  public:
-  /// How long keys wait for an application to come forward that may never come.
+  /// How long keys wait for an activated application to come to the front, which it may never do.
   static constexpr Duration activationPatience = std::chrono::milliseconds(60);
 
-  /// `ownIdentifier`: what applications() of this process answer as their bundle identifier.
+  /// `ownIdentifier`: the bundle identifier of applications of this process.
   X11Workspace(X11Connection& connection, MainQueue& queue, std::string ownIdentifier);
 
   Application frontmostApplication() const override;
   void openUrl(const std::string& url) override;
 
-  /// Calls back at once, or, when an application is just being activated, as soon as it is in front: keys that are
-  /// posted before that would go to the window which it takes the place of.
+  /// Calls back at once or, while an application is being activated, as soon as it is in front: keys posted earlier
+  /// would go to the window in front before it.
   void whenActivated(std::function<void()> callback);
 
   /// The desktop has another active window, which may also be a panel of ours, or has had none for a while.
@@ -38,7 +38,7 @@ class X11Workspace : public Workspace {
 
  private:
   class App;
-  using Key = std::pair<pid_t, std::string>;  // process (0: untold) and class
+  using Key = std::pair<pid_t, std::string>;  // process (0: unknown) and class
 
   std::optional<Key> keyOf(xcb_window_t window) const;
   void activeWindowChanged();
@@ -51,7 +51,7 @@ class X11Workspace : public Workspace {
   std::string ownIdentifier_;
   std::shared_ptr<App> frontmost_;
   std::map<Key, std::weak_ptr<App>> known_;
-  xcb_window_t awaited_ = XCB_NONE;  ///< asked to come to the front and not there yet
+  xcb_window_t awaited_ = XCB_NONE;  ///< asked to come to the front, not there yet
   std::vector<std::function<void()>> waiting_;
   TimerHandle patience_;
   TimerHandle noneForLong_;

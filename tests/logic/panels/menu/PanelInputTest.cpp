@@ -39,7 +39,7 @@ TEST(ChangeModifier, countsTheFirstValueEvenIfItIsNone) {
   std::vector<Number> changes;
   ChangeModifier<Number> modifier([&](const Number& value) {
     changes.push_back(value);
-    modifier.update(value);  // what the action changes may draw the view once more
+    modifier.update(value);  // the action's changes may cause another drawing of the view
   });
   for (const Number value : {Number(), Number(), Number(1), Number(1), Number(2), Number(), Number()}) {
     modifier.update(value);

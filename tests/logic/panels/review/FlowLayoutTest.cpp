@@ -11,7 +11,7 @@ using testing::ElementsAre;
 TEST(FlowLayout, fillsRowsAndBreaksThem) {
   const FlowLayout flow{2};
   const auto measure = flow.measure({{4, 3}, {4, 5}, {1, 1}, {20, 2}, {0, 9}, {10, 1}}, 10.0);
-  // The second one reaches the edge to the point; the fourth is too wide for every row.
+  // The second one ends exactly at the edge; the fourth is too wide for any row.
   EXPECT_THAT(measure.positions,
               ElementsAre(Point{0, 0}, Point{6, 0}, Point{0, 7}, Point{0, 10}, Point{0, 14}, Point{0, 25}));
   EXPECT_EQ(measure.size, (Size{10, 26}));

@@ -52,7 +52,7 @@ TEST(MarkdownSigns, areThoseOfTheRegularExpressionsAfterEveryChunk) {
   int without = 0;
   int lost = 0;
   for (int i = 0; i < 30'000; ++i) {
-    // Few kinds of pieces in one text, or else nearly all texts would have the same few signs.
+    // Few kinds of pieces per text, or nearly all texts would have the same few signs.
     std::vector<std::string> some(2 + below(5));
     std::ranges::generate(some, [&] { return pieces[below(std::size(pieces))]; });
     std::string text;

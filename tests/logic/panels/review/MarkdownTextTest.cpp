@@ -63,23 +63,6 @@ TEST(MarkdownLine, isKnownByItsStart) {
   }
 }
 
-TEST(MarkdownRuns, areBoldThenItalicThenCodeThenLinks) {
-  const struct {
-    const char* text;
-    Runs expected;
-  } cases[] = {
-      {"", {}},
-      {"**bold** and *it* and `code` and [site](target)",
-       {{"bold", bold}, {" and "}, {"it", italic}, {" and "}, {"code", code}, {" and "}, {"site", link}}},
-      {"**a *b* c**", {{"*"}, {"a ", italic}, {"b"}, {" c", italic}, {"*"}}},
-      {"[text]()", {{"[text]()"}}},
-      {"[[[](x)", {{"", link}}},
-  };
-  for (const auto& [text, expected] : cases) {
-    EXPECT_EQ(parseMarkdownRuns(text), expected) << text;
-  }
-}
-
 /// The runs by a regular expression library, one pattern for each style.
 void slowRuns(const icu::UnicodeString& text, std::size_t level, Runs& runs) {
   const std::pair<const char*, MarkdownStyle> levels[] = {{R"(\*\*([^*]+)\*\*)", bold},
@@ -102,7 +85,7 @@ void slowRuns(const icu::UnicodeString& text, std::size_t level, Runs& runs) {
   slowRuns(text.tempSubStringBetween(from), level + 1, runs);
 }
 
-/// Random texts of the characters that mean something, and some others.
+/// Random texts of significant characters and some others.
 class Texts {
  public:
   std::string text(std::size_t longest) {

@@ -6,7 +6,7 @@
 namespace quillmark {
 namespace {
 
-TEST(ResultText, tellsFromWhereOnItIsAnotherOne) {
+TEST(ResultText, reportsFromWhereOnItHasChanged) {
   using Change = std::function<void(ResultText&)>;
   const auto set = [](std::string text) { return Change([text](auto& result) { result.set(text); }); };
   const auto append = [](std::string text) { return Change([text](auto& result) { result.append(text); }); };

@@ -26,7 +26,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// The rules as they are written, without a thought of speed: characters are strings, the distance is the whole matrix.
+/// A direct implementation of the rules, without regard to speed: characters are strings, the distance is the whole
+/// matrix.
 namespace slow {
 
 using Characters = std::vector<icu::UnicodeString>;
@@ -82,7 +83,7 @@ bool within(int tenths, bool orEqual, const std::string& a, const std::string& b
 
 }  // namespace slow
 
-/// Texts as they come from models, and worse ones: words of several scripts, small changes of them, marks and joiners.
+/// Texts like those of models, and worse ones: words in several scripts, small changes to them, marks and joiners.
 class Texts {
  public:
   explicit Texts(std::uint32_t seed) : random_(seed) {}
@@ -98,7 +99,7 @@ class Texts {
     return result;
   }
 
-  /// The text with some of its characters changed, dropped, doubled or moved.
+  /// The text with some of its characters changed, dropped, duplicated or moved.
   std::string changed(const std::string& text) {
     auto characters = slow::characters(text);
     for (std::size_t changes = below(characters.size() / 4 + 2); changes > 0 && !characters.empty(); --changes) {

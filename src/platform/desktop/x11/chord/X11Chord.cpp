@@ -15,8 +15,8 @@ struct Terminal {
   Dialect dialect;
 };
 
-// In xterm and its kin Control+Shift+C is the same interrupt as Control+C, Control+Insert types a piece of an escape
-// sequence at the prompt of a shell, and Shift+Insert pastes the primary selection, not the clipboard.
+// In xterm and its relatives Control+Shift+C is the same interrupt as Control+C, Control+Insert types a piece of an
+// escape sequence at the prompt of a shell, and Shift+Insert pastes the primary selection, not the clipboard.
 constexpr Terminal terminals[] = {
     {"alacritty", Dialect::controlShift},
     {"com.mitchellh.ghostty", Dialect::controlShift},
@@ -65,7 +65,7 @@ std::optional<Dialect> terminalDialect(std::string_view name) {
   return found == std::end(terminals) ? std::nullopt : std::optional(found->dialect);
 }
 
-// The keys of one combination, and the group in which the letter stands.
+// The keys of one combination, and the group that has the letter.
 struct Combination {
   std::vector<XKey> modifiers;
   XKey key = 0;
@@ -121,8 +121,8 @@ std::vector<Step> steps(std::span<const KeyboardEvent> events, const Keyboard& k
     result.push_back({Step::Kind::release, key});
     pressed.reset(key);
   };
-  // Modifiers that go down while others are held may switch the group, so it is set behind them and set back at the
-  // end, whatever it was.
+  // Pressing modifiers while others are held may switch the group, so the group is set after them and restored at the
+  // end.
   const auto lockGroup = [&](unsigned group) {
     if (keyboard.groups.size() > 1) {
       result.push_back({Step::Kind::lockGroup, static_cast<std::uint8_t>(group)});
@@ -149,7 +149,7 @@ std::vector<Step> steps(std::span<const KeyboardEvent> events, const Keyboard& k
       }
     } else if (event.keyCode == letter->keyCode && event.keyDown) {
       if (pressed[combination.key]) {
-        release(combination.key);  // a key that is down already would go down unnoticed
+        release(combination.key);  // pressing a key that is already down would go unnoticed
       }
       press(combination.key);
     } else if (event.keyCode == letter->keyCode) {

@@ -8,21 +8,21 @@
 
 #include "platform/KeyInjector.h"
 
-/// Which keys of an X keyboard to press for the events of a copy or paste combination. Pure; knows no server.
+/// Which keys of an X keyboard to press for a copy or paste combination. Pure functions without a server.
 namespace quillmark::chord {
 
-/// X key codes are 8 to 255; 0 stands for a key that the keyboard does not have.
+/// X key codes are 8 to 255; 0 means a key that the keyboard does not have.
 using XKey = std::uint8_t;
 using XKeys = std::bitset<256>;
 
-/// What copies and pastes in a window.
+/// The keys that copy and paste in a window.
 enum class Dialect {
   control,       ///< Control and the letter, as in nearly every program
-  controlShift,  ///< terminals in which Control and a letter is an order to the program within
-  none,          ///< terminals that have no keys for the clipboard unless the user makes some
+  controlShift,  ///< terminals, where Control and a letter go to the program running inside
+  none,          ///< terminals without clipboard keys unless the user configures some
 };
 
-/// By the two names of the window's WM_CLASS, in any letter case.
+/// By the two names of the window's WM_CLASS, ignoring case.
 Dialect dialectOf(std::string_view instanceName, std::string_view className);
 
 struct Keyboard {
@@ -40,8 +40,8 @@ struct Keyboard {
 
 /// The keyboard at the moment of posting.
 struct Moment {
-  unsigned group = 0;        ///< in force
-  unsigned lockedGroup = 0;  ///< without what held keys add to it
+  unsigned group = 0;        ///< the effective one
+  unsigned lockedGroup = 0;  ///< without the effect of held keys
   XKeys pressed;
 };
 
@@ -53,8 +53,8 @@ struct Step {
 };
 
 /// Empty when the keyboard can't produce the combination or the window has none. Without a Latin letter in any group
-/// Control+Insert copies and Shift+Insert pastes. The combination's own modifiers go down before others that
-/// the user holds are lifted, so that no program takes a modifier for tapped alone; lifted keys stay lifted.
+/// Control+Insert copies and Shift+Insert pastes. The combination's own modifiers are pressed before others that the
+/// user holds are released, so that no program sees a modifier tapped alone; released keys stay released.
 std::vector<Step> steps(std::span<const KeyboardEvent> events, const Keyboard& keyboard, const Moment& moment,
                         Dialect dialect);
 
