@@ -3,8 +3,6 @@
 #include "base/Json.h"
 #include "desktop_demo/Runs.h"
 #include "platform/posix/SqliteUserDefaults.h"
-#include "providers/ModelStore.h"
-#include "providers/ProviderStore.h"
 
 namespace quillmark::demo {
 namespace {
@@ -119,8 +117,7 @@ std::string content(const ReceivedRequest& request) {
   return parseJson(request.body).at("messages").back().at("content").get<std::string>();
 }
 
-/// The hosted service answers with a word before the text, in two pieces; with the second provider another word and the
-/// model; counts are taken.
+/// The hosted service answers with a word before the text, in two pieces; counts are taken.
 Answer answerTo(const ReceivedRequest& request) {
   if (request.target.ends_with("/api/app/completion")) {
     const Json body = parseJson(request.body);
@@ -131,37 +128,7 @@ Answer answerTo(const ReceivedRequest& request) {
     }
     return completion(word + content(request));
   }
-  if (request.target.ends_with("/second/chat/completions")) {
-    const Json body = parseJson(request.body);
-    const Json choice = {{"index", 0},
-                         {"delta", {{"content", body.at("model").get<std::string>() + " " + content(request)}}}};
-    const Json chunk = {
-        {"id", "1"}, {"object", "chat.completion.chunk"}, {"created", 1}, {"model", "m"}, {"choices", {choice}}};
-    return Answer::eventStream().chunk("data: " + toText(chunk) + "\n\n").chunk("data: [DONE]\n\n").end();
-  }
-  if (request.target.ends_with("/broken/chat/completions")) {
-    return Answer::eventStream().end();
-  }
   return Answer::json(200, R"({"success":true})");
-}
-
-/// Two more providers: one that answers, with two models, and one that never answers.
-void addProviders(LiveDesktop& desk, const TestHttpServer& backend) {
-  SqliteUserDefaults defaults(desk.data() / "defaults.sqlite");
-  ProviderStore providers(defaults);
-  providers.load();
-  const auto add = [&](ProviderType type, const std::string& name) {
-    (void)providers.addConfig(ProviderConfig::make({.providerType = type,
-                                                    .name = name,
-                                                    .apiKey = "s3cret",
-                                                    .baseURL = backend.url("/" + name),
-                                                    .defaultModel = name + "-large"}));
-  };
-  add(ProviderType::openAICompatible, "second");
-  add(ProviderType::openAICompatible, "broken");
-  (void)ModelStore(defaults).updateModels(
-      {{Uuid::random(), "second-large", ProviderType::openAICompatible, "second-large", true, {}},
-       {Uuid::random(), "second-small", ProviderType::openAICompatible, "second-small", true, {}}});
 }
 
 }  // namespace
@@ -190,10 +157,7 @@ Outcome reviewEndings(const Programs& programs, const std::string& editorKind) {
   TestHttpServer backend;
   backend.answerOthers(answerTo);
   LiveDesktop desk(programs.quillmark, backend.port());
-  desk.endQuillmark();
   store(desk, {withReview});
-  addProviders(desk, backend);
-  desk.startQuillmark();
   Editor editor(desk, editorKind);
   Steps steps(desk, editor);
   steps.review("to copy");
@@ -212,44 +176,7 @@ Outcome reviewEndings(const Programs& programs, const std::string& editorKind) {
     steps.fail("a discarded review has changed the text");
   }
 
-  // From the text back to the modes, and round the corner to the last control of the bar.
-  steps.review("again");
-  const auto choose = [&](std::size_t row) {
-    steps.tap({"space"});
-    for (std::size_t i = 0; i < row; ++i) {
-      steps.tap({"Down"});
-    }
-    steps.tap({"Return"});
-  };
-  const auto chooseProvider = [&](std::size_t row) {
-    for (const auto& keys :
-         {Keys{"Shift_L", "Tab"}, {"Shift_L", "Tab"}, {"Left"}, {"Left"}, {"Left"}, {"Left"}, {"Left"}}) {
-      steps.tap(keys);
-    }
-    choose(row);
-  };
-  chooseProvider(1);
-  steps.tap({"Right"});
-  choose(1);
-  steps.tap({"Control_L", "r"}, trace::reviewAnswered);
-  steps.tap({"Return"}, trace::pasteKeyPosted);
-  steps.expectSaved("second-small again");
-  steps.expectEditorInFront();
-
-  steps.review("that fails");
-  chooseProvider(2);
-  steps.tap({"Control_L", "r"}, trace::reviewFailed);
-  steps.await(trace::reviewShowsError);
-  steps.tap({"Return"});
-  steps.expectNothingPasted();
-  steps.tap({"Control_L", "c"});
-  steps.expectNothingPasted();
-  if (steps.panel() == 0) {
-    steps.fail("an error was applied");
-  }
-  steps.tap({"Escape"});
-  steps.expectNoPanel();
-  return {true, "copied, discarded, asked a second provider, and met a broken one"};
+  return {true, "copied and discarded"};
 }
 
 Outcome commandMenu(const Programs& programs, const std::string& editorKind) {

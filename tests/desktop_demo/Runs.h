@@ -43,8 +43,6 @@ struct Case {
 Outcome reviewRuns(const Programs& programs, const std::string& editorKind);
 Outcome reviewEndings(const Programs& programs, const std::string& editorKind);
 Outcome commandMenu(const Programs& programs, const std::string& editorKind);
-/// What assistive technology finds in both.
-Outcome accessibility(const Programs& programs, const std::string& editorKind);
 
 /// What else happens on real desktops besides the ordinary run.
 const std::vector<Case>& cases();

@@ -1,6 +1,8 @@
+#include <QAccessible>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QListWidget>
+#include <QMetaEnum>
 
 #include <gtest/gtest.h>
 
@@ -92,21 +94,48 @@ struct PanelViews : testing::Test {
     QApplication::sendEvent(target, &event);
   }
 
-  /// The visible views that have a name, one line each: name, text, help, and a dash for a disabled one.
-  static std::string said(const QWidget& view) {
-    QString all;
-    for (const QWidget* widget : view.findChildren<QWidget*>()) {
-      if (!widget->isVisibleTo(&view) || widget->accessibleName().isEmpty()) {
+  /// What assistive technology finds in a view: all in sight but nameless holders of others.
+  static void find(const QAccessibleInterface& outer, const std::string& indent,
+                   std::vector<std::pair<std::string, QAccessibleInterface*>>& found) {
+    for (int i = 0; i < outer.childCount(); ++i) {
+      QAccessibleInterface& object = *outer.child(i);
+      if (object.state().invisible) {
         continue;
       }
-      all += widget->accessibleName();
-      if (const auto* const column = dynamic_cast<const TextColumn*>(widget)) {
-        all += " [" + column->allText() + "]";
+      const bool isHolder = object.role() == QAccessible::Client && object.text(QAccessible::Name).isEmpty();
+      if (!isHolder) {
+        found.emplace_back(indent, &object);
       }
-      const QString help = widget->toolTip().isEmpty() ? widget->accessibleDescription() : widget->toolTip();
-      all += (help.isEmpty() ? "" : ": " + help) + (widget->isEnabled() ? "\n" : " -\n");
+      find(object, isHolder ? indent : indent + "  ", found);
+    }
+  }
+  /// A line for each: role 'name' states [text]: help
+  static std::string said(QWidget& view) {
+    std::vector<std::pair<std::string, QAccessibleInterface*>> found;
+    find(*QAccessible::queryAccessibleInterface(&view), "", found);
+    QString all = "\n";
+    for (const auto& [indent, object] : found) {
+      const auto state = object->state();
+      const QString name = object->text(QAccessible::Name);
+      const QString help = object->text(QAccessible::Description);
+      all += QString::fromStdString(indent) + QMetaEnum::fromType<QAccessible::Role>().valueToKey(object->role());
+      all += " '" + name + "'" + (state.checked ? " checked" : "") + (state.expanded ? " expanded" : "") +
+             (state.focused ? " focused" : "") + (state.selected ? " selected" : "") +
+             (state.disabled ? " disabled" : "");
+      if (auto* const text = object->textInterface()) {
+        all += " [" + text->text(0, text->characterCount()) + "]";
+      }
+      all += (help.isEmpty() || help == name ? "" : ": " + help) + "\n";
     }
     return all.toStdString();
+  }
+  static void pressByAssistant(QWidget& view, const std::string& name) {
+    std::vector<std::pair<std::string, QAccessibleInterface*>> found;
+    find(*QAccessible::queryAccessibleInterface(&view), "", found);
+    const auto button = std::ranges::find_if(
+        found, [&](const auto& each) { return each.second->text(QAccessible::Name).toStdString() == name; });
+    ASSERT_NE(button, found.end());
+    button->second->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
   }
 
   SimulatedDesktop desktop;
@@ -122,59 +151,86 @@ struct PanelViews : testing::Test {
   const SimulatedHttpSession::Exchange* request = nullptr;
 };
 
-TEST_F(PanelViews, theReviewSaysWhatItShowsAndOffers) {
-  using enum ReviewViewMode;
-  const std::string error =
-      "Failed to complete the request. The AI provider returned an empty response. Please try again.";
-  const auto expect = [&](const std::string& content, const std::string& apply, const std::string& copy) {
-    const std::string pulse = session.loading() ? "Quillmark\n" : "";
-    EXPECT_EQ(said(review), "View\nText\nStyled\nLine by Line\nWord by Word\n" + content +
-                                "\nProvider: Quillmark: Provider\nModel: gpt-4.1-mini: Model\nRun again (Ctrl+R): Run "
-                                "again (Ctrl+R)\n" +
-                                pulse + "Discard: Discard changes (esc)\nApply: " + apply + "\n" + copy + "\n");
+TEST_F(PanelViews, theReviewTellsAssistantsWhatItShowsAndOffers) {
+  std::string mode = "Text";
+  const auto expect = [&](const std::string& content, const std::string& provider = "",
+                          const std::string& apply = ": Apply changes (return)",
+                          const std::string& copy = "'Copy to clipboard (Ctrl+C)'") {
+    std::string lines = "\nGrouping 'View'\n";
+    for (const std::string view : {"Text", "Styled", "Line by Line", "Word by Word"}) {
+      lines += "  RadioButton '" + view + (view == mode ? "' checked\n" : "'\n");
+    }
+    lines += content + "ButtonMenu 'Provider: Quillmark'" + provider + ": Provider\nButtonMenu 'Model: gpt-4.1-mini'";
+    lines += ": Model\nButton 'Run again (Ctrl+R)'\nButton 'Discard': Discard changes (esc)\nButton 'Apply'";
+    EXPECT_TRUE(said(reviewWindow).starts_with(lines + apply + "\nButton " + copy + "\n"))
+        << said(reviewWindow) << "expected: " << lines + apply + "\nButton " + copy;
   };
-  const std::string applies = "Apply changes (return)";
-  const std::string copies = "Copy to clipboard (Ctrl+C): Copy to clipboard (Ctrl+C)";
-  openReview("a teh\nb");
-  expect("Loading...", applies + " -", copies + " -");
-  stream("a the");
-  expect("Result [a the]", applies + " -", copies);
+  const std::string applyIsOff = " disabled: Apply changes (return)";
+  openReview("colour big sat");
+  expect("StaticText 'Loading...' focused\n", "", applyIsOff, "'Copy to clipboard (Ctrl+C)' disabled");
+  stream("color ");
+  expect("EditableText 'Result' focused [color ]\n", "", applyIsOff);
+  answer("sat here");
+  expect("EditableText 'Result' focused [color sat here]\n");
+  pressByAssistant(reviewWindow, "Provider: Quillmark");
+  expect("EditableText 'Result' [color sat here]\n", " expanded");
+  EXPECT_TRUE(
+      said(reviewWindow).ends_with("List 'Provider' focused\n  ListItem 'Quillmark' checked focused selected\n"));
+  press(Qt::Key_Escape);
+  const std::string focus = " focused";
+  pressByAssistant(reviewWindow, mode = "Line by Line");
+  expect("EditableText 'Line by Line' [Calculating differences...]\n", focus);
+  settle();
+  expect("EditableText 'Line by Line' [1 Deleted: colour big sat\n2 Added: color sat here]\n", focus);
+  pressByAssistant(reviewWindow, mode = "Word by Word");
+  expect("List 'Word by Word': Calculating differences...\n", focus);
+  settle();
+  expect(
+      "List 'Word by Word'\n  ListItem 'color (Changed from: colour)'\n  ListItem 'Deleted: big'\n  ListItem 'sat'\n  "
+      "ListItem 'Added: here'\n",
+      focus);
+  pressByAssistant(reviewWindow, "Run again (Ctrl+R)");
+  request = &desktop.http.exchanges.back();
   end();
-  expect("Result [a the]", applies, copies);
-  state.setViewMode(lineByLine);
-  expect("Line by Line [Calculating differences...]", applies, copies);
-  settle();
-  expect("Line by Line [1 Deleted: a teh\nAdded: a the\n2 Deleted: b]", applies, copies);
-  state.setViewMode(wordByWord);
-  expect("Word by Word: Calculating differences...", applies, copies);
-  settle();
-  expect("Word by Word", applies, copies);
+  expect(
+      "AlertMessage 'Unable to Complete Request'\n  EditableText 'Unable to Complete Request' [Failed to complete the "
+      "request. The AI "
+      "provider returned an empty response. Please try again.]\n",
+      focus, " disabled: Cannot apply due to error", "'Cannot copy due to error' disabled");
   openReview("\n \n");
   answer(" \n");
-  expect("Word by Word", applies, copies);
-  state.setViewMode(lineByLine);
+  expect("List 'Word by Word' focused\n");
+  state.setViewMode(ReviewViewMode::lineByLine);
   settle();
-  expect("Line by Line []", applies, copies);
-  openReview("teh");
-  end();
-  expect("Unable to Complete Request\nUnable to Complete Request [" + error + "]", "Cannot apply due to error -",
-         "Cannot copy due to error: Cannot copy due to error -");
+  mode = "Line by Line";
+  expect("EditableText 'Line by Line' focused []\n");
 }
 
-TEST_F(PanelViews, theMenuSaysWhatItShows) {
-  app.commandPanel().togglePanel(InvocationSource::menuBar);
+TEST_F(PanelViews, theMenuTellsAssistantsWhatItShows) {
   const auto expect = [&](const std::string& placeholder, const std::string& mode, const std::string& content) {
-    EXPECT_EQ(said(menu), placeholder + "\n" + mode + ": " + mode + "\n" + content + "\n");
+    EXPECT_EQ(said(menuWindow), "\nEditableText '" + placeholder + "' focused [" +
+                                    app.commandPanel().searchText().get() + "]\nButton '" + mode + "'\n" + content);
     EXPECT_EQ(menu.field().placeholderText().toStdString(), placeholder);
   };
-  expect("Search for Commands", "Switch to Freestyle mode (Tab)", "Commands");
-  app.commandPanel().setSearchText("xyzzy");
-  expect("Search for Commands", "Switch to Freestyle mode (Tab)", "No commands found");
+  const auto type = [&](const char* text) { app.commandPanel().setSearchText(text); };
+  app.commandPanel().togglePanel(InvocationSource::menuBar);
+  QApplication::setActiveWindow(&menuWindow);
+  type("make text");
+  settle();
+  const std::string list = "List 'Commands'\n  ListItem 'Make Text Longer'";
+  expect("Search for Commands", "Switch to Freestyle mode (Tab)",
+         list + " focused selected\n  ListItem 'Make Text Shorter'\n");
+  press(Qt::Key_Down);
+  expect("Search for Commands", "Switch to Freestyle mode (Tab)",
+         list + "\n  ListItem 'Make Text Shorter' focused selected\n");
+  type("xyzzy");
+  expect("Search for Commands", "Switch to Freestyle mode (Tab)", "StaticText 'No commands found'\n");
   app.commandPanel().toggleMode();
-  expect("Describe your task...", "Switch to Filter mode (Tab)", "Type your task and press Enter to execute");
-  app.commandPanel().setSearchText("Make it rhyme");
   expect("Describe your task...", "Switch to Filter mode (Tab)",
-         "Ready to execute:\nReady to execute: [Make it rhyme]");
+         "StaticText 'Type your task and press Enter to execute'\n");
+  type("Make it rhyme");
+  expect("Describe your task...", "Switch to Filter mode (Tab)",
+         "StaticText 'Ready to execute:'\n  EditableText 'Ready to execute:' [Make it rhyme]\n");
 }
 
 TEST(TextColumn, saysMarkersAndSignsAndFindsTheCharactersBehindThem) {
@@ -208,12 +264,14 @@ TEST_F(PanelViews, theReviewIsWorkedByKeys) {
   press(Qt::Key_C, Qt::ControlModifier);
   EXPECT_EQ(desktop.pasteboard.text, "the cat");
   EXPECT_TRUE(session.isReviewOpen().get()) << "a selection is copied, and nothing more";
-  std::set<QWidget*> reached;
-  for (int i = 0; i < 12; ++i) {
+  QStringList reached;
+  for (int i = 0; i < 8; ++i) {
     press(Qt::Key_Backtab, Qt::ShiftModifier);
-    reached.insert(QApplication::focusWidget());
+    reached += QApplication::focusWidget()->accessibleName();
   }
-  EXPECT_EQ(reached.size(), 8u) << "modes, text, two menus, reload, discard, apply, copy";
+  EXPECT_EQ(reached.join(", "),
+            "Text, Copy to clipboard (Ctrl+C), Apply, Discard, Run again (Ctrl+R), Model: gpt-4.1-mini, Provider: "
+            "Quillmark, Result");
   press(Qt::Key_Return);
   EXPECT_FALSE(session.isReviewOpen().get());
   desktop.advance(1s);

@@ -1,9 +1,6 @@
-#include <QBitmap>
 #include <QDir>
-#include <QFile>
 #include <QGuiApplication>
 #include <QImage>
-#include <QRegion>
 #include <set>
 
 #include <gmock/gmock.h>
@@ -55,25 +52,6 @@ TEST(Symbols, everyNameHasADrawingAndEveryDrawingAName) {
     drawn.insert(name.toStdString());
   }
   EXPECT_THAT(drawn, testing::ContainerEq(names));
-}
-
-TEST(Symbols, everyDrawingIsItsOwnInTheMiddleOfTheGridWithALineOfOneWidth) {
-  std::vector<QImage> seen;
-  for (const QString& name : drawings()) {
-    QFile file(QStringLiteral(":/icons/%1.svg").arg(name));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(file.readAll().startsWith(
-        R"(<svg xmlns="http://www.w3.org/2000/svg" width="20" height="20" viewBox="0 0 20 20">
-  <g fill="none" stroke="currentColor" stroke-width="1.5" stroke-linecap="round" stroke-linejoin="round">)"))
-        << name.toStdString();
-
-    const QImage image = pictureOf(name, 10);
-    EXPECT_EQ(std::ranges::count(seen, image), 0) << name.toStdString() << " looks like another";
-    seen.push_back(image);
-    const QRect box = QRegion(QBitmap::fromImage(image.createAlphaMask())).boundingRect();
-    EXPECT_TRUE(image.rect().adjusted(10, 10, -10, -10).contains(box)) << name.toStdString() << " touches the edge";
-    EXPECT_LE((box.center() - image.rect().center()).manhattanLength(), 12) << name.toStdString() << " is off centre";
-  }
 }
 
 TEST(Symbols, areDrawnForTheDevicePixelsOfEachScaleTheUnknownAsTheGeneralOne) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "base/Log.h"
+#include "widgets/Accessibility.h"
 
 int main(int count, char** arguments) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -10,5 +11,6 @@ int main(int count, char** arguments) {
   quillmark::setLogSink([](std::string_view) {});
   const QApplication application(count, arguments);
   QApplication::setQuitOnLastWindowClosed(false);
+  quillmark::installAccessibility();
   return RUN_ALL_TESTS();
 }

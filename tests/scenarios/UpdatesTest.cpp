@@ -7,7 +7,6 @@ using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::StartsWith;
-using Choice = UserUpdateChoice;
 
 /// The hosted service offers a version, and the running one is 2.13.0.
 struct Updates : Scenario {
@@ -93,49 +92,6 @@ TEST_F(Updates, openThePageThatIsOfferedOrTheServicesOwn) {
   service.updateAvailable.set(false);
   closeAlert();
   EXPECT_TRUE(desktop.workspace.openedUrls.empty()) << "known to be in vain by now";
-}
-
-TEST(UpdaterDelegate, turnsWhatTheUpdaterDoesIntoWhatIsKnown) {
-  const AppcastItem update{"2.14.0", "https://page"};
-  using Delegate = AppUpdaterDelegate;
-  const struct {
-    const char* name;
-    std::function<void(Delegate&)> call;
-    bool offeredBefore;
-    bool offeredAfter;
-    bool stops;
-  } cases[] = {
-      {"found", [&](auto& d) { d.didFindValidUpdate(update); }, false, true, false},
-      {"not found", [&](auto& d) { d.didNotFindUpdate(); }, true, false, true},
-      {"skip", [&](auto& d) { d.userDidMakeChoice(Choice::skip, update, {}); }, true, false, true},
-      {"install", [&](auto& d) { d.userDidMakeChoice(Choice::install, update, {}); }, true, false, true},
-      {"dismiss", [&](auto& d) { d.userDidMakeChoice(Choice::dismiss, update, {}); }, true, true, true},
-      {"will install", [&](auto& d) { d.willInstallUpdate(update); }, true, false, true},
-      {"abort", [&](auto& d) { d.didAbortWithError("no network"); }, true, true, true},
-      {"shown by itself", [&](auto& d) { d.willHandleShowingUpdate(true, update, {false}); }, false, true, false},
-      {"shown by us", [&](auto& d) { d.willHandleShowingUpdate(false, update, {false}); }, false, false, false},
-      {"shown as asked", [&](auto& d) { d.willHandleShowingUpdate(true, update, {true}); }, false, false, false},
-      {"attention", [&](auto& d) { d.didReceiveUserAttention(update); }, true, true, true},
-      {"end", [&](auto& d) { d.willFinishUpdateSession(); }, true, true, true},
-  };
-  for (const auto& row : cases) {
-    SimulatedQueue queue;
-    AppUpdaterDelegate delegate(queue);
-    EXPECT_TRUE(delegate.supportsGentleScheduledUpdateReminders());
-    EXPECT_TRUE(delegate.shouldHandleShowingScheduledUpdate(update, false));
-    if (row.offeredBefore) {
-      delegate.didFindValidUpdate(update);
-      queue.settle();
-    }
-    int stops = 0;
-    const auto watch = delegate.stopGentleReminders.connect([&] { ++stops; });
-    row.call(delegate);
-    EXPECT_EQ(delegate.updateAvailable().get(), row.offeredBefore) << row.name << ": all in its turn";
-    queue.settle();
-    EXPECT_EQ(delegate.updateAvailable().get(), row.offeredAfter) << row.name;
-    EXPECT_EQ(delegate.availableUpdate().get(), row.offeredAfter ? std::optional(update) : std::nullopt) << row.name;
-    EXPECT_EQ(stops, row.stops ? 1 : 0) << row.name;
-  }
 }
 
 TEST_F(Updates, areInTheMenuWithRemindersOnFourDays) {

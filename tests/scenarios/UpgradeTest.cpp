@@ -57,6 +57,7 @@ TEST_F(Upgrade, from203KeepsCommandsKeyAndSelections) {
   EXPECT_EQ(openAI->apiKey, "sk-from-before-there-were-providers");
   EXPECT_TRUE(openAI->enabled);
   EXPECT_EQ(stored<std::string>("apiKey"), "");
+  EXPECT_EQ(services().providerStore.defaultConfig()->providerType, ProviderType::quillMark);
 }
 
 TEST_F(Upgrade, showsTheFirstRunToWhoHasNotGrantedThePermissionUnlessThatIsDecidedAlready) {

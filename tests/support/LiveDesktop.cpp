@@ -13,44 +13,18 @@ namespace quillmark {
 using namespace std::chrono_literals;
 
 Sample sampleText(int number) {
-  struct Pair {
-    std::string_view wrong;
-    std::string_view right;
-  };
-  constexpr std::array<Pair, 6> openings = {{{"teh", "the"},
-                                             {"wich", "which"},
-                                             {"becuase the", "because the"},
-                                             {"untill the", "until the"},
-                                             {"i beleive the", "I believe the"},
-                                             {"definately the", "definitely the"}}};
-  constexpr std::array<Pair, 5> subjects = {{{"cat", "cat"},
-                                             {"documnet", "document"},
-                                             {"goverment", "government"},
-                                             {"freind", "friend"},
-                                             {"sentance", "sentence"}}};
-  constexpr std::array<Pair, 7> endings = {{{"is wierd", "is weird"},
-                                            {"will recieve it tommorow", "will receive it tomorrow"},
-                                            {"has a seperate adress", "has a separate address"},
-                                            {"occured again", "occurred again"},
-                                            {"is writting", "is writing"},
-                                            {"sat on teh mat", "sat on the mat"},
-                                            {"needs better grammer", "needs better grammar"}}};
-  const auto pick = [number](const auto& list) { return list[static_cast<std::size_t>(number) % list.size()]; };
-  Sample sample;
-  const auto add = [&sample](std::string_view wrong, std::string_view right) {
-    sample.typed += wrong;
-    sample.corrected += right;
-  };
-  for (const Pair& pair : {pick(openings), pick(subjects), pick(endings)}) {
-    add(pair.wrong, pair.right);
-    add(" ", " ");
-  }
-  const std::string name = std::string("n").append(std::to_string(number));
-  add(name, name);
-  if (number % 3 == 2) {
-    add("\n\nteh end", "\n\nthe end");
-  }
-  return sample;
+  constexpr std::array<std::array<const char*, 2>, 7> sentences = {{
+      {"teh cat sat on teh mat", "the cat sat on the mat"},
+      {"i beleive the documnet is wierd", "I believe the document is weird"},
+      {"becuase the freind is writting\n\nteh end", "because the friend is writing\n\nthe end"},
+      {"untill the goverment has a seperate adress", "until the government has a separate address"},
+      {"wich sentance needs better grammer", "which sentence needs better grammar"},
+      {"definately the cat occured again\n\nteh end", "definitely the cat occurred again\n\nthe end"},
+      {"teh freind will recieve it tommorow", "the friend will receive it tomorrow"},
+  }};
+  const auto& [typed, corrected] = sentences[static_cast<std::size_t>(number) % sentences.size()];
+  const std::string name = " n" + std::to_string(number);
+  return {typed + name, corrected + name};
 }
 
 void prepareData(const std::filesystem::path& directory) {
@@ -119,22 +93,7 @@ bool LiveDesktop::quillmarkEndsWell() {
   return quillmark_->exitStatus() == 0;
 }
 
-void LiveDesktop::pressHotKey() {
-  for (const auto* key : {"Control_L", "Alt_L", "g"}) {
-    session_.press(key);
-  }
-}
-
-void LiveDesktop::releaseHotKeyModifiers() {
-  session_.release("Alt_L");
-  session_.release("Control_L");
-}
-
-void LiveDesktop::triggerHotKey() {
-  pressHotKey();
-  session_.release("g");
-  releaseHotKeyModifiers();
-}
+void LiveDesktop::triggerHotKey() { session_.tap({"Control_L", "Alt_L", "g"}); }
 
 std::string LiveDesktop::quillmarkLog() const {
   constexpr std::size_t enough = 2000;

@@ -52,9 +52,7 @@ class LiveDesktop {
   bool quillmarkEndsWell();
   pid_t quillmarkPid() const { return quillmark_->pid(); }
 
-  void pressHotKey();
-  void releaseHotKeyModifiers();
-  /// Presses and releases all its keys as a user does.
+  /// Presses and releases the hot key as a user does.
   void triggerHotKey();
 
   /// Whether the program still runs, and the end of its output.

@@ -278,10 +278,6 @@ std::vector<XSession::Window> XSession::windows() {
   for (std::size_t at = 0; at + sizeof(xcb_window_t) <= list.size(); at += sizeof(xcb_window_t)) {
     Window window;
     std::memcpy(&window.id, list.data() + at, sizeof window.id);
-    const auto names = property(window.id, "WM_CLASS");  // instance, NUL, class, NUL
-    if (const auto end = names.find('\0'); end != std::string::npos) {
-      window.windowClass = names.substr(end + 1).c_str();
-    }
     window.title = property(window.id, "_NET_WM_NAME");
     window.pid = static_cast<pid_t>(numberProperty(window.id, "_NET_WM_PID").value_or(0));
     result.push_back(std::move(window));
@@ -304,11 +300,6 @@ XSession::Window XSession::waitForWindow(const std::function<bool(const Window&)
 
 XSession::Window XSession::waitForWindow(pid_t pid) {
   return waitForWindow([pid](const Window& window) { return window.pid == pid; }, "process " + std::to_string(pid));
-}
-
-XSession::Window XSession::waitForWindow(std::string_view windowClass) {
-  return waitForWindow([=](const Window& window) { return window.windowClass == windowClass; },
-                       "class " + std::string(windowClass));
 }
 
 xcb_window_t XSession::activeWindow() { return numberProperty(root_, "_NET_ACTIVE_WINDOW").value_or(0); }

@@ -69,14 +69,12 @@ class XSession {
   // Windows that the window manager knows.
   struct Window {
     xcb_window_t id = 0;
-    std::string windowClass;
     std::string title;
     pid_t pid = 0;
   };
   std::vector<Window> windows();
-  /// Waits until the process, or a class, has a window.
+  /// Waits until the process has a window.
   Window waitForWindow(pid_t pid);
-  Window waitForWindow(std::string_view windowClass);
   xcb_window_t activeWindow();
   /// Brings it to the front as a task bar would, and waits until it is there.
   void activate(xcb_window_t window);
@@ -97,6 +95,8 @@ class XSession {
   /// The keys that were pressed in the window since the last call, from its creation on.
   std::vector<xcb_keycode_t> keysPressedIn(xcb_window_t window);
   void setProperty(xcb_window_t window, const char* name, std::uint32_t value);
+  /// Its bytes, whatever their type; empty when it is not there.
+  std::string property(xcb_window_t window, const char* name);
 
   xcb_connection_t* connection() const { return connection_; }
   xcb_window_t root() const { return root_; }
@@ -105,7 +105,6 @@ class XSession {
  private:
   Window waitForWindow(const std::function<bool(const Window&)>& isWanted, const std::string& what);
   void tellWindowManager(xcb_window_t window, const char* what, std::uint32_t value);
-  std::string property(xcb_window_t window, const char* name);
   std::optional<std::uint32_t> numberProperty(xcb_window_t window, const char* name);
   void key(std::uint8_t type, xcb_keycode_t code);
   void findKeyboard();

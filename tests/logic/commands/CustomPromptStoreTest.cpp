@@ -33,18 +33,6 @@ TEST_F(CommandStore, startsWithTheBaseCommandsByCategory) {
   EXPECT_EQ(again.prompts.get(), store.prompts.get());
 }
 
-TEST_F(CommandStore, setsAsideWhatDoesNotDecodeOnceAndForGood) {
-  defaults.set(CustomPromptStore::userDefaultsKey, Data{"[{\"name\":\"mine\"}, oops"});
-  CustomPromptStore store(defaults);
-  store.load();
-  EXPECT_EQ(store.prompts.get().size(), 12u);
-  EXPECT_EQ(defaults.get<Data>("customPrompts2.undecodable-1"), Data{"[{\"name\":\"mine\"}, oops"});
-  defaults.set(CustomPromptStore::userDefaultsKey, Data{"later failure"});
-  CustomPromptStore(defaults).load();
-  EXPECT_EQ(defaults.get<Data>("customPrompts2.undecodable-1"), Data{"[{\"name\":\"mine\"}, oops"});
-  EXPECT_EQ(defaults.get<Data>("customPrompts2.undecodable-2"), Data{"later failure"});
-}
-
 TEST_F(CommandStore, findsCommandsForActions) {
   CustomPromptStore store(defaults);
   store.load();

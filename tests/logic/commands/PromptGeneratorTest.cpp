@@ -72,12 +72,5 @@ TEST_F(Variables, surviveARestartAlsoWhenAllAreGone) {
   EXPECT_TRUE(store.variables.get().empty());
 }
 
-TEST_F(Variables, thatDoNotDecodeAreSetAside) {
-  desktop.defaults.set(VariablesStore::userDefaultsKey, Data{R"([{"key":"mine"}])"});
-  VariablesStore store(desktop.defaults, desktop.locale);
-  EXPECT_TRUE(store.upsert(userVariable("name", "Ada")));
-  EXPECT_EQ(desktop.defaults.get<Data>("variablesStoreKey.undecodable-1"), Data{R"([{"key":"mine"}])"});
-}
-
 }  // namespace
 }  // namespace quillmark

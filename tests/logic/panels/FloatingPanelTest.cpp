@@ -63,21 +63,6 @@ TEST_F(FloatingPanelTest, opensOnTheScreenOfThePointer) {
   EXPECT_EQ(window.at, (Point{200, 250}));
 }
 
-TEST_F(FloatingPanelTest, reportsItsEndOnceWhateverClosesIt) {
-  FloatingPanel panel(window, desktop.screens, true);
-  std::vector<bool> told;
-  const auto changes = panel.isPresented().observe([&](bool isPresented) { told.push_back(isPresented); });
-  for (const auto& close : std::vector<std::function<void()>>{[&] { panel.close(); }, [&] { window.loseKeyboard(); },
-                                                              [&] { window.closedBySystem.emit(); }}) {
-    panel.present();
-    EXPECT_TRUE(window.hasKeyboard);
-    close();
-    panel.close();
-    EXPECT_FALSE(window.visible);
-    EXPECT_EQ(std::exchange(told, {}), (std::vector{true, false}));
-  }
-}
-
 TEST_F(FloatingPanelTest, thatCanNotHideStaysWhenItLosesTheKeyboard) {
   FloatingPanel panel(window, desktop.screens, false);
   panel.present();

@@ -1,30 +1,14 @@
 #include <gtest/gtest.h>
 
-#include "platform/SerialQueue.h"
+#include "platform/simulated/SimulatedQueue.h"
 
 namespace quillmark {
 namespace {
 
 using namespace std::chrono_literals;
 
-class HandCrankedQueue : public SerialQueue {
- public:
-  void advance(Duration by) {
-    instant_ += by;
-    runReady();
-  }
-  Date now() const override { return Date{} + std::chrono::duration_cast<Date::duration>(instant_.time_since_epoch()); }
-
- protected:
-  Instant instant() const override { return instant_; }
-  void wake() override {}
-
- private:
-  Instant instant_{};
-};
-
 struct MainQueueOrder : testing::Test {
-  HandCrankedQueue queue;
+  SimulatedQueue queue;
   std::string trail;
   MainQueue::Block adds(char letter) {
     return [this, letter] { trail += letter; };
@@ -35,7 +19,7 @@ TEST_F(MainQueueOrder, blocksRunInTheOrderInWhichTheyBecomeDue) {
   queue.after(20ms, adds('c'));
   queue.after(10ms, adds('b'));
   queue.async(adds('a'));
-  queue.runReady();
+  queue.settle();
   EXPECT_EQ(trail, "a");
   queue.advance(30ms);
   EXPECT_EQ(trail, "abc");
@@ -45,10 +29,10 @@ TEST_F(MainQueueOrder, aBlockNeverRunsInsideAnotherOne) {
   queue.async([this] {
     trail += '(';
     queue.async(adds('b'));
-    queue.runReady();
+    queue.settle();
     trail += ')';
   });
-  queue.runReady();
+  queue.settle();
   EXPECT_EQ(trail, "()b");
 }
 
@@ -61,7 +45,7 @@ TEST_F(MainQueueOrder, aHoldMakesEverythingAfterItWait) {
   EXPECT_EQ(trail, "");
   EXPECT_FALSE(queue.nextDue().has_value());
   hold.reset();
-  queue.runReady();
+  queue.settle();
   EXPECT_EQ(trail, "ab");
 }
 
@@ -83,7 +67,10 @@ TEST_F(MainQueueOrder, aRepeatingBlockStopsWhenItIsCancelledEvenFromInside) {
 TEST_F(MainQueueOrder, aLateTickIsNotMadeUpFor) {
   int ticks = 0;
   queue.every(50ms, [&] { ++ticks; });
+  auto hold = std::make_unique<MainQueue::Hold>(queue);
   queue.advance(1s);
+  hold.reset();
+  queue.settle();
   EXPECT_EQ(ticks, 1);
 }
 

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "platform/desktop/x11/KeyPositions.h"
 #include "platform/desktop/x11/chord/X11Chord.h"
 
 namespace quillmark::chord {
@@ -83,19 +82,6 @@ TEST(X11ChordDialect, isKnownByEitherNameOfTheWindowClass) {
   EXPECT_EQ(dialectOf("st", "my-own-term"), Dialect::controlShift);
   EXPECT_EQ(dialectOf("mousepad", "Mousepad"), Dialect::control);
   EXPECT_EQ(dialectOf("", ""), Dialect::control);
-}
-
-TEST(KeyPositions, leadToKeyCodesAndBack) {
-  EXPECT_EQ(keys::xKeyCode(0x00), 38);  // A
-  EXPECT_EQ(keys::xKeyCode(0x28), keyK);
-  EXPECT_EQ(keys::xKeyCode(0x60), 71);  // F5
-  EXPECT_EQ(keys::xKeyCode(0x3F), std::nullopt) << "the Fn key never reaches the server";
-  for (int code = 0; code < 256; ++code) {
-    const auto key = keys::xKeyCode(code);
-    EXPECT_TRUE(!key || keys::virtualKeyCode(*key) == code) << "two positions for virtual key " << code;
-    const auto virtualKey = keys::virtualKeyCode(static_cast<unsigned>(code));
-    EXPECT_TRUE(!virtualKey || keys::xKeyCode(*virtualKey) == code) << "two virtual keys for key " << code;
-  }
 }
 
 }  // namespace

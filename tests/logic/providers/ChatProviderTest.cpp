@@ -161,11 +161,12 @@ TEST_F(ChatProvider, ofTheHostedServiceStreamsPlainText) {
   const auto seen = stream(*provider);
   last().head(200, "text/plain");
   last().bytes("one\\ntwo\\t\\rthree\\");
-  last().bytes("n [DONE]");
+  last().bytes("n [DONE] gr\xC3");
+  last().bytes("\xBCn");
   last().end();
   desktop.queue.settle();
-  EXPECT_THAT(seen->pieces, ElementsAre("one\ntwo\t\rthree\\", "n [DONE]"));
-  EXPECT_EQ(seen->whole, "one\ntwo\t\rthree\\n [DONE]");
+  EXPECT_THAT(seen->pieces, ElementsAre("one\ntwo\t\rthree\\", "n [DONE] gr\uFFFD", "\uFFFDn"));
+  EXPECT_EQ(seen->whole, "one\ntwo\t\rthree\\n [DONE] gr\uFFFD\uFFFDn");
 }
 
 TEST(StreamPayloads, giveTextOnlyFromTheirOneForm) {

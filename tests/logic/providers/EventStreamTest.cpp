@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include "logic/providers/ProviderLab.h"
 #include "providers/ServerSentEventsStreamParser.h"
 
 namespace quillmark {
@@ -59,94 +58,6 @@ TEST(EventStream, isTheSameWhereverItIsCut) {
     bytes.push_back(stream.substr(cut, 1));
   }
   EXPECT_EQ(eventsOf(bytes), whole);
-}
-
-/// Recorded streams of every kind, each in two deliveries, cut at every byte.
-struct StreamCuts : ProviderLab {
-  std::shared_ptr<Stream> streamIn(ProviderType type, const std::vector<std::string>& deliveries) {
-    const auto provider = factory.makeProvider(configOf(type, "m"));
-    const auto seen = stream(*provider);
-    last().head(200, "text/event-stream");
-    for (const auto& delivery : deliveries) {
-      if (!delivery.empty()) {
-        last().bytes(delivery);
-      }
-    }
-    last().end();
-    desktop.queue.settle();
-    EXPECT_EQ(seen->completions, 1);
-    return seen;
-  }
-};
-
-std::string deltaEvent(const std::string& content) {
-  return R"(data: {"choices":[{"delta":{"content":")" + content + R"("}}]})";
-}
-
-TEST_F(StreamCuts, ofTheSharedLineHandlingLoseTheLineThatIsCutAndNothingElse) {
-  const std::pair<std::string, std::string> lines[] = {{": note", ""},
-                                                       {deltaEvent("one "), "one "},
-                                                       {deltaEvent("gr\u00fcn "), "gr\u00fcn "},
-                                                       {"data: [DONE]", ""},
-                                                       {deltaEvent("late"), "late"}};
-  std::string recorded;
-  for (const auto& [line, piece] : lines) {
-    recorded += line + "\r\n\n";
-  }
-  for (std::size_t cut = 0; cut <= recorded.size(); ++cut) {
-    std::string expected;
-    bool hasEnded = false;
-    std::size_t start = 0;
-    for (const auto& [line, piece] : lines) {
-      const bool isWhole = cut <= start || cut >= start + line.size();
-      expected += isWhole && !hasEnded ? piece : "";
-      hasEnded = hasEnded || (isWhole && line == "data: [DONE]");
-      start += line.size() + 3;
-    }
-    const auto seen = streamIn(ProviderType::openAICompatible, {recorded.substr(0, cut), recorded.substr(cut)});
-    EXPECT_EQ(seen->whole, expected) << cut;
-  }
-}
-
-TEST_F(StreamCuts, ofTheVendorsOwnClientsChangeNothing) {
-  const auto openAI = [](const std::string& content) {
-    return R"(data: {"id":"1","object":"chat.completion.chunk","created":1.5,"model":"m","system_fingerprint":"f",)"
-           R"("choices":[{"index":0,"delta":{"content":")" +
-           content + "\"}}]}\r\n\r\n";
-  };
-  const auto anthropic = [](const std::string& text) {
-    return "event: content_block_delta\ndata: {\"type\":\"content_block_delta\",\"index\":0,"
-           "\"delta\":{\"type\":\"text_delta\",\"text\":\"" +
-           text + "\"}}\n\n";
-  };
-  const std::pair<ProviderType, std::string> streams[] = {
-      {ProviderType::openAI,
-       openAI("one ") + openAI("gr\u00fcn ") + openAI("two") + "data: [DONE]\n\n" + openAI("late")},
-      {ProviderType::anthropic, "event: message_start\ndata: {\"type\":\"message_start\",\"message\":{}}\n\n" +
-                                    anthropic("one ") + anthropic("gr\u00fcn ") + anthropic("two") +
-                                    "event: message_stop\ndata: {\"type\":\"message_stop\"}"},
-  };
-  for (const auto& [type, recorded] : streams) {
-    for (std::size_t cut = 0; cut <= recorded.size(); ++cut) {
-      const auto seen = streamIn(type, {recorded.substr(0, cut), recorded.substr(cut)});
-      EXPECT_EQ(seen->whole, "one gr\u00fcn two") << cut;
-      EXPECT_EQ(seen->pieces.size(), 3u) << cut;
-    }
-  }
-  EXPECT_TRUE(desktop.alerts.shown.empty());
-}
-
-TEST_F(StreamCuts, ofPlainTextSplitOnlyWhatTheyGoThrough) {
-  const std::string recorded = "a\\nb\\tgr\u00fcn";
-  for (std::size_t cut = 1; cut < recorded.size(); ++cut) {
-    std::string expected = "a\nb\tgr\u00fcn";
-    if (recorded[cut - 1] == '\\') {
-      expected = text::replacingAll(expected, recorded[cut] == 'n' ? "\n" : "\t", recorded.substr(cut - 1, 2));
-    } else if (recorded[cut - 1] == '\xC3') {
-      expected = text::replacingAll(expected, "\u00fc", "\uFFFD\uFFFD");
-    }
-    EXPECT_EQ(streamIn(ProviderType::quillMark, {recorded.substr(0, cut), recorded.substr(cut)})->whole, expected);
-  }
 }
 
 }  // namespace

@@ -134,53 +134,6 @@ TEST_F(ProviderRequests, toAnthropicReplaceThePathOfTheAddress) {
   }
 }
 
-/// The log of a stream ended by its connection, and of a listing that succeeds and one that fails.
-TEST_F(ProviderRequests, areLoggedByEachClassInItsOwnWords) {
-  using enum ProviderType;
-  const struct {
-    ProviderType type;
-    std::string streamEnd;
-    std::string listing;
-    std::string failedListing;
-  } cases[] = {
-      {openAICompatible, "BaseProvider streaming completed", "models: 1", "Failure "},
-      {perplexity, "BaseProvider streaming completed", "models: 1", "Failure "},
-      {groq, "Groq streaming completed", "", "Failure "},
-      {ollama, "Ollama streaming completed", "", "Failure "},
-      {openRouter, "OpenRouter streaming completed", "models: 1", "Failure "},
-      {togetherAI, "TogetherAI streaming completed", "models: 1", "Failure "},
-      {azureOpenAI, "AzureProvider streaming completed", "", ""},
-      {googleAI, "Google AI streaming completed", "models: 1", ""},
-      {quillMark, "Streaming completed", "models: 1", "Failure "},
-      {anthropic, "", "models: 1", "Failure "},
-  };
-  for (const auto& [type, streamEnd, listing, failedListing] : cases) {
-    const auto provider = make(type);
-    log.clear();
-    provider->streamChat(
-        "teh", "", std::nullopt, [](const auto&) {}, [](const auto&) {});
-    last().answer(200, "text/event-stream", "");
-    desktop.queue.settle();
-    EXPECT_EQ(log, streamEnd.empty() ? "" : streamEnd + "\n");
-    if (type == azureOpenAI) {
-      continue;
-    }
-    log.clear();
-    const std::string entry = R"([{"id":"a","type":"chat"}])";
-    provider->listModels([](const auto& models) { EXPECT_TRUE(models && models->size() == 1); });
-    last().answerJson(type == togetherAI ? entry : R"({"data":)" + entry + "}");
-    desktop.queue.settle();
-    EXPECT_EQ(log, listing.empty() ? "" : listing + "\n");
-
-    log.clear();
-    provider->listModels([](const auto& models) { EXPECT_FALSE(models); });
-    last().answer(500, "application/json", "{}");
-    desktop.queue.settle();
-    EXPECT_EQ(log, failedListing + "Response status code was unacceptable: 500.\n");
-  }
-  EXPECT_TRUE(desktop.alerts.shown.empty());
-}
-
 TEST_F(ProviderRequests, ofTogetherListOnlyWhatChats) {
   const auto listing = [&](const std::string& body) {
     std::vector<std::string> names{"(absent)"};

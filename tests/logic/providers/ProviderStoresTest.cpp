@@ -60,15 +60,6 @@ TEST_F(Providers, ofAFreshInstallationAnswerThroughTheHostedService) {
   EXPECT_EQ(again.configs.get(), store.configs.get());
 }
 
-TEST_F(Providers, takeOverAnOldKey) {
-  store.openAIApiKey.set("sk-old");
-  store.load();
-  EXPECT_EQ(store.configs.get()[1].apiKey, "sk-old");
-  EXPECT_TRUE(store.configs.get()[1].enabled);
-  EXPECT_EQ(store.openAIApiKey.get(), "");
-  EXPECT_EQ(store.defaultConfig()->providerType, ProviderType::quillMark);
-}
-
 TEST_F(Providers, areNotReplacedByTheDefaultOneWhenTheirIdIsUnknown) {
   store.load();
   EXPECT_FALSE(store.config(Uuid::random()).has_value());
@@ -76,14 +67,6 @@ TEST_F(Providers, areNotReplacedByTheDefaultOneWhenTheirIdIsUnknown) {
   EXPECT_FALSE(store.defaultConfig().has_value());
   store.defaultProvider.set("not a uuid");
   EXPECT_EQ(store.defaultConfig()->providerType, ProviderType::quillMark);
-}
-
-TEST_F(Providers, keepAListThatDoesNotDecode) {
-  const Data unknownType{R"([{"providerType":"openai","apiKey":"sk"},{"providerType":"future"}])"};
-  defaults.set(ProviderStore::userDefaultsKey, unknownType);
-  store.load();
-  EXPECT_EQ(store.configs.get().size(), 9u);
-  EXPECT_EQ(defaults.get<Data>("providerStore.undecodable-1"), unknownType);
 }
 
 TEST_F(Providers, areAddedChangedAndDeleted) {
@@ -177,17 +160,6 @@ TEST_F(Models, ofAProviderAreReplacedByItsList) {
   EXPECT_TRUE(store.cleanUpModels(ProviderType::openAI));
   EXPECT_TRUE(store.updateModels({model(ProviderType::openAI, "tts-1", "Speech")}));
   EXPECT_EQ(names(ModelStore(defaults).models.get()), std::vector<std::string>{"other"});
-}
-
-TEST_F(Models, thatDoNotDecodeAreKept) {
-  for (const DefaultsValue& bad : {DefaultsValue(std::string("[{}]")), DefaultsValue(Data{"[]"})}) {
-    defaults.values = {{"models", bad}};
-    ModelStore store(defaults);
-    EXPECT_TRUE(store.models.get().empty());
-    store.initializeDefaultModels();
-    EXPECT_EQ(defaults.value("models.undecodable-1"), bad);
-    EXPECT_FALSE(ModelStore(defaults).models.get().empty());
-  }
 }
 
 }  // namespace

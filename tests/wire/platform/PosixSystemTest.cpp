@@ -22,44 +22,22 @@ using testing::Not;
 
 using Variables = std::vector<std::pair<std::string, std::optional<std::string>>>;
 
-/// Sets environment variables, or unsets them for nothing, and restores them.
-class Environment {
- public:
-  explicit Environment(const Variables& variables) {
-    for (const auto& [name, value] : variables) {
-      const char* old = std::getenv(name.c_str());
-      before_.emplace_back(name, old == nullptr ? std::nullopt : std::optional<std::string>(old));
-      put(name, value);
-    }
+/// Sets environment variables, with nothing for absence.
+void setEnvironment(const Variables& variables) {
+  for (const auto& [name, value] : variables) {
+    value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
   }
-  Environment(const Environment&) = delete;
-  Environment& operator=(const Environment&) = delete;
-  ~Environment() {
-    for (const auto& [name, value] : before_) {
-      put(name, value);
-    }
-  }
-
- private:
-  static void put(const std::string& name, const std::optional<std::string>& value) {
-    if (value) {
-      setenv(name.c_str(), value->c_str(), 1);
-    } else {
-      unsetenv(name.c_str());
-    }
-  }
-  Variables before_;
-};
+}
 
 TEST(DataDirectory, isTheFirstThatIsGiven) {
-  const Environment all({{"HOME", "/home/me/"}, {"XDG_DATA_HOME", "/data/"}, {"QUILLMARK_DATA_DIR", "/own"}});
+  setEnvironment({{"HOME", "/home/me/"}, {"XDG_DATA_HOME", "/data/"}, {"QUILLMARK_DATA_DIR", "/own"}});
   EXPECT_EQ(dataDirectory("/argument/"), "/argument");
   EXPECT_EQ(dataDirectory(), "/own");
-  const Environment second(Variables{{"QUILLMARK_DATA_DIR", ""}});
+  setEnvironment({{"QUILLMARK_DATA_DIR", ""}});
   EXPECT_EQ(dataDirectory(), "/data/quillmark");
   for (const auto& unusable :
        {std::optional<std::string>(), std::optional<std::string>(""), std::optional<std::string>("relative/path")}) {
-    const Environment third(Variables{{"XDG_DATA_HOME", unusable}});
+    setEnvironment({{"XDG_DATA_HOME", unusable}});
     EXPECT_EQ(dataDirectory(), "/home/me/.local/share/quillmark");
   }
 }
@@ -81,7 +59,7 @@ TEST(PreferredLanguages, comeFromTheFirstVariableThatIsSet) {
            {":::", {}, {}, "nonsense-\r\nX: y", {"en"}},
            {{}, {}, {}, {}, {"en"}},
        }) {
-    const Environment environment({{"LANGUAGE", language}, {"LC_ALL", all}, {"LC_MESSAGES", messages}, {"LANG", lang}});
+    setEnvironment({{"LANGUAGE", language}, {"LC_ALL", all}, {"LC_MESSAGES", messages}, {"LANG", lang}});
     EXPECT_EQ(IcuLocaleInfo("en").preferredLanguages(), expected);
   }
 }

@@ -229,64 +229,37 @@ TEST_F(StoredDefaults, aWatcherIsWokenOnlyWhenThereIsSomethingToSee) {
   EXPECT_TRUE(other.finish());
 }
 
-TEST_F(StoredDefaults, severalProcessesMayCreateAndWriteThemAtOnce) {
-  constexpr int processes = 4;
-  constexpr int writes = 25;
-  std::vector<std::unique_ptr<OtherProcess>> others;
-  for (int process = 0; process < processes; ++process) {
-    others.push_back(std::make_unique<OtherProcess>(std::vector<std::function<bool()>>{[&, process] {
+TEST_F(StoredDefaults, aProcessKilledWhileItWritesLeavesWhatWasStoredAndNothingHalf) {
+  const auto text = [](std::int64_t number) {
+    return Data{std::string(150'000, static_cast<char>('a' + number % 26))};
+  };
+  std::int64_t stored = 0;
+  for (int round = 0; round < 20; ++round) {
+    OtherProcess other({[&]() -> bool {
       SqliteUserDefaults theirs(file);
-      bool stored = !theirs.problem() && !theirs.setAside();
-      for (int i = 0; i < writes; ++i) {
-        stored = theirs.set(std::to_string(process) + "." + std::to_string(i), std::int64_t{i}) && stored;
+      for (auto i = stored + 1;; ++i) {
+        (void)theirs.transaction([&] { return theirs.set("store", text(i)) && theirs.set("count", i); });
       }
-      return stored;
-    }}));
-  }
-  for (const auto& other : others) {
-    other->begin();
-  }
-  for (const auto& other : others) {
-    EXPECT_TRUE(other->finish());
-  }
-  const SqliteUserDefaults defaults(file);
-  for (int process = 0; process < processes; ++process) {
-    for (int i = 0; i < writes; ++i) {
-      EXPECT_EQ(defaults.get<std::int64_t>(std::to_string(process) + "." + std::to_string(i)), i);
-    }
-  }
-}
-
-TEST_F(StoredDefaults, aProcessKilledWhileItWritesLeavesTheOldValueOrTheNewOne) {
-  const auto text = [](int number) { return std::string(150'000, static_cast<char>('a' + number % 26)); };
-  for (int round = 0; round < 6; ++round) {
-    OtherProcess other({
-        [&] { return SqliteUserDefaults(file).set("store", Data{text(0)}); },
-        [&]() -> bool {
-          SqliteUserDefaults theirs(file);
-          for (int i = 0;; ++i) {
-            theirs.set("store", Data{text(i)});
-            theirs.set("count", std::int64_t{i});
-          }
-        },
-    });
-    ASSERT_TRUE(other.step());
+    }});
     other.begin();
+    std::int64_t seen = stored;
     {
       SqliteUserDefaults mine(file);
       const int descriptor = mine.changeDescriptor();
-      for (int i = 0; i < 3 + round; ++i) {
+      for (int i = 0; i < 3 + round % 4; ++i) {
         ASSERT_TRUE(isReadable(descriptor, 30'000));
         mine.handleChange();
+        seen = mine.get<std::int64_t>("count").value_or(seen);
       }
     }
     other.kill();
     const SqliteUserDefaults after(file);
     EXPECT_FALSE(after.setAside());
-    const auto store = after.get<Data>("store");
-    ASSERT_TRUE(store);
-    EXPECT_EQ(store->bytes, std::string(150'000, store->bytes[0]));
+    stored = after.get<std::int64_t>("count").value_or(0);
+    EXPECT_GE(stored, seen) << "what was stored is there";
+    EXPECT_TRUE(stored == 0 || after.get<Data>("store") == text(stored)) << "all of an edit or nothing";
   }
+  EXPECT_GT(stored, 20);
 }
 
 TEST_F(StoredDefaults, aDamagedFileIsSetAsideWithItsBytes) {

@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using Index = KeyPressModifier::Index;
 
-enum Key { returnKey = 36, tab = 48, down = 125, up = 126 };
+enum Key { returnKey = 36, down = 125, up = 126 };
 
 TEST(KeyPressModifier, movesTheSelectionRoundTheList) {
   const struct {
@@ -32,22 +32,6 @@ TEST(KeyPressModifier, movesTheSelectionRoundTheList) {
     modifier.keyDown(key);
     EXPECT_EQ(selectedIndex.get(), to) << key << " of " << count;
   }
-}
-
-TEST(KeyPressModifier, reportsTheKeysThatItsOwnerWants) {
-  std::vector<int> pressed;
-  const auto record = [&pressed](int key) { pressed.push_back(key); };
-  Observable<Index> selectedIndex;
-  KeyPressModifier withSelection(
-      {returnKey, tab}, record, [] { return std::size_t{2}; }, &selectedIndex);
-  KeyPressModifier alone({tab}, record);
-  EXPECT_THAT(withSelection.allKeys(), ElementsAre(down, up, returnKey, tab));
-  EXPECT_THAT(alone.allKeys(), ElementsAre(tab));
-  for (const int key : std::vector<int>{down, 0, returnKey, tab}) {
-    withSelection.keyDown(key);
-    alone.keyDown(key);
-  }
-  EXPECT_THAT(pressed, ElementsAre(returnKey, tab, tab));
 }
 
 TEST(ChangeModifier, countsTheFirstValueEvenIfItIsNone) {

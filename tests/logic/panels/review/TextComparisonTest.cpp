@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 #include <unicode/brkiter.h>
 #include <unicode/normalizer2.h>
-#include <unicode/uchar.h>
 
+#include "base/Text.h"
 #include "panels/review/TextComparison.h"
 
 namespace quillmark {
@@ -74,52 +74,11 @@ std::size_t distance(const std::string& first, const std::string& second) {
   return matrix[a.size()][b.size()];
 }
 
-std::string trimmed(const std::string& text) {
-  auto unicode = icu::UnicodeString::fromUTF8(text);
-  while (unicode.length() > 0 && u_isUWhiteSpace(unicode.char32At(0))) {
-    unicode.remove(0, unicode.moveIndex32(0, 1));
-  }
-  while (unicode.length() > 0 && u_isUWhiteSpace(unicode.char32At(unicode.length() - 1))) {
-    unicode.truncate(unicode.moveIndex32(unicode.length(), -1));
-  }
-  std::string result;
-  return unicode.toUTF8String(result);
-}
-
 /// Whether the distance is at most this many tenths of the longer text, or below them.
 bool within(int tenths, bool orEqual, const std::string& a, const std::string& b) {
   const auto apart = 10 * distance(a, b);
   const auto most = static_cast<std::size_t>(tenths) * std::max(characters(a).size(), characters(b).size());
   return apart < most || (orEqual && apart == most);
-}
-
-std::vector<std::string> trimmedLines(const std::string& text) {
-  std::vector<std::string> lines = splitIntoLines(text);
-  std::ranges::transform(lines, lines.begin(), trimmed);
-  return lines;
-}
-
-std::vector<std::string> tokens(const std::string& text) {
-  std::vector<std::string> result;
-  std::string word;
-  const auto endWord = [&] {
-    if (!word.empty()) {
-      result.push_back(std::exchange(word, {}) + " ");
-    }
-  };
-  for (const auto& character : characters(text)) {
-    const UChar32 first = character.char32At(0);
-    if (!u_isUWhiteSpace(first)) {
-      character.toUTF8String(word);
-      continue;
-    }
-    endWord();
-    if ((first >= 0x0A && first <= 0x0D) || first == 0x85 || first == 0x2028 || first == 0x2029) {
-      result.emplace_back("\n");
-    }
-  }
-  endWord();
-  return result;
 }
 
 }  // namespace slow
@@ -194,6 +153,11 @@ class Texts {
 
 TEST(TextComparison, givesBackBothTextsInTheRightKindsOfRows) {
   Texts texts(20'261'123);
+  const auto trimmedLines = [](const std::string& text) {
+    auto lines = splitIntoLines(text);
+    std::ranges::transform(lines, lines.begin(), [](const auto& line) { return std::string(text::trimmed(line)); });
+    return lines;
+  };
   for (int pair = 0; pair < 20'000; ++pair) {
     const std::string original = texts.text();
     const std::string improved = texts.below(8) == 0 ? texts.text() : texts.changed(original);
@@ -212,8 +176,8 @@ TEST(TextComparison, givesBackBothTextsInTheRightKindsOfRows) {
         after.push_back(*i);
       }
     }
-    ASSERT_EQ(before, slow::trimmedLines(original));
-    ASSERT_EQ(after, slow::trimmedLines(improved));
+    ASSERT_EQ(before, trimmedLines(original));
+    ASSERT_EQ(after, trimmedLines(improved));
 
     before.clear();
     after.clear();
@@ -228,8 +192,8 @@ TEST(TextComparison, givesBackBothTextsInTheRightKindsOfRows) {
         after.push_back(text);
       }
     }
-    ASSERT_EQ(before, slow::tokens(original));
-    ASSERT_TRUE(std::ranges::equal(after, slow::tokens(improved), slow::equal));
+    ASSERT_EQ(before, tokenize(original));
+    ASSERT_TRUE(std::ranges::equal(after, tokenize(improved), slow::equal));
   }
 }
 
@@ -260,6 +224,12 @@ TEST(Lines, areTheTextsOwnOrItsSentencesOrItsParts) {
   const std::string marked = std::string(38, 'x') + " \u0301" + std::string(39, 'x') + " y";
   EXPECT_THAT(splitIntoLines(marked + " z"), ElementsAre(marked, "z"));
   EXPECT_THAT(splitIntoLines("a  b " + std::string(90, 'y') + " c"), ElementsAre("a  b", std::string(90, 'y'), "c"));
+}
+
+TEST(Words, areCutAtWhiteSpaceOfWhichLineBreaksStay) {
+  EXPECT_THAT(tokenize(" don't\u00a0 stop.\r\n\tnow\u2028\u0085e\u0301 \u0301x "),
+              ElementsAre("don't ", "stop. ", "\n", "now ", "\n", "\n", "e\u0301 ", "x "));
+  EXPECT_THAT(tokenize(" \t"), IsEmpty());
 }
 
 TEST(LineRows, lookAheadTwoLinesAndNoFurther) {
